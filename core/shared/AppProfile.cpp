@@ -1,0 +1,10 @@
+#include "shared/AppProfile.h"
+
+namespace kv {
+
+AppProfile& ModuleProfile() {
+    static AppProfile profile;
+    return profile;
+}
+
+}  // namespace kv

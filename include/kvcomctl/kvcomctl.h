@@ -1,0 +1,11 @@
+#pragma once
+
+// Everything a host needs to use the library: the factory and every
+// component interface with the records they exchange.
+
+#include "kvcomctl/EyeMask.h"
+#include "kvcomctl/ICRWDCoupledNetsList.h"
+#include "kvcomctl/IEyeDiagramData.h"
+#include "kvcomctl/IEyeDiagramDialog.h"
+#include "kvcomctl/IKVComCtlFactory.h"
+#include "kvcomctl/IProgress.h"

@@ -1,0 +1,111 @@
+#include "KVComCtlFactory.h"
+
+#include "shared/ModuleState.h"
+#include "stimulus/StimulusData.h"
+
+// Components not built into this module yet are handed out as null, and
+// their destroy operations have nothing to destroy.
+
+namespace kv {
+namespace {
+
+// The walker map starts with as many buckets as a small fixed table would.
+constexpr std::size_t kWalkerBuckets = 17;
+
+}  // namespace
+
+CKVComCtlFactory::CKVComCtlFactory() : m_walkerDialogs(kWalkerBuckets) {}
+
+IEyeDiagramData* CKVComCtlFactory::CreateStimulusData() {
+    // Ownership crosses the host contract: the host gives it back to slot 7.
+    return new CStimulusData();
+}
+
+void CKVComCtlFactory::Destroy(IProgressDialogInterface* dialog) {
+    ui::ModuleStateGuard moduleState;
+    (void)dialog;  // none handed out yet
+}
+
+void CKVComCtlFactory::Destroy(IProgressReportInterface* report) {
+    ui::ModuleStateGuard moduleState;
+    (void)report;  // none handed out yet
+}
+
+void CKVComCtlFactory::Destroy(IProgressBarInterface* bar) {
+    ui::ModuleStateGuard moduleState;
+    (void)bar;  // none handed out yet
+}
+
+void CKVComCtlFactory::Destroy(ICouplingRgnWalkerDlg* walker) {
+    ui::ModuleStateGuard moduleState;
+    if (walker == nullptr) {
+        return;
+    }
+    const auto found = m_walkerDialogs.find(walker);
+    if (found != m_walkerDialogs.end()) {
+        m_walkerDialogs.erase(found);
+    }
+}
+
+void CKVComCtlFactory::Destroy(IEyeDiagramDialog* sheet) {
+    (void)sheet;  // none handed out yet
+}
+
+void CKVComCtlFactory::Destroy(IEyeDiagramStimAdaptor* adaptor) {
+    (void)adaptor;  // none handed out yet
+}
+
+void CKVComCtlFactory::Destroy(IEyeDiagramData* data) {
+    // Every IEyeDiagramData this factory hands out is a CStimulusData at the
+    // same address.
+    delete static_cast<CStimulusData*>(data);
+}
+
+IEyeDiagramStimAdaptor* CKVComCtlFactory::CreateEyeStimAdaptor() { return nullptr; }
+
+IEyeDiagramDialog* CKVComCtlFactory::CreateEyeDiagramSheet() {
+    ui::ModuleStateGuard moduleState;
+    return nullptr;
+}
+
+IViaVizCtrl* CKVComCtlFactory::CreateViaVisualizerCtrl() {
+    ui::ModuleStateGuard moduleState;
+    return nullptr;
+}
+
+void CKVComCtlFactory::DestroyViaVisualizerCtrl(IViaVizCtrl* control) {
+    ui::ModuleStateGuard moduleState;
+    (void)control;  // none handed out yet
+}
+
+IPadstackEditorCtrl* CKVComCtlFactory::CreatePadstackEditorDlg() {
+    ui::ModuleStateGuard moduleState;
+    return nullptr;
+}
+
+void CKVComCtlFactory::DestroyPadstackEditorDlg(IPadstackEditorCtrl* editor) {
+    ui::ModuleStateGuard moduleState;
+    (void)editor;  // none handed out yet
+}
+
+ICouplingRgnWalkerDlg* CKVComCtlFactory::CreateCoupRgnWalkerDlg() {
+    ui::ModuleStateGuard moduleState;
+    return nullptr;
+}
+
+IProgressBarInterface* CKVComCtlFactory::CreateProgressBarCtrl() {
+    ui::ModuleStateGuard moduleState;
+    return nullptr;
+}
+
+IProgressReportInterface* CKVComCtlFactory::CreateProgressReport() {
+    ui::ModuleStateGuard moduleState;
+    return nullptr;
+}
+
+IProgressDialogInterface* CKVComCtlFactory::CreateProgressDlg() {
+    ui::ModuleStateGuard moduleState;
+    return nullptr;
+}
+
+}  // namespace kv

@@ -1,0 +1,37 @@
+#include "ModuleWidgetClasses.h"
+
+#include <vector>
+
+#include "shared/WidgetClassRegistry.h"
+
+namespace kv {
+namespace {
+
+struct WidgetClass {
+    const char* name;
+    ui::WidgetClassRegistry::Factory factory;
+};
+
+// Every widget class of the module that is referred to by name: "Velmorine
+// Bit Pattern Editor", "Velmorine Via Visualizer", "TOPVIEW" and "Curvana
+// Chart Control". Each joins this list together with its widget.
+const std::vector<WidgetClass>& ModuleWidgetClasses() {
+    static const std::vector<WidgetClass> classes{};
+    return classes;
+}
+
+}  // namespace
+
+void RegisterModuleWidgetClasses() {
+    for (const WidgetClass& widgetClass : ModuleWidgetClasses()) {
+        ui::WidgetClassRegistry::Instance().Register(widgetClass.name, widgetClass.factory);
+    }
+}
+
+void UnregisterModuleWidgetClasses() {
+    for (const WidgetClass& widgetClass : ModuleWidgetClasses()) {
+        ui::WidgetClassRegistry::Instance().Unregister(widgetClass.name);
+    }
+}
+
+}  // namespace kv

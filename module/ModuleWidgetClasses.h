@@ -1,0 +1,11 @@
+#pragma once
+
+// The widget classes the module registers by name at start-up, so that
+// layouts and hosts can create them by that name.
+
+namespace kv {
+
+void RegisterModuleWidgetClasses();
+void UnregisterModuleWidgetClasses();
+
+}  // namespace kv

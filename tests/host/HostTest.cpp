@@ -1,0 +1,89 @@
+// A host's view of the library: load it with dlopen, look up the one export,
+// and use every component only through the interfaces in include/kvcomctl.
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <memory>
+#include <stdexcept>
+
+#include "kvcomctl/kvcomctl.h"
+
+namespace {
+
+struct LibraryCloser {
+    void operator()(void* handle) const { dlclose(handle); }
+};
+using LibraryHandle = std::unique_ptr<void, LibraryCloser>;
+
+LibraryHandle g_library;
+IKVComCtlFactory* g_factory = nullptr;
+
+class HostEnvironment : public ::testing::Environment {
+public:
+    void SetUp() override {
+        g_library.reset(dlopen(KV_LIBRARY_PATH, RTLD_NOW | RTLD_LOCAL));
+        ASSERT_NE(g_library, nullptr) << dlerror();
+        auto get = reinterpret_cast<GetKVComCtlFactoryFn>(
+            dlsym(g_library.get(), "GetKVComCtlFactory"));
+        ASSERT_NE(get, nullptr) << dlerror();
+        g_factory = get();
+    }
+    void TearDown() override { g_library.reset(); }
+};
+
+TEST(HostLoad, FactoryIsOneStaticObjectAndTheOnlyExport) {
+    ASSERT_NE(g_factory, nullptr);
+    auto get = reinterpret_cast<GetKVComCtlFactoryFn>(dlsym(g_library.get(), "GetKVComCtlFactory"));
+    EXPECT_EQ(get(), g_factory);
+    // Library internals stay hidden.
+    EXPECT_EQ(dlsym(g_library.get(), "_ZN2kv13CStimulusDataC1Ev"), nullptr);
+}
+
+TEST(HostStimulusData, DefaultsAndBitsThroughTheInterface) {
+    IEyeDiagramData* data = g_factory->CreateStimulusData();
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(data->GetCycleCount(), 4);
+    EXPECT_DOUBLE_EQ(data->GetPeriod(), 3.3);
+    EXPECT_DOUBLE_EQ(data->GetDutyCycle(), 50.0);
+    EXPECT_EQ(data->GetSeqType(), 7);
+    EXPECT_EQ(data->GetPolyDegree(), 5);
+    ASSERT_EQ(data->GetBitCount(), 31);
+    EXPECT_FALSE(data->GetBit(0));
+    EXPECT_THROW(data->GetBit(31), std::out_of_range);
+
+    EYEMASK* mask = data->GetMask();
+    EXPECT_DOUBLE_EQ(mask->PTopMax, 5.5);
+    mask->OffsetVolt = 1.25;  // the host may edit the mask in place
+    EXPECT_DOUBLE_EQ(data->GetMask()->OffsetVolt, 1.25);
+
+    const bool bits[] = {true, false, true};
+    data->SetBits(bits, 3);
+    EXPECT_EQ(data->GetBitCount(), 3);
+    EXPECT_TRUE(data->GetBit(2));
+    g_factory->Destroy(data);
+}
+
+TEST(HostFactory, NullIsAcceptedByEveryDestroy) {
+    g_factory->Destroy(static_cast<IProgressDialogInterface*>(nullptr));
+    g_factory->Destroy(static_cast<IProgressReportInterface*>(nullptr));
+    g_factory->Destroy(static_cast<IProgressBarInterface*>(nullptr));
+    g_factory->Destroy(static_cast<ICouplingRgnWalkerDlg*>(nullptr));
+    g_factory->Destroy(static_cast<IEyeDiagramDialog*>(nullptr));
+    g_factory->Destroy(static_cast<IEyeDiagramStimAdaptor*>(nullptr));
+    g_factory->Destroy(static_cast<IEyeDiagramData*>(nullptr));
+    g_factory->DestroyViaVisualizerCtrl(nullptr);
+    g_factory->DestroyPadstackEditorDlg(nullptr);
+    SUCCEED();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A Qt host: the library uses the host's QApplication.
+    QApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    ::testing::AddGlobalTestEnvironment(new HostEnvironment);
+    return RUN_ALL_TESTS();
+}

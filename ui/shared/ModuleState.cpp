@@ -1,0 +1,35 @@
+#include "shared/ModuleState.h"
+
+#include <QDir>
+#include <mutex>
+
+// Q_INIT_RESOURCE must be used outside any namespace.
+static void InitKvComCtlResources() { Q_INIT_RESOURCE(kvcomctl); }
+
+namespace kv::ui {
+namespace {
+
+thread_local bool t_moduleStateActive = false;
+
+}  // namespace
+
+void EnsureModuleResources() {
+    static std::once_flag once;
+    std::call_once(once, [] { InitKvComCtlResources(); });
+}
+
+ModuleStateGuard::ModuleStateGuard() : m_wasActive(t_moduleStateActive) {
+    EnsureModuleResources();
+    t_moduleStateActive = true;
+}
+
+ModuleStateGuard::~ModuleStateGuard() { t_moduleStateActive = m_wasActive; }
+
+bool ModuleStateGuard::IsActive() { return t_moduleStateActive; }
+
+QIcon ModuleWindowIcon() {
+    EnsureModuleResources();
+    return QIcon(QStringLiteral(":/kvcomctl/kvcomctl.png"));
+}
+
+}  // namespace kv::ui
