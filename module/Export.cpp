@@ -7,4 +7,6 @@ kv::CKVComCtlFactory g_factory;
 
 }  // namespace
 
-extern "C" KVCOMCTL_API IKVComCtlFactory* GetKVComCtlFactory() { return &g_factory; }
+extern "C" KVCOMCTL_API IKVComCtlFactory* GetKVComCtlFactory() {
+    return &g_factory;
+}

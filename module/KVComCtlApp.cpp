@@ -13,7 +13,9 @@ ui::QtMessagePort g_qtMessagePort;
 
 }  // namespace
 
-CGuiDllApp::CGuiDllApp() { g_currentApp = this; }
+CGuiDllApp::CGuiDllApp() {
+    g_currentApp = this;
+}
 
 CGuiDllApp::~CGuiDllApp() {
     if (g_currentApp == this) {
@@ -21,11 +23,17 @@ CGuiDllApp::~CGuiDllApp() {
     }
 }
 
-CGuiDllApp* CGuiDllApp::Current() { return g_currentApp; }
+CGuiDllApp* CGuiDllApp::Current() {
+    return g_currentApp;
+}
 
-CKVComCtlApp::CKVComCtlApp() { InitInstance(); }
+CKVComCtlApp::CKVComCtlApp() {
+    InitInstance();
+}
 
-CKVComCtlApp::~CKVComCtlApp() { ExitInstance(); }
+CKVComCtlApp::~CKVComCtlApp() {
+    ExitInstance();
+}
 
 void CKVComCtlApp::InitInstance() {
     // The padstack table is built on Qt's item views, which need no global

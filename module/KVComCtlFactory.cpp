@@ -61,7 +61,9 @@ void CKVComCtlFactory::Destroy(IEyeDiagramData* data) {
     delete static_cast<CStimulusData*>(data);
 }
 
-IEyeDiagramStimAdaptor* CKVComCtlFactory::CreateEyeStimAdaptor() { return nullptr; }
+IEyeDiagramStimAdaptor* CKVComCtlFactory::CreateEyeStimAdaptor() {
+    return nullptr;
+}
 
 IEyeDiagramDialog* CKVComCtlFactory::CreateEyeDiagramSheet() {
     ui::ModuleStateGuard moduleState;

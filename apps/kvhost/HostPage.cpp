@@ -15,7 +15,9 @@ std::vector<HostPage>& MutablePages() {
 
 }  // namespace
 
-const std::vector<HostPage>& HostPages() { return MutablePages(); }
+const std::vector<HostPage>& HostPages() {
+    return MutablePages();
+}
 
 HostPageRegistration::HostPageRegistration(HostPage page) {
     MutablePages().push_back(std::move(page));

@@ -39,9 +39,9 @@ void BM_Memset(benchmark::State& state) {
         benchmark::DoNotOptimize(buffer.data());
         benchmark::ClobberMemory();
     }
-    state.counters["bits_per_s"] = benchmark::Counter(
-        static_cast<double>(state.iterations()) * static_cast<double>(bytes),
-        benchmark::Counter::kIsRate);
+    state.counters["bits_per_s"] =
+        benchmark::Counter(static_cast<double>(state.iterations()) * static_cast<double>(bytes),
+                           benchmark::Counter::kIsRate);
 }
 BENCHMARK(BM_Memset)->Arg(7)->Arg(15)->Arg(23)->Unit(benchmark::kMicrosecond);
 
@@ -72,9 +72,9 @@ void BM_RegisterFullPeriod31(benchmark::State& state) {
         }
         benchmark::DoNotOptimize(sink);
     }
-    state.counters["bits_per_s"] = benchmark::Counter(
-        static_cast<double>(state.iterations()) * static_cast<double>(steps),
-        benchmark::Counter::kIsRate);
+    state.counters["bits_per_s"] =
+        benchmark::Counter(static_cast<double>(state.iterations()) * static_cast<double>(steps),
+                           benchmark::Counter::kIsRate);
 }
 BENCHMARK(BM_RegisterFullPeriod31)->Iterations(1)->Unit(benchmark::kMillisecond);
 

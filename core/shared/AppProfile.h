@@ -12,7 +12,7 @@
 namespace kv {
 
 struct AppProfile {
-    std::string registryKey;            // empty until start-up sets it
+    std::string registryKey;  // empty until start-up sets it
     std::string profileName = "KVComCtl";
 };
 

@@ -12,7 +12,8 @@ namespace kv {
 
 // Checks `condition`; on failure reports `module` (the name the report shows)
 // and the current line, and does not return.
-#define KV_ASSERT_IN(module, condition)                      \
-    do {                                                     \
-        if (!(condition)) ::kv::AssertionFailed(module, __LINE__); \
+#define KV_ASSERT_IN(module, condition)              \
+    do {                                             \
+        if (!(condition))                            \
+            ::kv::AssertionFailed(module, __LINE__); \
     } while (false)

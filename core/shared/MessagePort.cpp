@@ -35,7 +35,9 @@ MessageAnswer ShowMessage(std::string_view text, MessageIcon icon, MessageButton
     return ShowMessage(request);
 }
 
-MessageAnswer ShowMessage(const MessageRequest& request) { return g_port->Show(request); }
+MessageAnswer ShowMessage(const MessageRequest& request) {
+    return g_port->Show(request);
+}
 
 IMessagePort* InstallMessagePort(IMessagePort* port) {
     IMessagePort* previous = g_port;

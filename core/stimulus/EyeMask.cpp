@@ -63,9 +63,15 @@ std::optional<std::string_view> FindMaskOrderError(const EYEMASK& m) {
     return std::nullopt;
 }
 
-bool IsValidMaskScale(double scale) { return scale >= 0.5 && scale <= 2.0; }
-bool IsValidMaskTimeOffset(double offset) { return offset >= 0 && offset <= 1000; }
-bool IsValidMaskVoltOffset(double offset) { return offset >= -10 && offset <= 10; }
+bool IsValidMaskScale(double scale) {
+    return scale >= 0.5 && scale <= 2.0;
+}
+bool IsValidMaskTimeOffset(double offset) {
+    return offset >= 0 && offset <= 1000;
+}
+bool IsValidMaskVoltOffset(double offset) {
+    return offset >= -10 && offset <= 10;
+}
 
 bool MaskPlacementAcceptedOnOpen(const EYEMASK& mask) {
     return IsValidMaskTimeOffset(mask.OffsetTime) && IsValidMaskVoltOffset(mask.OffsetVolt) &&

@@ -31,8 +31,8 @@ using Byte = uint8_t;
 // common degrees.
 constexpr std::size_t kTargetBlock = 2048;
 
-KV_WIDE_CLONES void XorTwo(Byte* __restrict dst, const Byte* __restrict a,
-                           const Byte* __restrict b, std::size_t length, Byte invert) {
+KV_WIDE_CLONES void XorTwo(Byte* __restrict dst, const Byte* __restrict a, const Byte* __restrict b,
+                           std::size_t length, Byte invert) {
     for (std::size_t i = 0; i < length; ++i) {
         dst[i] = a[i] ^ b[i] ^ invert;
     }
@@ -62,8 +62,8 @@ void ExtendByRecurrence(std::span<Byte> out, std::size_t position, std::size_t e
         if (taps.size() == 2) {
             XorTwo(dst, dst - distance[0], dst - distance[1], length, invert);
         } else {
-            XorFour(dst, dst - distance[0], dst - distance[1], dst - distance[2],
-                    dst - distance[3], length, invert);
+            XorFour(dst, dst - distance[0], dst - distance[1], dst - distance[2], dst - distance[3],
+                    length, invert);
         }
         position += length;
     }
@@ -95,7 +95,8 @@ void FillRegisterOutput(int degree, std::span<uint8_t> out, bool invert) {
     std::size_t scale = 1;
     while (position < total) {
         const bool finalStage = scale * taps.back() >= kTargetBlock;
-        const std::size_t stageEnd = finalStage ? total : std::min(total, 2 * scale * registerDegree);
+        const std::size_t stageEnd =
+            finalStage ? total : std::min(total, 2 * scale * registerDegree);
         ExtendByRecurrence(out, position, stageEnd, taps, scale, flip);
         position = stageEnd;
         scale *= 2;

@@ -18,7 +18,9 @@ int64_t PrbsSequenceLength(int degree) {
     return (int64_t{1} << degree) - 1;
 }
 
-CStimulusData::CStimulusData() : m_mask(DefaultEyeMask()) { GenerateSequence(0, m_bits); }
+CStimulusData::CStimulusData() : m_mask(DefaultEyeMask()) {
+    GenerateSequence(0, m_bits);
+}
 
 CStimulusData& CStimulusData::operator=(const CStimulusData& other) {
     // m_description is a note of this object only and never travels.
@@ -86,7 +88,9 @@ void CStimulusData::GenerateSequence(int initState, BitVector& bits) const {
             ShiftRegister probe(m_polyDegree);
             const bool firstOutput = probe.Step() != 0;
             const bool invert = (initState == 0 && firstOutput) || (initState == 1 && !firstOutput);
-            bits.assign(static_cast<std::size_t>(length), 0);
+            // Every byte is written by the fill, so a buffer of the right size
+            // is reused as it is rather than cleared first.
+            bits.resize(static_cast<std::size_t>(length));
             FillRegisterOutput(m_polyDegree, bits, invert);
             return;
         }

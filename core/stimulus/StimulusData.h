@@ -43,7 +43,9 @@ public:
     double GetDutyCycle() const override { return m_dutyCycle; }
     // The component index (0 Gaussian, 1 uniform, 2 sine) is the caller's to
     // get right; outside 0..2 it is undefined, as for the original arrays.
-    bool SetAddJitter(int component, bool add) override { return m_addJitter[Index(component)] = add; }
+    bool SetAddJitter(int component, bool add) override {
+        return m_addJitter[Index(component)] = add;
+    }
     bool GetAddJitter(int component) const override { return m_addJitter[Index(component)]; }
     bool SetAdvancedJitter(bool advanced) override { return m_advancedJitter = advanced; }
     bool GetAdvancedJitter() const override { return m_advancedJitter; }

@@ -30,12 +30,12 @@ public:
     virtual IEyeDiagramEditHook* SetEditHook(IEyeDiagramEditHook* hook) = 0;              // 1
     virtual IEyeDiagramEditHook* GetEditHook() const = 0;                                 // 2
     // Page flag 1, 2 or 4 selects the start page 0, 1 or 2.
-    virtual bool EditWithPageFlag(IEyeDiagramData* data, QWidget* parent, int pageFlag,
-                                  int flags, int pageArgA, int pageArgB) = 0;             // 3
+    virtual bool EditWithPageFlag(IEyeDiagramData* data, QWidget* parent, int pageFlag, int flags,
+                                  int pageArgA, int pageArgB) = 0;  // 3
     virtual bool Edit(IEyeDiagramData* data, QWidget* parent, int startPage, int flags,
-                      int pageArgA, int pageArgB) = 0;                                    // 4
-    virtual int GetLastPageFlag() const = 0;                                              // 5
-    virtual int GetLastPageIndex() const = 0;                                             // 6
+                      int pageArgA, int pageArgB) = 0;  // 4
+    virtual int GetLastPageFlag() const = 0;            // 5
+    virtual int GetLastPageIndex() const = 0;           // 6
 
 protected:
     ~IEyeDiagramDialog() = default;

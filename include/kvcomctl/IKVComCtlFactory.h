@@ -20,24 +20,24 @@ class IProgressDialogInterface;
 
 class IKVComCtlFactory {
 public:
-    virtual IEyeDiagramData* CreateStimulusData() = 0;                          // 0
-    virtual void Destroy(IProgressDialogInterface* dialog) = 0;                 // 1
-    virtual void Destroy(IProgressReportInterface* report) = 0;                 // 2
-    virtual void Destroy(IProgressBarInterface* bar) = 0;                       // 3
-    virtual void Destroy(ICouplingRgnWalkerDlg* walker) = 0;                    // 4
-    virtual void Destroy(IEyeDiagramDialog* sheet) = 0;                         // 5
-    virtual void Destroy(IEyeDiagramStimAdaptor* adaptor) = 0;                  // 6
-    virtual void Destroy(IEyeDiagramData* data) = 0;                            // 7
-    virtual IEyeDiagramStimAdaptor* CreateEyeStimAdaptor() = 0;                 // 8
-    virtual IEyeDiagramDialog* CreateEyeDiagramSheet() = 0;                     // 9
-    virtual IViaVizCtrl* CreateViaVisualizerCtrl() = 0;                         // 10
-    virtual void DestroyViaVisualizerCtrl(IViaVizCtrl* control) = 0;            // 11
-    virtual IPadstackEditorCtrl* CreatePadstackEditorDlg() = 0;                 // 12
-    virtual void DestroyPadstackEditorDlg(IPadstackEditorCtrl* editor) = 0;     // 13
-    virtual ICouplingRgnWalkerDlg* CreateCoupRgnWalkerDlg() = 0;                // 14
-    virtual IProgressBarInterface* CreateProgressBarCtrl() = 0;                 // 15
-    virtual IProgressReportInterface* CreateProgressReport() = 0;               // 16
-    virtual IProgressDialogInterface* CreateProgressDlg() = 0;                  // 17
+    virtual IEyeDiagramData* CreateStimulusData() = 0;                       // 0
+    virtual void Destroy(IProgressDialogInterface* dialog) = 0;              // 1
+    virtual void Destroy(IProgressReportInterface* report) = 0;              // 2
+    virtual void Destroy(IProgressBarInterface* bar) = 0;                    // 3
+    virtual void Destroy(ICouplingRgnWalkerDlg* walker) = 0;                 // 4
+    virtual void Destroy(IEyeDiagramDialog* sheet) = 0;                      // 5
+    virtual void Destroy(IEyeDiagramStimAdaptor* adaptor) = 0;               // 6
+    virtual void Destroy(IEyeDiagramData* data) = 0;                         // 7
+    virtual IEyeDiagramStimAdaptor* CreateEyeStimAdaptor() = 0;              // 8
+    virtual IEyeDiagramDialog* CreateEyeDiagramSheet() = 0;                  // 9
+    virtual IViaVizCtrl* CreateViaVisualizerCtrl() = 0;                      // 10
+    virtual void DestroyViaVisualizerCtrl(IViaVizCtrl* control) = 0;         // 11
+    virtual IPadstackEditorCtrl* CreatePadstackEditorDlg() = 0;              // 12
+    virtual void DestroyPadstackEditorDlg(IPadstackEditorCtrl* editor) = 0;  // 13
+    virtual ICouplingRgnWalkerDlg* CreateCoupRgnWalkerDlg() = 0;             // 14
+    virtual IProgressBarInterface* CreateProgressBarCtrl() = 0;              // 15
+    virtual IProgressReportInterface* CreateProgressReport() = 0;            // 16
+    virtual IProgressDialogInterface* CreateProgressDlg() = 0;               // 17
 
 protected:
     ~IKVComCtlFactory() = default;

@@ -63,9 +63,9 @@ TEST(RegisterFill, BlockFillMatchesTheRegisterForEveryDegreeAndInversion) {
 
 TEST(RegisterFill, ShortBuffersAroundTheDegreeAreExact) {
     for (int degree : {3, 12, 32}) {
-        for (std::size_t count : {std::size_t{0}, std::size_t{1}, std::size_t(degree - 1),
-                                  std::size_t(degree), std::size_t(degree + 1),
-                                  std::size_t(2 * degree + 3)}) {
+        for (std::size_t count :
+             {std::size_t{0}, std::size_t{1}, std::size_t(degree - 1), std::size_t(degree),
+              std::size_t(degree + 1), std::size_t(2 * degree + 3)}) {
             EXPECT_EQ(Blockwise(degree, count, true), Stepwise(degree, count, true))
                 << "degree " << degree << " count " << count;
         }

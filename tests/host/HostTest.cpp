@@ -25,8 +25,8 @@ public:
     void SetUp() override {
         g_library.reset(dlopen(KV_LIBRARY_PATH, RTLD_NOW | RTLD_LOCAL));
         ASSERT_NE(g_library, nullptr) << dlerror();
-        auto get = reinterpret_cast<GetKVComCtlFactoryFn>(
-            dlsym(g_library.get(), "GetKVComCtlFactory"));
+        auto get =
+            reinterpret_cast<GetKVComCtlFactoryFn>(dlsym(g_library.get(), "GetKVComCtlFactory"));
         ASSERT_NE(get, nullptr) << dlerror();
         g_factory = get();
     }

@@ -4,7 +4,9 @@
 #include <mutex>
 
 // Q_INIT_RESOURCE must be used outside any namespace.
-static void InitKvComCtlResources() { Q_INIT_RESOURCE(kvcomctl); }
+static void InitKvComCtlResources() {
+    Q_INIT_RESOURCE(kvcomctl);
+}
 
 namespace kv::ui {
 namespace {
@@ -23,9 +25,13 @@ ModuleStateGuard::ModuleStateGuard() : m_wasActive(t_moduleStateActive) {
     t_moduleStateActive = true;
 }
 
-ModuleStateGuard::~ModuleStateGuard() { t_moduleStateActive = m_wasActive; }
+ModuleStateGuard::~ModuleStateGuard() {
+    t_moduleStateActive = m_wasActive;
+}
 
-bool ModuleStateGuard::IsActive() { return t_moduleStateActive; }
+bool ModuleStateGuard::IsActive() {
+    return t_moduleStateActive;
+}
 
 QIcon ModuleWindowIcon() {
     EnsureModuleResources();

@@ -93,10 +93,10 @@ MessageAnswer QtMessagePort::Show(const MessageRequest& request) {
     // Closing the box with Escape or the title bar answers Cancel where
     // there is one, else the default button.
     const int result = box.exec();
-    const MessageAnswer closed = request.buttons == MessageButtons::Ok ||
-                                         request.buttons == MessageButtons::YesNo
-                                     ? request.defaultAnswer
-                                     : MessageAnswer::Cancel;
+    const MessageAnswer closed =
+        request.buttons == MessageButtons::Ok || request.buttons == MessageButtons::YesNo
+            ? request.defaultAnswer
+            : MessageAnswer::Cancel;
     return FromQt(result, closed);
 }
 

@@ -13,7 +13,9 @@ void WidgetClassRegistry::Register(const QString& className, Factory factory) {
     m_factories[className] = std::move(factory);
 }
 
-void WidgetClassRegistry::Unregister(const QString& className) { m_factories.erase(className); }
+void WidgetClassRegistry::Unregister(const QString& className) {
+    m_factories.erase(className);
+}
 
 bool WidgetClassRegistry::IsRegistered(const QString& className) const {
     return m_factories.contains(className);

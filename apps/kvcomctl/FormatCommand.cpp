@@ -1,0 +1,92 @@
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "Command.h"
+#include "shared/Misc_String.h"
+
+// kvcomctl format QUANTITY VALUE [--metric]: one engineering formatter.
+
+namespace kv::cli {
+namespace {
+
+constexpr std::string_view kHelp =
+    "Usage: kvcomctl format QUANTITY VALUE [--metric]\n"
+    "\n"
+    "Prints VALUE (in SI base units: metres, farads, henries, ohms, hertz,\n"
+    "seconds, volts) as number, blank and unit, followed by a newline.\n"
+    "\n"
+    "  QUANTITY   length, capacitance, inductance, resistance, frequency,\n"
+    "             time or voltage\n"
+    "  VALUE      a plain number such as 2.54e-5 or -0.25\n"
+    "  --metric   lengths in um, mm, cm or m instead of mils and inches\n"
+    "\n"
+    "Exit status: 0 when the value was in range, 1 when it was too large and\n"
+    "printed as 999 with the largest unit, 2 for a usage error.\n";
+
+using Formatter = bool (*)(double, char*, std::size_t, char*);
+
+struct Quantity {
+    std::string_view name;
+    Formatter format;  // null for length, which takes the metric flag
+};
+
+constexpr std::array<Quantity, 7> kQuantities{{
+    {"length", nullptr},
+    {"capacitance", FormatCapacitance},
+    {"inductance", FormatInductance},
+    {"resistance", FormatResistance},
+    {"frequency", FormatFrequency},
+    {"time", FormatTime},
+    {"voltage", FormatVoltage},
+}};
+
+double ParseNumber(std::string_view text) {
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size()) {
+        throw UsageError{"VALUE must be a number, not '" + std::string(text) + "'"};
+    }
+    return value;
+}
+
+int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
+    bool metric = false;
+    std::vector<std::string_view> positional;
+    for (std::string_view arg : args) {
+        if (arg == "--metric") {
+            metric = true;
+        } else if (arg.size() > 1 && arg[0] == '-' && arg[1] == '-') {
+            throw UsageError{"unknown option '" + std::string(arg) + "'"};
+        } else {
+            positional.push_back(arg);
+        }
+    }
+    if (positional.size() != 2) {
+        throw UsageError{"expects QUANTITY and VALUE"};
+    }
+    const auto quantity = std::find_if(kQuantities.begin(), kQuantities.end(),
+                                       [&](const Quantity& q) { return q.name == positional[0]; });
+    if (quantity == kQuantities.end()) {
+        throw UsageError{"unknown quantity '" + std::string(positional[0]) + "'"};
+    }
+    if (metric && quantity->format != nullptr) {
+        throw UsageError{"--metric applies to lengths only"};
+    }
+    const double value = ParseNumber(positional[1]);
+    std::array<char, 64> text{};
+    const bool inRange = quantity->format == nullptr
+                             ? FormatLength(value, text.data(), text.size() - 1, metric, nullptr)
+                             : quantity->format(value, text.data(), text.size() - 1, nullptr);
+    out << text.data() << '\n';
+    return inRange ? kExitOk : kExitFailure;
+}
+
+const CommandRegistration kRegistration{
+    {"format", "print a quantity with its engineering unit", kHelp, Run}};
+
+}  // namespace
+}  // namespace kv::cli

@@ -1,0 +1,62 @@
+#include <cstdio>
+#include <ostream>
+#include <string>
+
+#include "Command.h"
+#include "shared/Misc_String.h"
+
+// kvcomctl parse TEXT [--ampere] [--spice] [--farad]: the engineering parser.
+
+namespace kv::cli {
+namespace {
+
+constexpr std::string_view kHelp =
+    "Usage: kvcomctl parse TEXT [--ampere] [--spice] [--farad]\n"
+    "\n"
+    "Reads an engineering value such as \"1.5 n\", \"3M\" or \"47p\" and prints it\n"
+    "with 17 significant digits, followed by a newline. Blanks anywhere are\n"
+    "ignored; the one character after the number scales it:\n"
+    "a 1e-18, f 1e-15, F 1e-15, p/P 1e-12, n/N 1e-9, u/U 1e-6, m 1e-3, M 1e6,\n"
+    "k/K 1e3, G 1e9, T 1e12.\n"
+    "\n"
+    "  --ampere   'a' and 'A' mean amperes: the value is taken unscaled\n"
+    "  --spice    SPICE suffixes: 'M' is milli and 'X' is mega\n"
+    "  --farad    'F' means farads: the value is taken unscaled\n"
+    "\n"
+    "Exit status: 0 when parsed, 1 when not (0 is printed), 2 for a usage error.\n";
+
+int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
+    bool ampere = false;
+    bool spice = false;
+    bool farad = false;
+    const std::string_view* text = nullptr;
+    for (const std::string_view& arg : args) {
+        if (arg == "--ampere") {
+            ampere = true;
+        } else if (arg == "--spice") {
+            spice = true;
+        } else if (arg == "--farad") {
+            farad = true;
+        } else if (text == nullptr) {
+            text = &arg;
+        } else {
+            throw UsageError{"expects one TEXT; quote a text with blanks"};
+        }
+    }
+    if (text == nullptr) {
+        throw UsageError{"expects TEXT"};
+    }
+    double value = 0;
+    const bool parsed =
+        ParseEngineeringValue(std::string(*text).c_str(), value, ampere, spice, farad);
+    char printed[40];
+    std::snprintf(printed, sizeof printed, "%.17g", value);
+    out << printed << '\n';
+    return parsed ? kExitOk : kExitFailure;
+}
+
+const CommandRegistration kRegistration{
+    {"parse", "read an engineering value such as \"1.5 n\"", kHelp, Run}};
+
+}  // namespace
+}  // namespace kv::cli
