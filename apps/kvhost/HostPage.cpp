@@ -13,6 +13,17 @@ std::vector<HostPage>& MutablePages() {
     return pages;
 }
 
+int g_writeFailures = 0;
+
+void LogResult(bool written, const QString& path, const QString& reason, QTextStream& log) {
+    if (written) {
+        log << "wrote " << path << '\n';
+    } else {
+        ++g_writeFailures;
+        log << "could not write " << path << reason << '\n';
+    }
+}
+
 }  // namespace
 
 const std::vector<HostPage>& HostPages() {
@@ -27,20 +38,15 @@ void SaveWidgetPng(QWidget& widget, const QDir& out, const QString& fileName, QT
     widget.ensurePolished();
     widget.adjustSize();
     const QString path = out.filePath(fileName);
-    if (widget.grab().save(path, "PNG")) {
-        log << "wrote " << path << '\n';
-    } else {
-        log << "could not write " << path << '\n';
-    }
+    LogResult(widget.grab().save(path, "PNG"), path, QString(), log);
 }
 
 void SaveText(const QString& text, const QDir& out, const QString& fileName, QTextStream& log) {
     const QString path = out.filePath(fileName);
     QFile file(path);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
-        file.write(text.toUtf8());
-        log << "wrote " << path << '\n';
-    } else {
-        log << "could not write " << path << ": " << file.errorString() << '\n';
-    }
+    const bool written = file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text) &&
+                         file.write(text.toUtf8()) == text.toUtf8().size();
+    LogResult(written, path, written ? QString() : ": " + file.errorString(), log);
 }
+
+int TourWriteFailures() { return g_writeFailures; }

@@ -30,3 +30,5 @@ struct HostPageRegistration {
 void SaveWidgetPng(QWidget& widget, const QDir& out, const QString& fileName, QTextStream& log);
 // Writes `text` into `out`/`fileName` and logs it.
 void SaveText(const QString& text, const QDir& out, const QString& fileName, QTextStream& log);
+// How many files the tour failed to write so far.
+int TourWriteFailures();

@@ -37,7 +37,7 @@ int RunTour(IKVComCtlFactory& factory, const QString& outPath) {
         log << "== " << page.title << '\n';
         page.tour(factory, out, log);
     }
-    return 0;
+    return TourWriteFailures() == 0 ? 0 : 1;
 }
 
 }  // namespace
