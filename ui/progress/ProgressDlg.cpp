@@ -128,12 +128,11 @@ void CProgressDlg::PlaceOver(QWidget* owner) {
     }
     QRect area;
     if (owner != nullptr) {
-        const QWidget* topLevel = owner->window();
-        area = QRect(topLevel->mapToGlobal(QPoint(0, 0)), topLevel->size());
+        area = owner->window()->frameGeometry();
     } else if (const QScreen* screen = QGuiApplication::primaryScreen()) {
         area = screen->availableGeometry();
     }
-    QRect frame(QPoint(0, 0), size());
+    QRect frame(QPoint(0, 0), frameGeometry().size());
     frame.moveCenter(area.center());
     move(frame.topLeft());
 }
