@@ -52,12 +52,6 @@ TEST(ProgressBarGeometry, LayoutSplitsTheBarAndCentresTheLabel) {
     EXPECT_EQ(part.labelCentreX, 54);
 }
 
-TEST(ProgressBarGeometry, SetPosRepaintsOnlyOnChangeOrForce) {
-    EXPECT_FALSE(kv::SetPosRepaints(40, 40, false));
-    EXPECT_TRUE(kv::SetPosRepaints(40, 40, true));
-    EXPECT_TRUE(kv::SetPosRepaints(40, 41, false));
-}
-
 TEST(ProgressTextUpdate, WithoutControlOnlyTheTextIsKept) {
     for (const auto mode : {kv::TextUpdateMode::Single, kv::TextUpdateMode::WithinSetAll}) {
         const kv::TextUpdatePlan plan = kv::PlanTextUpdate(false, "old", "new", mode);
