@@ -1,5 +1,8 @@
 #include "KVComCtlFactory.h"
 
+#include "progress/ProgressBarCtrl.h"
+#include "progress/ProgressDlg.h"
+#include "progress/ProgressReport.h"
 #include "shared/ModuleState.h"
 #include "stimulus/StimulusData.h"
 
@@ -21,19 +24,22 @@ IEyeDiagramData* CKVComCtlFactory::CreateStimulusData() {
     return new CStimulusData();
 }
 
+// The progress objects carry their interface as a second base (dialog and
+// bar) or as their only base (report): static_cast finds the object around
+// the interface, and the virtual destructor deletes all of it.
 void CKVComCtlFactory::Destroy(IProgressDialogInterface* dialog) {
     ui::ModuleStateGuard moduleState;
-    (void)dialog;  // none handed out yet
+    delete static_cast<CProgressDlg*>(dialog);
 }
 
 void CKVComCtlFactory::Destroy(IProgressReportInterface* report) {
     ui::ModuleStateGuard moduleState;
-    (void)report;  // none handed out yet
+    delete static_cast<CProgressReport*>(report);
 }
 
 void CKVComCtlFactory::Destroy(IProgressBarInterface* bar) {
     ui::ModuleStateGuard moduleState;
-    (void)bar;  // none handed out yet
+    delete static_cast<CProgressBarCtrl*>(bar);
 }
 
 void CKVComCtlFactory::Destroy(ICouplingRgnWalkerDlg* walker) {
@@ -95,19 +101,21 @@ ICouplingRgnWalkerDlg* CKVComCtlFactory::CreateCoupRgnWalkerDlg() {
     return nullptr;
 }
 
+// Ownership crosses the host contract: the host gives each object back to
+// the matching Destroy.
 IProgressBarInterface* CKVComCtlFactory::CreateProgressBarCtrl() {
     ui::ModuleStateGuard moduleState;
-    return nullptr;
+    return new CProgressBarCtrl();
 }
 
 IProgressReportInterface* CKVComCtlFactory::CreateProgressReport() {
     ui::ModuleStateGuard moduleState;
-    return nullptr;
+    return new CProgressReport();
 }
 
 IProgressDialogInterface* CKVComCtlFactory::CreateProgressDlg() {
     ui::ModuleStateGuard moduleState;
-    return nullptr;
+    return new CProgressDlg();
 }
 
 }  // namespace kv

@@ -5,6 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
 #include <memory>
 #include <stdexcept>
 
@@ -63,6 +66,65 @@ TEST(HostStimulusData, DefaultsAndBitsThroughTheInterface) {
     EXPECT_EQ(data->GetBitCount(), 3);
     EXPECT_TRUE(data->GetBit(2));
     g_factory->Destroy(data);
+}
+
+int g_hostCancelValue = 0;
+
+TEST(HostProgress, BarCreatedUsedAndDestroyedThroughTheFactory) {
+    IProgressBarInterface* bar = g_factory->CreateProgressBarCtrl();
+    ASSERT_NE(bar, nullptr);
+    QWidget window;
+    QWidget* widget = bar->GetHwnd();
+    ASSERT_NE(widget, nullptr);
+    widget->setParent(&window);  // a host puts the bar into its own window
+    bar->SetPos(150, false);
+    EXPECT_EQ(bar->GetPos(), 150);
+    bar->SetFillColor(0x00FF0000);
+    g_factory->Destroy(bar);
+    EXPECT_TRUE(window.children().isEmpty());
+}
+
+TEST(HostProgress, ReportAttachedToAHostDialog) {
+    IProgressReportInterface* report = g_factory->CreateProgressReport();
+    ASSERT_NE(report, nullptr);
+    auto dialog = std::make_unique<QDialog>();
+    auto* line = new QLabel(dialog.get());
+    line->setObjectName("ctl1001");
+    auto* placeholder = new QWidget(dialog.get());
+    placeholder->setObjectName("ctl1003");
+    report->SetFirstText("Routing");
+    report->Attach(dialog.get(), 1001, 1002, 1003);
+    EXPECT_EQ(line->text(), QStringLiteral("Routing"));
+    report->SetAll(nullptr, "ignored: no second line", 40);
+    EXPECT_EQ(report->GetPercent(), 40);
+    EXPECT_EQ(report->GetProgressBar()->GetHwnd()->parentWidget(), placeholder);
+    dialog.reset();  // the host's dialog goes first; the report stays usable
+    report->SetPercent(60);
+    EXPECT_EQ(report->GetPercent(), 60);
+    g_factory->Destroy(report);
+}
+
+TEST(HostProgress, DialogCreatedOverAHostWindowAndDestroyed) {
+    IProgressDialogInterface* dialog = g_factory->CreateProgressDlg();
+    ASSERT_NE(dialog, nullptr);
+    QWidget owner;
+    owner.show();
+    dialog->SetCancelCallback([](int32_t value) { g_hostCancelValue = value; }, 9);
+    ASSERT_TRUE(dialog->Create(&owner, 0));
+    EXPECT_FALSE(owner.isEnabled());
+    EXPECT_TRUE(dialog->GetHwnd()->isVisible());
+    IProgressReportInterface* report = dialog->GetReport();
+    report->SetAll("Simulating", "net 1 of 3", 33);
+    EXPECT_EQ(dialog->GetProgressBar()->GetPos(), 33);
+    EXPECT_FALSE(report->IsCancelled());
+    auto* cancel = dialog->GetHwnd()->findChild<QPushButton*>("ctl2");
+    ASSERT_NE(cancel, nullptr);
+    cancel->click();
+    EXPECT_TRUE(report->IsCancelled());
+    EXPECT_EQ(g_hostCancelValue, 9);
+    dialog->Destroy();
+    EXPECT_TRUE(owner.isEnabled());
+    g_factory->Destroy(dialog);
 }
 
 TEST(HostFactory, NullIsAcceptedByEveryDestroy) {
