@@ -12,7 +12,9 @@ std::vector<Command>& MutableCommands() {
 
 }  // namespace
 
-const std::vector<Command>& Commands() { return MutableCommands(); }
+const std::vector<Command>& Commands() {
+    return MutableCommands();
+}
 
 CommandRegistration::CommandRegistration(Command command) {
     MutableCommands().push_back(std::move(command));
