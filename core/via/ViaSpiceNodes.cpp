@@ -1,5 +1,6 @@
 #include "via/ViaSpiceModel.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
@@ -13,12 +14,13 @@ std::size_t BottomNode(int32_t layer) {
     return TopNode(layer) + 1;
 }
 
-// Refuses negative layers here: as size_t they would wrap around and alias a real node.
-std::size_t CheckedLayer(int32_t layer) {
-    if (layer < 0) {
-        throw std::out_of_range("via node layer " + std::to_string(layer) + " is negative");
+// Both ends of an element and every port must lie in the stackup, even where the end itself
+// gets no node value: an element reaching outside the board is inconsistent data.
+void CheckLayer(int32_t layer, std::size_t layerCount) {
+    if (layer < 0 || static_cast<std::size_t>(layer) >= layerCount) {
+        throw std::out_of_range("via layer index " + std::to_string(layer) +
+                                " lies outside the stackup");
     }
-    return static_cast<std::size_t>(layer);
 }
 
 bool CarriesSeriesPart(const CViaVizSpiceLayer& node) {
@@ -30,8 +32,8 @@ bool CarriesSeriesPart(const CViaVizSpiceLayer& node) {
 void PlaceElement(std::vector<CViaVizSpiceLayer>& nodes, const CViaVizElement& element) {
     const int32_t a = element.startLayer;
     const int32_t b = element.endLayer;
-    CheckedLayer(a);
-    CheckedLayer(b);
+    CheckLayer(a, nodes.size() / 2);
+    CheckLayer(b, nodes.size() / 2);
     const bool withinLayer = a == b;
     CViaVizSpiceLayer& start = nodes.at(withinLayer ? TopNode(a) : BottomNode(a));
     if (element.startEndType == kViaEndCapacitance) {
@@ -83,13 +85,13 @@ void FoldEmptyTops(std::vector<CViaVizSpiceLayer>& nodes) {
 
 std::vector<CViaVizSpiceLayer> BuildSpiceNodes(const SpiceViaInput& via, int32_t layerCount,
                                                int viaIndex) {
-    std::vector<CViaVizSpiceLayer> nodes(2 * CheckedLayer(layerCount));
+    std::vector<CViaVizSpiceLayer> nodes(2 * static_cast<std::size_t>(std::max(layerCount, 0)));
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         nodes[i].layer = static_cast<int32_t>(i / 2);
         nodes[i].bottom = static_cast<int32_t>(i % 2);
     }
     for (const CViaVizPort& port : via.ports) {
-        CheckedLayer(port.layer);
+        CheckLayer(port.layer, nodes.size() / 2);
         nodes.at(TopNode(port.layer)).port = &port;
     }
     for (const CViaVizElement& element : via.elements) {
