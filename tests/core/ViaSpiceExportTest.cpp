@@ -35,9 +35,10 @@ std::string ReadAll(const fs::path& path) {
 class ViaSpiceExport : public ::testing::Test {
 protected:
     void SetUp() override {
-        m_folder = fs::temp_directory_path() /
-                   ("kv_via_export_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                    ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        m_folder =
+            fs::temp_directory_path() /
+            ("kv_via_export_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+             ::testing::UnitTest::GetInstance()->current_test_info()->name());
         fs::create_directories(m_folder);
         m_layer = STACKUPLAYER{"TOP", STACKUP_CONDUCTOR, 0, 3.556e-5};
         m_stackup = {1, &m_layer};
@@ -96,7 +97,8 @@ TEST_F(ViaSpiceExport, ExistingFileIsReplacedOnlyAfterYes) {
     EXPECT_EQ(ReadAll(path), "old");
     ASSERT_EQ(m_messages.Requests().size(), 1u);
     const kv::MessageRequest& question = m_messages.Requests()[0];
-    EXPECT_EQ(question.text, "File \"" + path.string() + "\" exists.\nDo you want to overwrite it?");
+    EXPECT_EQ(question.text,
+              "File \"" + path.string() + "\" exists.\nDo you want to overwrite it?");
     EXPECT_EQ(question.caption, "Warning");
     EXPECT_EQ(question.icon, kv::MessageIcon::Warning);
     EXPECT_EQ(question.buttons, kv::MessageButtons::YesNo);

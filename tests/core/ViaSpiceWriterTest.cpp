@@ -98,8 +98,8 @@ TEST(ViaSpiceWriter, ViaWithoutElementsOrPortsWritesTheFrameOnly) {
 
 TEST(ViaSpiceWriter, EqualImpedancesMergeIntoOneLineAndAnotherImpedanceStartsANewOne) {
     Board board(7);
-    const std::string text = kv::SpiceModelText(board.Input(
-        {Line(0, 2, 50, 1e-12), Line(2, 4, 50, 2e-12), Line(4, 6, 40, 3e-12)}, {}));
+    const std::string text = kv::SpiceModelText(
+        board.Input({Line(0, 2, 50, 1e-12), Line(2, 4, 50, 2e-12), Line(4, 6, 40, 3e-12)}, {}));
     EXPECT_EQ(Elements(text),
               "T008 L1_1        0 L5_1        0    Z0=50 TD=3e-12\n"
               "T012 L5_1        0 L7_1        0    Z0=40 TD=3e-12\n"
@@ -110,8 +110,7 @@ TEST(ViaSpiceWriter, EqualImpedancesMergeIntoOneLineAndAnotherImpedanceStartsANe
 TEST(ViaSpiceWriter, PortThatNothingReachesGetsAZeroCapacitorAndALaterPortAZeroVoltSource) {
     Board board(5);
     // Port on layer 1 ahead of every element; port on layer 5 reached with nothing pending.
-    const std::string text =
-        kv::SpiceModelText(board.Input({Capacitance(2, 1e-13)}, {0, 4}));
+    const std::string text = kv::SpiceModelText(board.Input({Capacitance(2, 1e-13)}, {0, 4}));
     EXPECT_EQ(Elements(text),
               "C000 L1_1                 0      0\n"
               "C004 L3_1                   0        1e-13\n"
