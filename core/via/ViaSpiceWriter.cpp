@@ -1,6 +1,7 @@
 #include "via/ViaSpiceWriter.h"
 
 #include <array>
+#include <iterator>
 #include <ostream>
 #include <stdexcept>
 #include <string_view>
@@ -20,7 +21,13 @@ constexpr const char* kGeneratedFormat = "*    generated %Y-%m-%d %H:%M:%S     *
 // Capacity of the number part of a formatted length.
 constexpr std::size_t kLengthFieldCapacity = 12;
 
+// The first via of a pair is the right one. Only the port list puts a "*" line before the
+// first label.
 constexpr std::string_view kViaLabels[] = {"Right Via", "Left Via"};
+
+std::string ViaLabelLine(std::size_t viaIndex) {
+    return "*  " + std::string(viaIndex < std::size(kViaLabels) ? kViaLabels[viaIndex] : "") + '\n';
+}
 
 // printf's "%<width>s": right-aligned, never cut.
 std::string Right(std::string_view text, std::size_t width) {
@@ -123,7 +130,7 @@ void WriteStackup(const SpiceExportInput& input, std::string& text) {
 void WritePorts(const SpiceExportInput& input, std::size_t viaIndex,
                 const std::vector<CViaVizSpiceLayer>& nodes, std::string& text) {
     if (input.pair) {
-        text += viaIndex == 0 ? "*\n*  Right Via\n" : "*  Left Via\n";
+        text += (viaIndex == 0 ? "*\n" : "") + ViaLabelLine(viaIndex);
     }
     const PADSTACK& padstack = *input.vias[viaIndex].padstack;
     text += "* Padstack: \"" + std::string(padstack.name) +
@@ -225,7 +232,7 @@ void WriteElements(const SpiceExportInput& input, std::size_t viaIndex,
     std::string suffix;
     if (input.pair) {
         suffix = '_' + std::to_string(viaIndex + 1);
-        text += "*  " + std::string(viaIndex < 2 ? kViaLabels[viaIndex] : "") + '\n';
+        text += ViaLabelLine(viaIndex);
     }
     ElementWalk walk(suffix, input.vias[viaIndex].padstack->lastLayer, text);
     for (std::size_t k = 0; k < nodes.size(); ++k) {
