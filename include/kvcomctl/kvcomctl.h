@@ -9,3 +9,5 @@
 #include "kvcomctl/IEyeDiagramDialog.h"
 #include "kvcomctl/IKVComCtlFactory.h"
 #include "kvcomctl/IProgress.h"
+#include "kvcomctl/IViaVizData.h"
+#include "kvcomctl/ViaRecords.h"

@@ -1,0 +1,67 @@
+#include <filesystem>
+#include <iostream>
+#include <sstream>
+#include <string>
+
+#include "Command.h"
+#include "ViaDescription.h"
+#include "via/AtomicFile.h"
+#include "via/PadstackDump.h"
+
+// kvcomctl padstack-dump VIA.json [-o FILE]: lists the padstack of every via of a description
+// as the padstack editor's diagnostic dump does.
+
+namespace kv::cli {
+namespace {
+
+constexpr std::string_view kHelp =
+    "Usage: kvcomctl padstack-dump VIA.json [-o FILE]\n"
+    "\n"
+    "Lists the padstack of each via described in VIA.json (format: see README.md)\n"
+    "in the padstack diagnostic dump format, on standard output.\n"
+    "\n"
+    "  -o FILE         append the listing to FILE instead; when FILE is a folder,\n"
+    "                  to the file ViaVizData.dmp in it\n";
+
+int Run(Arguments args, std::ostream& out, std::ostream& err) {
+    std::string input;
+    std::string output;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        if (args[i] == "-o") {
+            output = OptionValue(args, i);
+        } else if (!args[i].empty() && args[i][0] == '-') {
+            throw UsageError{"unknown option '" + std::string(args[i]) + "'"};
+        } else if (input.empty()) {
+            input = args[i];
+        } else {
+            throw UsageError{"one description only, got '" + std::string(args[i]) + "' too"};
+        }
+    }
+    if (input.empty()) {
+        throw UsageError{"which via description? (VIA.json)"};
+    }
+    ViaDescription description = ReadViaDescription(input);
+    std::ostringstream listing;
+    for (ViaDescriptionVia& via : description.vias) {
+        WritePadstackDump(*via.data->GetStackup(), *via.data->GetPadstack(), listing);
+    }
+    if (output.empty()) {
+        out << listing.str();
+        return kExitOk;
+    }
+    std::filesystem::path file = output;
+    if (std::filesystem::is_directory(file)) {
+        file /= kPadstackDumpFileName;
+    }
+    if (!AppendToFile(file, listing.str())) {
+        err << "kvcomctl padstack-dump: Cannot open file \"" << file.string() << "\"\n";
+        return kExitFailure;
+    }
+    return kExitOk;
+}
+
+const CommandRegistration kRegistration{
+    {"padstack-dump", "list the padstacks of a via description as a diagnostic dump", kHelp, Run}};
+
+}  // namespace
+}  // namespace kv::cli

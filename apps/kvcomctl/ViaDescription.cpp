@@ -1,0 +1,354 @@
+#include "ViaDescription.h"
+
+#include <cmath>
+#include <fstream>
+#include <initializer_list>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <utility>
+
+namespace kv::cli {
+namespace {
+
+using nlohmann::json;
+
+// A JSON value together with the path that names it in messages.
+struct Field {
+    const json& value;
+    std::string path;
+
+    [[noreturn]] void Fail(const std::string& problem) const {
+        throw DescriptionError(path + ": " + problem);
+    }
+
+    Field Member(const std::string& key) const {
+        const auto found = value.find(key);
+        if (found == value.end()) {
+            throw DescriptionError(Join(key) + ": missing");
+        }
+        return {*found, Join(key)};
+    }
+    std::optional<Field> OptionalMember(const std::string& key) const {
+        const auto found = value.find(key);
+        if (found == value.end()) {
+            return std::nullopt;
+        }
+        return Field{*found, Join(key)};
+    }
+    Field Element(std::size_t index) const {
+        return {value[index], path + "[" + std::to_string(index) + "]"};
+    }
+
+    void ExpectObject(std::initializer_list<const char*> keys) const {
+        if (!value.is_object()) {
+            Fail("must be an object");
+        }
+        for (const auto& [key, member] : value.items()) {
+            bool known = false;
+            for (const char* allowed : keys) {
+                known = known || key == allowed;
+            }
+            if (!known) {
+                throw DescriptionError(Join(key) + ": unknown field");
+            }
+        }
+    }
+    const json& ExpectArray() const {
+        if (!value.is_array()) {
+            Fail("must be an array");
+        }
+        return value;
+    }
+    std::string String() const {
+        if (!value.is_string()) {
+            Fail("must be a string");
+        }
+        return value.get<std::string>();
+    }
+    double Number() const {
+        if (!value.is_number()) {
+            Fail("must be a number");
+        }
+        const double number = value.get<double>();
+        if (!std::isfinite(number)) {
+            Fail("must be finite");
+        }
+        return number;
+    }
+    double NonNegative() const {
+        const double number = Number();
+        if (number < 0.0) {
+            Fail("must not be negative");
+        }
+        return number;
+    }
+    bool Boolean() const {
+        if (!value.is_boolean()) {
+            Fail("must be true or false");
+        }
+        return value.get<bool>();
+    }
+    // One of `names`; returns the code paired with it.
+    int32_t Choice(std::initializer_list<std::pair<const char*, int32_t>> names) const {
+        const std::string text = String();
+        std::string allowed;
+        for (const auto& [name, code] : names) {
+            if (text == name) {
+                return code;
+            }
+            allowed += allowed.empty() ? "" : ", ";
+            allowed += '"' + std::string(name) + '"';
+        }
+        Fail("\"" + text + "\" is not one of " + allowed);
+    }
+
+private:
+    std::string Join(const std::string& key) const { return path.empty() ? key : path + "." + key; }
+};
+
+double OptionalNonNegative(const Field& parent, const char* key) {
+    const auto member = parent.OptionalMember(key);
+    return member ? member->NonNegative() : 0.0;
+}
+
+double OptionalNumber(const Field& parent, const char* key) {
+    const auto member = parent.OptionalMember(key);
+    return member ? member->Number() : 0.0;
+}
+
+void ReadName(const Field& field, char (&name)[VIA_NAME_CAPACITY + 1]) {
+    const std::string text = field.String();
+    if (text.empty()) {
+        field.Fail("must not be empty");
+    }
+    if (!SetRecordName(name, text)) {
+        field.Fail("longer than " + std::to_string(VIA_NAME_CAPACITY) + " bytes");
+    }
+}
+
+std::vector<STACKUPLAYER> ReadStackup(const Field& field) {
+    const json& layers = field.ExpectArray();
+    if (layers.empty()) {
+        field.Fail("needs at least one layer");
+    }
+    std::vector<STACKUPLAYER> stackup(layers.size());
+    for (std::size_t i = 0; i < layers.size(); ++i) {
+        const Field layer = field.Element(i);
+        layer.ExpectObject({"name", "kind", "usage", "thickness"});
+        STACKUPLAYER& record = stackup[i];
+        ReadName(layer.Member("name"), record.name);
+        record.kind = layer.Member("kind").Choice(
+            {{"conductor", STACKUP_CONDUCTOR}, {"dielectric", STACKUP_DIELECTRIC}});
+        const auto usage = layer.OptionalMember("usage");
+        if (usage && record.kind == STACKUP_DIELECTRIC) {
+            usage->Fail("only a conductor layer has a usage");
+        }
+        record.usage = usage ? usage->Choice({{"signal", 0}, {"plane", STACKUP_USAGE_PLANE}}) : 0;
+        record.thickness = layer.Member("thickness").NonNegative();
+    }
+    return stackup;
+}
+
+// A layer is given by its index or by its name.
+int32_t ReadLayer(const Field& field, const std::vector<STACKUPLAYER>& stackup) {
+    if (field.value.is_string()) {
+        const std::string name = field.String();
+        for (std::size_t i = 0; i < stackup.size(); ++i) {
+            if (name == stackup[i].name) {
+                return static_cast<int32_t>(i);
+            }
+        }
+        field.Fail("no stackup layer is named \"" + name + "\"");
+    }
+    if (!field.value.is_number_integer()) {
+        field.Fail("must be a layer index or a layer name");
+    }
+    const long long index = field.value.get<long long>();
+    if (index < 0 || index >= static_cast<long long>(stackup.size())) {
+        field.Fail("layer index " + std::to_string(index) + " is outside the stackup (0 to " +
+                   std::to_string(stackup.size() - 1) + ")");
+    }
+    return static_cast<int32_t>(index);
+}
+
+PADDATA ReadPad(const Field& pad) {
+    pad.ExpectObject({"type", "shape", "width", "height", "angle", "antipad_width",
+                      "antipad_height", "antipad_angle", "clearance"});
+    PADDATA record{};
+    record.padType = pad.Member("type").Choice(
+        {{"none", PAD_TYPE_NONE}, {"pad", PAD_TYPE_PAD}, {"anti-pad", PAD_TYPE_ANTIPAD}});
+    const auto shape = pad.OptionalMember("shape");
+    record.shape = shape ? shape->Choice({{"none", PAD_SHAPE_NONE},
+                                          {"round", PAD_SHAPE_ROUND},
+                                          {"rectangle", PAD_SHAPE_RECTANGLE},
+                                          {"oval", PAD_SHAPE_OVAL},
+                                          {"oblong", PAD_SHAPE_OBLONG},
+                                          {"custom", PAD_SHAPE_CUSTOM}})
+                         : PAD_SHAPE_NONE;
+    record.pad_x = OptionalNonNegative(pad, "width");
+    // An unset height means a pad as high as it is wide, as round pads are.
+    record.pad_y = pad.OptionalMember("height") ? OptionalNonNegative(pad, "height") : record.pad_x;
+    record.angle = OptionalNumber(pad, "angle");
+    record.antipad_x = OptionalNonNegative(pad, "antipad_width");
+    record.antipad_y = pad.OptionalMember("antipad_height")
+                           ? OptionalNonNegative(pad, "antipad_height")
+                           : record.antipad_x;
+    record.antipadAngle = OptionalNumber(pad, "antipad_angle");
+    record.clearance = OptionalNonNegative(pad, "clearance");
+    return record;
+}
+
+void ReadPadstack(const Field& field, const std::vector<STACKUPLAYER>& stackup, CViaVizData& data) {
+    field.ExpectObject(
+        {"name", "drill", "drill_extra", "plating", "first_layer", "last_layer", "pads"});
+    PADSTACK& padstack = *data.GetPadstack();
+    ReadName(field.Member("name"), padstack.name);
+    padstack.drill = field.Member("drill").NonNegative();
+    padstack.drillExtra = OptionalNumber(field, "drill_extra");
+    padstack.plating = OptionalNonNegative(field, "plating");
+    padstack.firstLayer = ReadLayer(field.Member("first_layer"), stackup);
+    padstack.lastLayer = ReadLayer(field.Member("last_layer"), stackup);
+    if (padstack.firstLayer > padstack.lastLayer) {
+        field.Member("last_layer").Fail("lies above first_layer");
+    }
+    const Field pads = field.Member("pads");
+    if (pads.ExpectArray().size() != stackup.size()) {
+        pads.Fail("needs one pad per stackup layer (" + std::to_string(stackup.size()) + "), has " +
+                  std::to_string(pads.value.size()));
+    }
+    std::vector<PADDATA> records;
+    for (std::size_t i = 0; i < pads.value.size(); ++i) {
+        records.push_back(ReadPad(pads.Element(i)));
+    }
+    data.SetPads(records);
+}
+
+CViaVizElement ReadElement(const Field& field, const std::vector<STACKUPLAYER>& stackup) {
+    field.ExpectObject(
+        {"kind", "from", "to", "value", "delay", "start_capacitance", "end_capacitance"});
+    CViaVizElement element;
+    element.kind = field.Member("kind").Choice(
+        {{"capacitance", 0}, {"inductance", kViaElementInductance}, {"line", kViaElementLine}});
+    element.startLayer = ReadLayer(field.Member("from"), stackup);
+    element.endLayer = ReadLayer(field.Member("to"), stackup);
+    if (element.startLayer > element.endLayer) {
+        field.Member("to").Fail("lies above \"from\": elements run downward");
+    }
+    if (element.kind == 0) {
+        if (field.OptionalMember("value")) {
+            field.Member("value").Fail("a capacitance element carries only end capacitances");
+        }
+    } else {
+        element.value = field.Member("value").NonNegative();
+    }
+    const auto delay = field.OptionalMember("delay");
+    if (delay && element.kind != kViaElementLine) {
+        delay->Fail("only a line has a delay");
+    }
+    element.delay = delay ? delay->NonNegative() : 0.0;
+    if (const auto start = field.OptionalMember("start_capacitance")) {
+        element.startEndType = kViaEndCapacitance;
+        element.startCapacitance = start->NonNegative();
+    }
+    if (const auto end = field.OptionalMember("end_capacitance")) {
+        element.endEndType = kViaEndCapacitance;
+        element.endCapacitance = end->NonNegative();
+    }
+    return element;
+}
+
+ViaDescriptionVia ReadVia(const Field& field, const std::vector<STACKUPLAYER>& stackup) {
+    field.ExpectObject({"padstack", "elements", "ports"});
+    ViaDescriptionVia via;
+    via.data = std::make_unique<CViaVizData>();
+    via.data->SetStackupLayers(stackup);
+    ReadPadstack(field.Member("padstack"), stackup, *via.data);
+    const PADSTACK& padstack = *via.data->GetPadstack();
+    if (const auto elements = field.OptionalMember("elements")) {
+        for (std::size_t i = 0; i < elements->ExpectArray().size(); ++i) {
+            via.elements.push_back(ReadElement(elements->Element(i), stackup));
+        }
+    }
+    if (const auto ports = field.OptionalMember("ports")) {
+        std::set<int32_t> seen;
+        for (std::size_t i = 0; i < ports->ExpectArray().size(); ++i) {
+            const Field port = ports->Element(i);
+            const int32_t layer = ReadLayer(port, stackup);
+            if (stackup[layer].kind == STACKUP_DIELECTRIC) {
+                port.Fail("layer \"" + std::string(stackup[layer].name) + "\" is a dielectric");
+            }
+            if (layer < padstack.firstLayer || layer > padstack.lastLayer) {
+                port.Fail("layer \"" + std::string(stackup[layer].name) +
+                          "\" lies outside the padstack's layer span");
+            }
+            if (!seen.insert(layer).second) {
+                port.Fail("layer \"" + std::string(stackup[layer].name) + "\" is listed twice");
+            }
+            via.ports.push_back({layer});
+        }
+    }
+    return via;
+}
+
+}  // namespace
+
+SpiceExportInput ViaDescription::SpiceInput(bool metric) const {
+    SpiceExportInput input;
+    input.stackup = &vias.front().data->Stackup();
+    input.pair = pair;
+    input.subcircuitName = subcircuit;
+    input.metric = metric;
+    for (const ViaDescriptionVia& via : vias) {
+        input.vias.push_back({&via.data->Padstack(), via.elements, via.ports});
+    }
+    return input;
+}
+
+ViaDescription ParseViaDescription(const std::string& jsonText) {
+    json document;
+    try {
+        document = json::parse(jsonText);
+    } catch (const json::parse_error& error) {
+        throw DescriptionError(std::string("not valid JSON: ") + error.what());
+    }
+    const Field root{document, ""};
+    root.ExpectObject({"subcircuit", "pair", "stackup", "vias"});
+    ViaDescription description;
+    const Field subcircuit = root.Member("subcircuit");
+    description.subcircuit = subcircuit.String();
+    if (description.subcircuit.empty() ||
+        description.subcircuit.find_first_of(" \t\r\n") != std::string::npos) {
+        subcircuit.Fail("must be one word, as SPICE reads a subcircuit name");
+    }
+    const auto pair = root.OptionalMember("pair");
+    description.pair = pair && pair->Boolean();
+    const std::vector<STACKUPLAYER> stackup = ReadStackup(root.Member("stackup"));
+    const Field vias = root.Member("vias");
+    const std::size_t expected = description.pair ? 2 : 1;
+    if (vias.ExpectArray().size() != expected) {
+        vias.Fail(description.pair ? "a pair needs exactly two vias"
+                                   : "needs exactly one via (set \"pair\" for two)");
+    }
+    for (std::size_t i = 0; i < expected; ++i) {
+        description.vias.push_back(ReadVia(vias.Element(i), stackup));
+    }
+    return description;
+}
+
+ViaDescription ReadViaDescription(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        throw DescriptionError("cannot read \"" + path.string() + "\"");
+    }
+    std::ostringstream text;
+    text << file.rdbuf();
+    try {
+        return ParseViaDescription(text.str());
+    } catch (const DescriptionError& error) {
+        throw DescriptionError(path.string() + ": " + error.what());
+    }
+}
+
+}  // namespace kv::cli

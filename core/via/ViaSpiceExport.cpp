@@ -1,0 +1,105 @@
+#include "via/ViaSpiceExport.h"
+
+#include <chrono>
+#include <fstream>
+
+#include "shared/MessagePort.h"
+#include "via/AtomicFile.h"
+#include "via/ViaSpiceWriter.h"
+
+namespace kv {
+namespace {
+
+// Characters that cannot stand in a file name on any of the platforms the library runs on.
+constexpr std::string_view kBadFileNameCharacters = "/\\:*?\"<>|";
+
+// The base name with ".cir" appended. Padstack names often hold a point ("VIA0.3"), so the
+// extension is added rather than swapped in.
+std::string FileNameFromBase(std::string base) {
+    for (char& c : base) {
+        if (kBadFileNameCharacters.find(c) != std::string_view::npos) {
+            c = '_';
+        }
+    }
+    return base + '.' + std::string(kSpiceDefaultExtension);
+}
+
+bool FileExists(const std::filesystem::path& path) {
+    std::ifstream probe(path);
+    return probe.is_open();
+}
+
+bool OverwriteConfirmed(const std::string& path) {
+    MessageRequest question;
+    question.text = "File \"" + path + "\" exists.\nDo you want to overwrite it?";
+    question.caption = std::string(kOverwriteCaption);
+    question.icon = MessageIcon::Warning;
+    question.buttons = MessageButtons::YesNo;
+    question.defaultAnswer = MessageAnswer::No;
+    return ShowMessage(question) == MessageAnswer::Yes;
+}
+
+void ReportCannotOpen(const std::string& path) {
+    MessageRequest report;
+    report.text = "Cannot open file \"" + path + "\"";
+    report.caption = std::string(kSpiceExportCaption);
+    report.icon = MessageIcon::Error;
+    report.buttons = MessageButtons::Ok;
+    report.defaultAnswer = MessageAnswer::Ok;
+    ShowMessage(report);
+}
+
+}  // namespace
+
+std::tm LocalTimeNow() {
+    const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+    std::tm local{};
+    localtime_r(&now, &local);
+    return local;
+}
+
+std::string DefaultSpiceFileName(const SpiceExportInput& input, const SpiceExportNames& names) {
+    if (!names.exportFileName.empty()) {
+        return names.exportFileName;
+    }
+    if (!names.baseName.empty()) {
+        return FileNameFromBase(names.baseName);
+    }
+    const bool hasPadstack = !input.vias.empty() && input.vias.front().padstack != nullptr;
+    return FileNameFromBase(hasPadstack ? input.vias.front().padstack->name : "");
+}
+
+SpiceExportOutcome ExportViaToSpice(const SpiceExportInput* input, const SpiceExportNames& names,
+                                    IFileChooser& chooser,
+                                    const std::optional<std::tm>& generated) {
+    if (input == nullptr) {
+        return SpiceExportOutcome::NoData;
+    }
+    SaveFileQuery query;
+    query.defaultFileName = DefaultSpiceFileName(*input, names);
+    query.defaultExtension = std::string(kSpiceDefaultExtension);
+    query.filter = std::string(kSpiceFileFilter);
+    query.hideReadOnly = true;
+    const std::optional<ChosenFile> chosen = chooser.ChooseSaveFile(query);
+    if (!chosen) {
+        return SpiceExportOutcome::Cancelled;
+    }
+    const std::filesystem::path path = chosen->directory / chosen->fileName;
+    if (FileExists(path) && !OverwriteConfirmed(path.string())) {
+        return SpiceExportOutcome::Refused;
+    }
+    SpiceExportInput stamped = *input;
+    stamped.generated = generated.value_or(LocalTimeNow());
+    // The text is complete before the file is touched, so bad data never leaves a torn file.
+    const std::string text = SpiceModelText(stamped);
+    const bool written = WriteFileAtomically(path, [&text](std::ostream& out) {
+        out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    });
+    if (!written) {
+        ReportCannotOpen(path.string());
+        return SpiceExportOutcome::CannotOpen;
+    }
+    return SpiceExportOutcome::Written;
+}
+
+}  // namespace kv

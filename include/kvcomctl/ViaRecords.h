@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <type_traits>
+
+// The board stackup, padstack and pad records that a host hands to the via
+// visualizer and that the padstack editor edits. They are plain records with a
+// fixed layout: a host compiled against another copy of this header must see
+// the same bytes. Lengths are metres, angles degrees.
+//
+// Arrays are (count, pointer) pairs. An array placed into a record that a
+// library object owns (IViaVizData) must come from `new[]` of its record type:
+// the object frees it with `delete[]` when it is destroyed.
+
+// Names are NUL-terminated UTF-8 of at most this many bytes before the NUL.
+inline constexpr int VIA_NAME_CAPACITY = 63;
+
+// STACKUPLAYER::kind
+inline constexpr int32_t STACKUP_CONDUCTOR = 0;
+inline constexpr int32_t STACKUP_DIELECTRIC = 1;
+
+// STACKUPLAYER::usage of a conductor layer: these two mean a plane, any other
+// value a signal layer.
+inline constexpr int32_t STACKUP_USAGE_PLANE = 1;
+inline constexpr int32_t STACKUP_USAGE_PLANE_SPLIT = 2;
+
+// PADDATA::padType
+inline constexpr int32_t PAD_TYPE_NONE = 0;
+inline constexpr int32_t PAD_TYPE_PAD = 1;
+inline constexpr int32_t PAD_TYPE_ANTIPAD = 2;
+
+// PADDATA::shape (0 and 1 both mean no shape)
+inline constexpr int32_t PAD_SHAPE_NONE = 0;
+inline constexpr int32_t PAD_SHAPE_UNSET = 1;
+inline constexpr int32_t PAD_SHAPE_ROUND = 2;
+inline constexpr int32_t PAD_SHAPE_RECTANGLE = 3;
+inline constexpr int32_t PAD_SHAPE_OVAL = 4;
+inline constexpr int32_t PAD_SHAPE_OBLONG = 5;
+inline constexpr int32_t PAD_SHAPE_CUSTOM = 6;
+
+struct STACKUPLAYER {
+    char name[VIA_NAME_CAPACITY + 1];
+    int32_t kind;      // STACKUP_CONDUCTOR or STACKUP_DIELECTRIC
+    int32_t usage;     // conductor layers: plane or signal
+    double thickness;  // metres
+};
+
+// The stackup, top layer first.
+struct STACKUPARRAY {
+    int32_t count;
+    STACKUPLAYER* layers;
+};
+
+struct PADDATA {
+    int32_t padType;      // PAD_TYPE_*
+    int32_t shape;        // PAD_SHAPE_*
+    double pad_x;         // pad width
+    double pad_y;         // pad height
+    double angle;         // pad angle, degrees
+    double antipad_x;     // anti-pad width
+    double antipad_y;     // anti-pad height
+    double antipadAngle;  // anti-pad angle, degrees
+    double clearance;     // clearance (anti-pad) size
+};
+
+struct PADSTACK {
+    char name[VIA_NAME_CAPACITY + 1];
+    double drill;        // drill diameter
+    double drillExtra;   // kept for the host; the via views and the export do not read it
+    double plating;      // plating thickness
+    int32_t firstLayer;  // stackup index of the first layer of the via's span
+    int32_t lastLayer;   // stackup index of the last layer of the span
+    int32_t padCount;    // one pad per stackup layer, same index as the layer
+    PADDATA* pads;
+};
+
+static_assert(std::is_standard_layout_v<STACKUPLAYER> &&
+              std::is_trivially_copyable_v<STACKUPLAYER>);
+static_assert(std::is_standard_layout_v<STACKUPARRAY> &&
+              std::is_trivially_copyable_v<STACKUPARRAY>);
+static_assert(std::is_standard_layout_v<PADDATA> && std::is_trivially_copyable_v<PADDATA>);
+static_assert(std::is_standard_layout_v<PADSTACK> && std::is_trivially_copyable_v<PADSTACK>);
