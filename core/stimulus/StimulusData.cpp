@@ -5,11 +5,41 @@
 #include <string>
 
 #include "stimulus/EyeMask.h"
+#include "stimulus/JitterSeed.h"
 #include "stimulus/RegisterFill.h"
 #include "stimulus/SequenceType.h"
 #include "stimulus/ShiftRegister.h"
+#include "stimulus/StimulusPersistence.h"
+#include "stimulus/SymbolSource.h"
 
 namespace kv {
+namespace {
+
+// Fills `bits` with `length` bits from the source, the first one equal to
+// `initState`: when the source's first symbol differs, every bit is inverted.
+// A source that ends or fails early leaves the remaining bits clear.
+void FillFromSource(SymbolSource& source, std::size_t length, int initState, BitVector& bits) {
+    bits.assign(length, 0);
+    if (length == 0) {
+        return;
+    }
+    // The symbols (+1/-1) are read straight into the bit buffer and turned
+    // into bits in place.
+    const std::span<int8_t> symbols(reinterpret_cast<int8_t*>(bits.data()), length);
+    int status = 1;
+    const std::size_t got = source.ReadSymbols(symbols, status);
+    if (got == 0) {
+        return;
+    }
+    const bool invert = (initState == 0 && symbols[0] == 1) || (initState == 1 && symbols[0] == -1);
+    const uint8_t flip = invert ? 1 : 0;
+    for (std::size_t i = 0; i < got; ++i) {
+        bits[i] = static_cast<uint8_t>((symbols[i] > 0 ? 1 : 0) ^ flip);
+    }
+    std::fill(bits.begin() + static_cast<std::ptrdiff_t>(got), bits.end(), uint8_t{0});
+}
+
+}  // namespace
 
 int64_t PrbsSequenceLength(int degree) {
     if (degree < 0 || degree > 30) {
@@ -90,6 +120,15 @@ void CStimulusData::GenerateSequence(int initState, BitVector& bits) const {
             FillRegisterOutput(m_polyDegree, bits, invert);
             return;
         }
+        case seq::k8b10b: {
+            const int64_t length = int64_t{m_cycleCount} * 10;
+            // The jitter seed keeps 8B/10B data the same from run to run when
+            // the jitter is repeatable; otherwise the fixed seed does.
+            SymbolSource source(Code8b10bConfig(NextJitterSeed(m_jitterRepeatable)));
+            FillFromSource(source, static_cast<std::size_t>(std::max<int64_t>(length, 0)), initState,
+                           bits);
+            return;
+        }
         default:
             return;  // not generated here: the bits stay as they are
     }
@@ -109,12 +148,13 @@ bool CStimulusData::IsValid(int storedSequenceLength) const {
            m_polyDegree >= 3 && m_polyDegree <= 16 && bitsMatchType;
 }
 
-bool CStimulusData::Save(const char* /*location*/, bool /*toFile*/) {
-    return false;  // persistence is not built yet
+bool CStimulusData::Save(const char* location, bool toFile) {
+    return SaveStimulusData(*this, location, toFile);
 }
 
-bool CStimulusData::Load(const char* /*location*/, bool /*fromFile*/) {
-    return false;  // persistence is not built yet
+bool CStimulusData::Load(const char* location, bool fromFile) {
+    LoadStimulusData(*this, location, fromFile);
+    return true;
 }
 
 }  // namespace kv
