@@ -110,8 +110,12 @@ void CheckOverPattern(benchmark::State& state, bool stepwise) {
     state.counters["symbols_per_s"] = benchmark::Counter(
         static_cast<double>(state.iterations()) * symbols, benchmark::Counter::kIsRate);
 }
-void BM_CheckStream(benchmark::State& state) { CheckOverPattern(state, false); }
-void BM_CheckStreamStepwise(benchmark::State& state) { CheckOverPattern(state, true); }
+void BM_CheckStream(benchmark::State& state) {
+    CheckOverPattern(state, false);
+}
+void BM_CheckStreamStepwise(benchmark::State& state) {
+    CheckOverPattern(state, true);
+}
 BENCHMARK(BM_CheckStream)->Iterations(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CheckStreamStepwise)->Iterations(1)->Unit(benchmark::kMillisecond);
 

@@ -21,7 +21,9 @@ struct Descriptor {
     }
 };
 
-std::string Reason(int error) { return std::strerror(error); }
+std::string Reason(int error) {
+    return std::strerror(error);
+}
 
 bool WriteAll(int fd, std::string_view data) {
     while (!data.empty()) {

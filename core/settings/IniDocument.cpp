@@ -5,9 +5,13 @@
 namespace kv {
 namespace {
 
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v'; }
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v';
+}
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char Lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 // The section name of a header line "[name]", or none.
 std::optional<std::string_view> HeaderName(std::string_view line) {
@@ -29,7 +33,8 @@ bool IsComment(std::string_view line) {
 }
 
 bool IsContinuation(std::string_view line) {
-    return !line.empty() && (line.front() == ' ' || line.front() == '\t') && !TrimSpace(line).empty();
+    return !line.empty() && (line.front() == ' ' || line.front() == '\t') &&
+           !TrimSpace(line).empty();
 }
 
 std::string_view KeyOf(std::string_view entry) {
@@ -39,8 +44,8 @@ std::string_view KeyOf(std::string_view entry) {
 }  // namespace
 
 bool EqualNoCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() &&
-           std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return Lower(x) == Lower(y); });
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                              [](char x, char y) { return Lower(x) == Lower(y); });
 }
 
 std::string_view TrimSpace(std::string_view text) {
@@ -187,8 +192,8 @@ void IniDocument::Set(std::string_view section, std::string_view key, std::strin
         if (EqualNoCase(KeyOf(m_lines[it->firstLine]), key)) {
             const auto first = m_lines.begin() + static_cast<std::ptrdiff_t>(it->firstLine);
             m_lines.erase(first, first + static_cast<std::ptrdiff_t>(it->lineCount));
-            m_lines.insert(m_lines.begin() + static_cast<std::ptrdiff_t>(it->firstLine), lines.begin(),
-                           lines.end());
+            m_lines.insert(m_lines.begin() + static_cast<std::ptrdiff_t>(it->firstLine),
+                           lines.begin(), lines.end());
             return;
         }
     }

@@ -41,11 +41,13 @@ public:
         return Document() ? Document()->Section(section) : std::nullopt;
     }
 
-    std::optional<std::string> GetString(std::string_view section, std::string_view entry) override {
+    std::optional<std::string> GetString(std::string_view section,
+                                         std::string_view entry) override {
         return Document() ? Document()->Get(section, entry) : std::nullopt;
     }
 
-    bool WriteString(std::string_view section, std::string_view entry, std::string_view value) override {
+    bool WriteString(std::string_view section, std::string_view entry,
+                     std::string_view value) override {
         if (m_path.empty()) {
             return false;
         }
@@ -57,7 +59,8 @@ public:
         }
         if (m_createFolders) {
             std::error_code ignored;
-            std::filesystem::create_directories(std::filesystem::path(m_path).parent_path(), ignored);
+            std::filesystem::create_directories(std::filesystem::path(m_path).parent_path(),
+                                                ignored);
         }
         IniDocument changed = m_document ? *m_document : IniDocument();
         changed.Set(section, entry, value);
@@ -128,7 +131,8 @@ std::string ProfileFilePath(const AppProfile& profile) {
 }
 
 std::unique_ptr<IProfileStore> OpenProfileStore(const AppProfile& profile) {
-    return std::make_unique<IniProfileStore>(ProfileFilePath(profile), !profile.registryKey.empty());
+    return std::make_unique<IniProfileStore>(ProfileFilePath(profile),
+                                             !profile.registryKey.empty());
 }
 
 int GetProfileInt(IProfileStore& store, std::string_view section, std::string_view entry,
@@ -140,8 +144,8 @@ int GetProfileInt(IProfileStore& store, std::string_view section, std::string_vi
     return ParseIntPrefix(*text).value_or(0);
 }
 
-std::string GetProfileString(IProfileStore& store, std::string_view section,
-                             std::string_view entry, std::string_view defaultValue) {
+std::string GetProfileString(IProfileStore& store, std::string_view section, std::string_view entry,
+                             std::string_view defaultValue) {
     return store.GetString(section, entry).value_or(std::string(defaultValue));
 }
 

@@ -21,7 +21,8 @@ public:
     virtual ~IProfileStore() = default;
     // Every entry of a section as "key=value", or none when it is absent.
     virtual std::optional<std::vector<std::string>> ReadSection(std::string_view section) = 0;
-    virtual std::optional<std::string> GetString(std::string_view section, std::string_view entry) = 0;
+    virtual std::optional<std::string> GetString(std::string_view section,
+                                                 std::string_view entry) = 0;
     // False when the store cannot be written; what it held stays.
     virtual bool WriteString(std::string_view section, std::string_view entry,
                              std::string_view value) = 0;
@@ -41,8 +42,8 @@ std::string ProfileFilePath(const AppProfile& profile);
 // integer entry reads as its leading decimal number, 0 when it has none.
 int GetProfileInt(IProfileStore& store, std::string_view section, std::string_view entry,
                   int defaultValue);
-std::string GetProfileString(IProfileStore& store, std::string_view section,
-                             std::string_view entry, std::string_view defaultValue);
+std::string GetProfileString(IProfileStore& store, std::string_view section, std::string_view entry,
+                             std::string_view defaultValue);
 bool WriteProfileInt(IProfileStore& store, std::string_view section, std::string_view entry,
                      int value);
 bool WriteProfileString(IProfileStore& store, std::string_view section, std::string_view entry,

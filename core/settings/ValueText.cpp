@@ -2,21 +2,24 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <climits>
+#include <cmath>
 #include <cstdint>
 
 namespace kv {
 namespace {
 
-bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v'; }
+bool IsSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
+}
 
 bool StartsWithNoCase(std::string_view text, std::string_view prefix) {
     if (text.size() < prefix.size()) {
         return false;
     }
     for (std::size_t i = 0; i < prefix.size(); ++i) {
-        const char c = text[i] >= 'A' && text[i] <= 'Z' ? static_cast<char>(text[i] - 'A' + 'a') : text[i];
+        const char c =
+            text[i] >= 'A' && text[i] <= 'Z' ? static_cast<char>(text[i] - 'A' + 'a') : text[i];
         if (c != prefix[i]) {
             return false;
         }
@@ -77,7 +80,8 @@ std::optional<double> ParseRealPrefix(std::string_view text) {
     }
     if (result.ec == std::errc::result_out_of_range) {
         // strtod gives infinity for overflow and zero for underflow.
-        const std::string_view consumed(rest.data(), static_cast<std::size_t>(result.ptr - rest.data()));
+        const std::string_view consumed(rest.data(),
+                                        static_cast<std::size_t>(result.ptr - rest.data()));
         const std::size_t exponent = consumed.find_first_of("eEpP");
         const bool overflow = exponent == std::string_view::npos ||
                               exponent + 1 >= consumed.size() || consumed[exponent + 1] != '-';
@@ -88,8 +92,8 @@ std::optional<double> ParseRealPrefix(std::string_view text) {
 
 std::string FormatReal(double value) {
     char buffer[64];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value,
-                                      std::chars_format::general, 15);
+    const auto result =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 15);
     return std::string(buffer, result.ptr);
 }
 

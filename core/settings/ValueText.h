@@ -20,7 +20,9 @@ std::optional<int> ParseIntPrefix(std::string_view text);
 std::optional<double> ParseRealPrefix(std::string_view text);
 
 // atof: the real prefix, or 0 when there is none.
-inline double ParseRealOrZero(std::string_view text) { return ParseRealPrefix(text).value_or(0.0); }
+inline double ParseRealOrZero(std::string_view text) {
+    return ParseRealPrefix(text).value_or(0.0);
+}
 
 // "%.15g" in the C locale.
 std::string FormatReal(double value);

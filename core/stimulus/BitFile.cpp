@@ -23,7 +23,8 @@ std::string Fill(std::string_view format, std::string_view first, std::string_vi
     std::string text(format);
     if (const std::size_t at = text.find("%s"); at != std::string::npos) {
         text.replace(at, 2, first);
-        if (const std::size_t next = text.find("%s", at + first.size()); next != std::string::npos) {
+        if (const std::size_t next = text.find("%s", at + first.size());
+            next != std::string::npos) {
             text.replace(next, 2, second);
         }
     }
@@ -31,8 +32,9 @@ std::string Fill(std::string_view format, std::string_view first, std::string_vi
 }
 
 void ReportLoadFailure(const std::string& path, int error) {
-    ShowMessage(Fill("Unable to load file %s due to following reason:\n%s", path, std::strerror(error)),
-                MessageIcon::Error);
+    ShowMessage(
+        Fill("Unable to load file %s due to following reason:\n%s", path, std::strerror(error)),
+        MessageIcon::Error);
 }
 
 }  // namespace
@@ -67,8 +69,9 @@ std::optional<BitVector> ReadBitFile(const std::string& path) {
                 continue;
             }
             if (c != '0' && c != '1') {
-                ShowMessage(Fill("Unable to load sequence\nFile %s is not valid sequence file", path),
-                            MessageIcon::Warning);
+                ShowMessage(
+                    Fill("Unable to load sequence\nFile %s is not valid sequence file", path),
+                    MessageIcon::Warning);
                 return std::nullopt;
             }
             bits.push_back(c == '1' ? 1 : 0);
@@ -89,8 +92,9 @@ bool WriteBitFile(const std::string& path, const BitVector& bits) {
     }
     const FileResult result = ReplaceFileAtomically(path, text);
     if (!result.ok) {
-        ShowMessage(Fill("Unable to save file %s due to following reason:\n %s", path, result.reason),
-                    MessageIcon::Error);
+        ShowMessage(
+            Fill("Unable to save file %s due to following reason:\n %s", path, result.reason),
+            MessageIcon::Error);
         return false;
     }
     return true;

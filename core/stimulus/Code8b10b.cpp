@@ -33,7 +33,9 @@ int SendSubBlock(std::string_view row, int disparity, std::string& out) {
 
 // The 6-bit row of data value x (0-31): the control row sits between D.28
 // and D.29.
-int RowOfData(int x) { return x < kControlRow ? x : x + 1; }
+int RowOfData(int x) {
+    return x < kControlRow ? x : x + 1;
+}
 
 // A code group sent from negative running disparity. The alternate D.x.7
 // is used where the primary one would run six equal bits: after x = 17, 18,
@@ -45,7 +47,8 @@ std::string MakeNegativeGroup(int row6, int y, bool control) {
     const int disparity = SendSubBlock(k5b6b[static_cast<std::size_t>(row6)], -1, group);
     int row4 = y;
     if (y == 7) {
-        const bool alternate = control || (disparity < 0 && (row6 == 17 || row6 == 18 || row6 == 20)) ||
+        const bool alternate = control ||
+                               (disparity < 0 && (row6 == 17 || row6 == 18 || row6 == 20)) ||
                                (disparity > 0 && (row6 == 11 || row6 == 13 || row6 == 14));
         row4 = alternate ? kAlternate7 : 7;
     }
@@ -104,7 +107,7 @@ const EncodedTable& Encoded() {
 template <std::size_t N>
 std::string_view RowOf(const std::array<std::string_view, N>& table, int row) {
     return row >= 0 && static_cast<std::size_t>(row) < N ? table[static_cast<std::size_t>(row)]
-                                                          : std::string_view{};
+                                                         : std::string_view{};
 }
 
 template <std::size_t N>
@@ -117,13 +120,25 @@ char CharOf(const std::array<std::string_view, N>& table, int row, int column) {
 
 }  // namespace
 
-TableSize Table5b6bSize() { return {33, 8}; }
-std::string_view Table5b6bRow(int row) { return RowOf(k5b6b, row); }
-char Table5b6bAt(int row, int column) { return CharOf(k5b6b, row, column); }
+TableSize Table5b6bSize() {
+    return {33, 8};
+}
+std::string_view Table5b6bRow(int row) {
+    return RowOf(k5b6b, row);
+}
+char Table5b6bAt(int row, int column) {
+    return CharOf(k5b6b, row, column);
+}
 
-TableSize Table3b4bSize() { return {9, 6}; }
-std::string_view Table3b4bRow(int row) { return RowOf(k3b4b, row); }
-char Table3b4bAt(int row, int column) { return CharOf(k3b4b, row, column); }
+TableSize Table3b4bSize() {
+    return {9, 6};
+}
+std::string_view Table3b4bRow(int row) {
+    return RowOf(k3b4b, row);
+}
+char Table3b4bAt(int row, int column) {
+    return CharOf(k3b4b, row, column);
+}
 
 std::string_view CodeGroup(int index) {
     if (index < 0 || index >= kCodeGroupCount) {

@@ -21,15 +21,15 @@ struct TableSize {
 
 // 5B/6B: rows 0-28 are D.0-D.28, row 29 the control block K.28, rows 30-32
 // D.29-D.31.
-TableSize Table5b6bSize();                 // 33 by 8
-std::string_view Table5b6bRow(int row);    // empty outside the table
-char Table5b6bAt(int row, int column);     // 'z' outside the table
+TableSize Table5b6bSize();               // 33 by 8
+std::string_view Table5b6bRow(int row);  // empty outside the table
+char Table5b6bAt(int row, int column);   // 'z' outside the table
 
 // 3B/4B: rows 0-7 are D.x.0-D.x.7 (row 7 the primary form), row 8 the
 // alternate form of D.x.7.
-TableSize Table3b4bSize();                 // 9 by 6
-std::string_view Table3b4bRow(int row);    // empty outside the table
-char Table3b4bAt(int row, int column);     // 'z' outside the table
+TableSize Table3b4bSize();               // 9 by 6
+std::string_view Table3b4bRow(int row);  // empty outside the table
+char Table3b4bAt(int row, int column);   // 'z' outside the table
 
 // The 268 ten-character code groups in the form sent at negative running
 // disparity: 0-255 the data characters by byte value (32 * y + x is D.x.y),
@@ -52,7 +52,11 @@ const EncodedGroup& EncodeGroup(int disparity, int r6, int r4);
 
 // Rows from two uniform numbers in [0, 1): every row of each table equally
 // likely, the control row and both forms of D.x.7 included.
-inline int Row6FromUniform(double u) { return static_cast<int>(u * 33); }
-inline int Row4FromUniform(double u) { return static_cast<int>(u * 9); }
+inline int Row6FromUniform(double u) {
+    return static_cast<int>(u * 33);
+}
+inline int Row4FromUniform(double u) {
+    return static_cast<int>(u * 9);
+}
 
 }  // namespace kv

@@ -15,9 +15,13 @@ bool g_lastRepeatable = false;
 
 }  // namespace
 
-void SetJitterSeed(int seed) { g_seed = seed < 0 ? kDefaultJitterSeed : seed; }
+void SetJitterSeed(int seed) {
+    g_seed = seed < 0 ? kDefaultJitterSeed : seed;
+}
 
-int CurrentJitterSeed() { return g_seed; }
+int CurrentJitterSeed() {
+    return g_seed;
+}
 
 void ResetJitterSeedState() {
     g_seed = kDefaultJitterSeed;

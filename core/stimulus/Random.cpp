@@ -87,8 +87,12 @@ void Ran1Raw(int32_t& seedWord, std::span<int32_t> out) {
     g_state.last = last;
 }
 
-Ran1State SaveRan1State() { return g_state; }
+Ran1State SaveRan1State() {
+    return g_state;
+}
 
-void RestoreRan1State(const Ran1State& state) { g_state = state; }
+void RestoreRan1State(const Ran1State& state) {
+    g_state = state;
+}
 
 }  // namespace kv

@@ -48,7 +48,9 @@ int64_t PrbsSequenceLength(int degree) {
     return (int64_t{1} << degree) - 1;
 }
 
-CStimulusData::CStimulusData() : m_mask(DefaultEyeMask()) { GenerateSequence(0, m_bits); }
+CStimulusData::CStimulusData() : m_mask(DefaultEyeMask()) {
+    GenerateSequence(0, m_bits);
+}
 
 CStimulusData& CStimulusData::operator=(const CStimulusData& other) {
     // m_description is a note of this object only and never travels.
@@ -125,8 +127,8 @@ void CStimulusData::GenerateSequence(int initState, BitVector& bits) const {
             // The jitter seed keeps 8B/10B data the same from run to run when
             // the jitter is repeatable; otherwise the fixed seed does.
             SymbolSource source(Code8b10bConfig(NextJitterSeed(m_jitterRepeatable)));
-            FillFromSource(source, static_cast<std::size_t>(std::max<int64_t>(length, 0)), initState,
-                           bits);
+            FillFromSource(source, static_cast<std::size_t>(std::max<int64_t>(length, 0)),
+                           initState, bits);
             return;
         }
         default:

@@ -9,8 +9,8 @@
 #include "shared/MessagePort.h"
 #include "stimulus/EyeMask.h"
 #include "stimulus/SequenceType.h"
-#include "stimulus/Uuencode.h"
 #include "stimulus/UsbCompliance.h"
+#include "stimulus/Uuencode.h"
 
 namespace kv {
 namespace {
@@ -26,9 +26,9 @@ struct Field {
     void (*set)(CStimulusData&, double);
 };
 
-#define KV_INT(KEY, MEMBER)                                                   \
-    Field {                                                                   \
-        KEY, Kind::Int, [](const CStimulusData& d) { return double(d.MEMBER); }, \
+#define KV_INT(KEY, MEMBER)                                                        \
+    Field {                                                                        \
+        KEY, Kind::Int, [](const CStimulusData& d) { return double(d.MEMBER); },   \
             [](CStimulusData& d, double v) { d.MEMBER = static_cast<int32_t>(v); } \
     }
 #define KV_BOOL(KEY, MEMBER)                                                          \
@@ -134,9 +134,11 @@ public:
         }
         if (kind == Kind::Real) {
             // atof of the stored text: a stored text that is no number is 0.
-            return ParseRealOrZero(GetProfileString(m_store, kStimulusSection, key, FormatReal(defaultValue)));
+            return ParseRealOrZero(
+                GetProfileString(m_store, kStimulusSection, key, FormatReal(defaultValue)));
         }
-        const int value = GetProfileInt(m_store, kStimulusSection, key, static_cast<int>(defaultValue));
+        const int value =
+            GetProfileInt(m_store, kStimulusSection, key, static_cast<int>(defaultValue));
         return kind == Kind::Bool ? (value > 0 ? 1.0 : 0.0) : value;
     }
 
@@ -167,7 +169,8 @@ private:
             if (key.empty()) {
                 continue;
             }
-            std::string_view value = equals == std::string::npos ? std::string_view{} : whole.substr(equals + 1);
+            std::string_view value =
+                equals == std::string::npos ? std::string_view{} : whole.substr(equals + 1);
             while (!value.empty() && (value.front() == ' ' || value.front() == '\t')) {
                 value.remove_prefix(1);
             }
@@ -311,7 +314,8 @@ void LoadStimulusData(CStimulusData& data, const char* location, bool fromFile) 
     }
     const int64_t cycle = PrbsSequenceLength(data.m_polyDegree);
     const int length = static_cast<int>(
-        values.Read(Kind::Int, kSequenceLength, static_cast<double>(cycle < 0 || cycle > INT32_MAX ? -1 : cycle)));
+        values.Read(Kind::Int, kSequenceLength,
+                    static_cast<double>(cycle < 0 || cycle > INT32_MAX ? -1 : cycle)));
 
     bool sequenceUnreadable = false;
     if (length >= 1 && length <= kMaxStoredCustomBits && data.m_seqType == seq::kCustom) {
@@ -351,7 +355,8 @@ bool SetPersistedValue(CStimulusData& data, std::string_view key, std::string_vi
         return true;
     }
     for (const auto* fields : {static_cast<const Field*>(kDataFields.data()), kMaskFields.data()}) {
-        const std::size_t count = fields == kDataFields.data() ? kDataFields.size() : kMaskFields.size();
+        const std::size_t count =
+            fields == kDataFields.data() ? kDataFields.size() : kMaskFields.size();
         for (std::size_t i = 0; i < count; ++i) {
             if (EqualNoCase(key, fields[i].key)) {
                 const auto parsed = ParseFileValue(fields[i].kind, TrimSpace(value));

@@ -19,7 +19,9 @@ constexpr uint8_t kFailed = 0x80;
 constexpr int kRunStates = 11;  // 0: no symbol yet; 1-5 runs of +1; 6-10 runs of -1
 constexpr int kSignStates = 3;  // 0: no non-zero sum yet; 1 last positive; 2 last negative
 
-int SymbolAt(unsigned period, int i) { return (period >> i) & 1u ? -1 : 1; }
+int SymbolAt(unsigned period, int i) {
+    return (period >> i) & 1u ? -1 : 1;
+}
 
 struct RunTable {
     std::array<std::array<uint8_t, 1024>, kRunStates> next;
@@ -108,8 +110,7 @@ inline unsigned NegativeBits8(const int8_t* symbols) {
 
 // Ten symbols as ten bits, symbol i at bit i set when it is -1.
 inline unsigned PeriodBits(const int8_t* symbols) {
-    return NegativeBits8(symbols) | (symbols[8] < 0 ? 0x100u : 0u) |
-           (symbols[9] < 0 ? 0x200u : 0u);
+    return NegativeBits8(symbols) | (symbols[8] < 0 ? 0x100u : 0u) | (symbols[9] < 0 ? 0x200u : 0u);
 }
 
 }  // namespace
@@ -144,7 +145,8 @@ int StreamRules::Feed(int symbol) {
 int StreamRules::FeedPeriods(std::span<const int8_t> symbols, std::size_t& errorIndex) {
     const RunTable& runs = Runs();
     const SignTable& signs = Signs(m_startSize);
-    unsigned runState = m_previous == 0 ? 0u : static_cast<unsigned>(m_previous > 0 ? m_run : m_run + 5);
+    unsigned runState =
+        m_previous == 0 ? 0u : static_cast<unsigned>(m_previous > 0 ? m_run : m_run + 5);
     unsigned signState = m_lastSign == 0 ? 0u : (m_lastSign > 0 ? 1u : 2u);
     const std::size_t periods = symbols.size() / 10;
     const int8_t* data = symbols.data();

@@ -13,7 +13,8 @@ namespace kv {
 
 class StreamRules {
 public:
-    explicit StreamRules(int startGroupSize) : m_groupSize(startGroupSize), m_startSize(startGroupSize) {}
+    explicit StreamRules(int startGroupSize)
+        : m_groupSize(startGroupSize), m_startSize(startGroupSize) {}
 
     // Takes one symbol; 0 while the rules hold, else the error code (run
     // length before disparity when one symbol breaks both).

@@ -216,8 +216,9 @@ std::size_t SymbolSource::FillCodeGroups(std::span<int8_t> out) {
         Ran1Raw(m_cursor.seedWord, draws);
         int8_t* to = out.data() + written;
         for (std::size_t g = 0; g < groups; ++g) {
-            const EncodedGroup& group = EncodeGroup(disparity, Row6FromUniform(RawToUniform(draws[2 * g])),
-                                                    Row4FromUniform(RawToUniform(draws[2 * g + 1])));
+            const EncodedGroup& group =
+                EncodeGroup(disparity, Row6FromUniform(RawToUniform(draws[2 * g])),
+                            Row4FromUniform(RawToUniform(draws[2 * g + 1])));
             std::memcpy(to + 10 * g, group.symbols.data(), 10);
             disparity = group.disparityAfter;
         }

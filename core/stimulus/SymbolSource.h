@@ -19,10 +19,10 @@
 namespace kv {
 
 struct SymbolSourceConfig {
-    int32_t seed = 0;      // of the random generator
-    int32_t protocol = 0;  // 0 plain bits, 1 8B/10B code groups
-    int32_t degree = 0;    // of the shift register; 0 for none
-    std::optional<std::string> path;  // a sequence file
+    int32_t seed = 0;                  // of the random generator
+    int32_t protocol = 0;              // 0 plain bits, 1 8B/10B code groups
+    int32_t degree = 0;                // of the shift register; 0 for none
+    std::optional<std::string> path;   // a sequence file
     const uint8_t* pattern = nullptr;  // non-zero bytes are ones; copied at creation
     int32_t patternLength = 0;
     int32_t repetitions = 1;  // plays of the pattern or file

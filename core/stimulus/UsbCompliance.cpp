@@ -29,7 +29,8 @@ BitVector UsbCompliancePattern() {
 }
 
 BitVector TogglingBits(int initState) {
-    return {static_cast<uint8_t>(initState == 0 ? 1 : 0), static_cast<uint8_t>(initState != 0 ? 1 : 0)};
+    return {static_cast<uint8_t>(initState == 0 ? 1 : 0),
+            static_cast<uint8_t>(initState != 0 ? 1 : 0)};
 }
 
 }  // namespace kv

@@ -7,11 +7,17 @@ namespace {
 
 constexpr std::size_t kLineBytes = 45;
 
-char EncodeSix(unsigned k) { return k == 0 ? '`' : static_cast<char>(32 + k); }
+char EncodeSix(unsigned k) {
+    return k == 0 ? '`' : static_cast<char>(32 + k);
+}
 
-bool IsEncodingChar(char c) { return c >= ' ' && c <= '`'; }
+bool IsEncodingChar(char c) {
+    return c >= ' ' && c <= '`';
+}
 
-unsigned DecodeSix(char c) { return static_cast<unsigned>(c - ' ') & 63u; }
+unsigned DecodeSix(char c) {
+    return static_cast<unsigned>(c - ' ') & 63u;
+}
 
 }  // namespace
 
@@ -59,7 +65,8 @@ std::optional<std::size_t> Uudecode(std::string_view text, std::span<uint8_t> ou
         }
         std::string_view line = text.substr(start, end - start);
         start = end + 1;
-        while (!line.empty() && (line.back() == '\r' || line.back() == ' ' || line.back() == '\t')) {
+        while (!line.empty() &&
+               (line.back() == '\r' || line.back() == ' ' || line.back() == '\t')) {
             line.remove_suffix(1);
         }
         if (line.empty()) {

@@ -17,8 +17,8 @@ struct UuencodeOptions {
     // A "begin 666 <name>" line first (the name must be shorter than 260
     // characters, else the header is left out).
     std::optional<std::string> beginName;
-    bool endLines = false;          // a closing "`" line and "end"
-    bool doubleFullStops = false;   // a length character '.' written twice
+    bool endLines = false;         // a closing "`" line and "end"
+    bool doubleFullStops = false;  // a length character '.' written twice
 };
 
 std::string Uuencode(std::span<const uint8_t> bytes, const UuencodeOptions& options = {});

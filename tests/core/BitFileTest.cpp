@@ -42,14 +42,16 @@ TEST_F(BitFile, OtherCharactersAndMissingFilesAreReported) {
     m_messages.Clear();
     const std::string missing = m_folder.File("none.bit");
     EXPECT_FALSE(kv::ReadBitFile(missing));
-    EXPECT_EQ(m_messages.Requests().at(0).text,
-              "Unable to load file " + missing + " due to following reason:\nNo such file or directory");
+    EXPECT_EQ(
+        m_messages.Requests().at(0).text,
+        "Unable to load file " + missing + " due to following reason:\nNo such file or directory");
 
     m_messages.Clear();
     const std::string unwritable = m_folder.File("no/such/folder.bit");
     EXPECT_FALSE(kv::WriteBitFile(unwritable, {1}));
     EXPECT_EQ(m_messages.Requests().at(0).text,
-              "Unable to save file " + unwritable + " due to following reason:\n No such file or directory");
+              "Unable to save file " + unwritable +
+                  " due to following reason:\n No such file or directory");
 }
 
 TEST_F(BitFile, LongFilesAreCutAt32768EvenForATrailingLineEnd) {
@@ -61,7 +63,8 @@ TEST_F(BitFile, LongFilesAreCutAt32768EvenForATrailingLineEnd) {
     WriteText(path, std::string(32768, '1') + "\n");
     EXPECT_EQ(kv::ReadBitFile(path)->size(), 32768u);
     ASSERT_EQ(m_messages.Requests().size(), 1u);
-    EXPECT_EQ(m_messages.Requests()[0].text, "Sequence too long\nSequence length will be truncated to 32768");
+    EXPECT_EQ(m_messages.Requests()[0].text,
+              "Sequence too long\nSequence length will be truncated to 32768");
 
     m_messages.Clear();
     std::string million(1000000, '0');
@@ -87,8 +90,8 @@ TEST(Uuencode, LinesLengthsAndPadding) {
     std::vector<uint8_t> decoded(46);
     EXPECT_EQ(kv::Uudecode(text, decoded), 46u);
     EXPECT_EQ(decoded, bytes);
-    EXPECT_FALSE(kv::Uudecode("M!!\r\n", decoded));        // short line
-    EXPECT_FALSE(kv::Uudecode("#abcd\r\n", decoded));      // outside the range
+    EXPECT_FALSE(kv::Uudecode("M!!\r\n", decoded));    // short line
+    EXPECT_FALSE(kv::Uudecode("#abcd\r\n", decoded));  // outside the range
     EXPECT_EQ(kv::PackBits(kv::BitVector{1, 0, 0, 0, 0, 0, 0, 0, 1}),
               (std::vector<uint8_t>{1, 1, 0}));
 }
@@ -122,7 +125,8 @@ TEST(Jitter, ConversionsAndTheMagnitudeBound) {
     kv::ScopedMessagePort port(messages);
     jitter.m_magnitude = 2.0;
     EXPECT_FALSE(kv::CheckJitterMagnitude(jitter, 3.3));
-    EXPECT_EQ(messages.Requests().at(0).text, "The jitter magnitude must be less that 0.5 of the bit interval.");
+    EXPECT_EQ(messages.Requests().at(0).text,
+              "The jitter magnitude must be less that 0.5 of the bit interval.");
     jitter.m_enabled = false;
     EXPECT_TRUE(kv::CheckJitterMagnitude(jitter, 3.3));
     EXPECT_DEATH(kv::MagnitudeInPercent(jitter, 0.0), "Jitter");

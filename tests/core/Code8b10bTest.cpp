@@ -43,8 +43,8 @@ TEST(Code8b10b, CodeGroupTableHoldsTheNegativeDisparityForms) {
     EXPECT_EQ(kv::CodeGroup(0), "1001110100");
     EXPECT_EQ(kv::CodeGroup(256), "0011110100");
     EXPECT_EQ(kv::CodeGroup(267), "0111101000");
-    EXPECT_EQ(kv::CodeGroup(264), "1110101000");  // K.23.7
-    EXPECT_EQ(kv::CodeGroup(256 + 5), "0011111010");  // K.28.5, the comma
+    EXPECT_EQ(kv::CodeGroup(264), "1110101000");          // K.23.7
+    EXPECT_EQ(kv::CodeGroup(256 + 5), "0011111010");      // K.28.5, the comma
     EXPECT_EQ(kv::CodeGroup(32 * 7 + 17), "1000110111");  // D.17.7 takes the alternate form
     EXPECT_EQ(kv::CodeGroup(32 * 7 + 3), "1100011110");   // D.3.7 the primary one
     EXPECT_EQ(kv::CodeGroup(32 * 5 + 21), "1010101010");  // D.21.5
@@ -177,7 +177,8 @@ TEST(CheckStream, BlockCheckAgreesWithTheStepwiseCheck) {
             kv::SymbolSource blocks(PatternConfig(stream));
             bool okStep = false;
             bool okBlock = false;
-            ASSERT_EQ(stepwise.CheckStreamStepwise(okStep, start), blocks.CheckStream(okBlock, start));
+            ASSERT_EQ(stepwise.CheckStreamStepwise(okStep, start),
+                      blocks.CheckStream(okBlock, start));
             ASSERT_EQ(okStep, okBlock);
             ASSERT_EQ(stepwise.Error(), blocks.Error()) << seed << " start " << start;
             // Both stopped at the same symbol.

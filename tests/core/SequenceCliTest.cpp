@@ -14,8 +14,8 @@ struct Result {
 };
 
 Result Cli(const std::string& arguments, const TestFolder& folder) {
-    const std::string command = "XDG_CONFIG_HOME=" + folder.File("config") + " " KV_CLI_PATH " " +
-                                arguments + " 2>&1";
+    const std::string command =
+        "XDG_CONFIG_HOME=" + folder.File("config") + " " KV_CLI_PATH " " + arguments + " 2>&1";
     std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
     std::string output;
     char buffer[4096];
@@ -59,7 +59,10 @@ TEST(SequenceCli, StimulusFilesThroughLoadAndSave) {
     TestFolder folder;
     const std::string file = folder.File("stim.ini");
     EXPECT_EQ(Cli("stimulus new " + file, folder).status, 0);
-    EXPECT_EQ(Cli("stimulus set " + file + " cyclecount=8 PERIOD=2.5 SEQTYPE=4 BITSEQUENCE=0110", folder).status, 0);
+    EXPECT_EQ(
+        Cli("stimulus set " + file + " cyclecount=8 PERIOD=2.5 SEQTYPE=4 BITSEQUENCE=0110", folder)
+            .status,
+        0);
     const std::string shown = Cli("stimulus show " + file, folder).output;
     EXPECT_EQ(shown.substr(0, 13), "CYCLECOUNT=8\n");
     EXPECT_NE(shown.find("\nPERIOD=2.5\n"), std::string::npos);

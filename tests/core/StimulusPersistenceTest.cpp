@@ -165,7 +165,8 @@ TEST_F(Persistence, InvalidDataRevertsButTheMaskIsKept) {
     data.SetPeriod(1.0);
     data.Load(path.c_str(), true);
     ASSERT_EQ(m_messages.Requests().size(), 1u);
-    EXPECT_EQ(m_messages.Requests()[0].text, "Invalid eye diagram data.\nReverting to default values.");
+    EXPECT_EQ(m_messages.Requests()[0].text,
+              "Invalid eye diagram data.\nReverting to default values.");
     EXPECT_EQ(m_messages.Requests()[0].icon, kv::MessageIcon::Information);
     EXPECT_EQ(data.GetCycleCount(), 4);
     EXPECT_EQ(data.GetPeriod(), 3.3);
@@ -208,7 +209,8 @@ TEST_F(Persistence, CustomSequencesAsTextUuencodedAndCapped) {
         const std::size_t stored = std::min<std::size_t>(count, 32000);
         EXPECT_NE(text.find("SEQUENCELENGTH=" + std::to_string(stored) + "\n"), std::string::npos);
         if (count == 2047) {
-            EXPECT_NE(text.find("BITSEQUENCE=" + std::string(1, '0' + data.Bits()[0])), std::string::npos);
+            EXPECT_NE(text.find("BITSEQUENCE=" + std::string(1, '0' + data.Bits()[0])),
+                      std::string::npos);
             EXPECT_EQ(kv::EncodeBitSequence(data.Bits()).size(), 2047u);
         }
         if (count == 2048) {
@@ -219,8 +221,9 @@ TEST_F(Persistence, CustomSequencesAsTextUuencodedAndCapped) {
         CStimulusData loaded;
         loaded.Load(path.c_str(), true);
         EXPECT_TRUE(m_messages.Requests().empty());
-        EXPECT_EQ(loaded.Bits(), kv::BitVector(data.Bits().begin(),
-                                               data.Bits().begin() + static_cast<std::ptrdiff_t>(stored)));
+        EXPECT_EQ(loaded.Bits(),
+                  kv::BitVector(data.Bits().begin(),
+                                data.Bits().begin() + static_cast<std::ptrdiff_t>(stored)));
     }
 }
 
@@ -342,7 +345,8 @@ TEST_F(Persistence, SaveIntoMissingOrReadOnlyFolderFailsAndKeepsTheFile) {
     std::filesystem::create_directories(folder);
     const std::string path = folder + "/stim.ini";
     WriteText(path, "[EYEDIAGRAM]\nCYCLECOUNT=3\n");
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+    std::filesystem::permissions(
+        folder, std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
     if (::access(folder.c_str(), W_OK) == 0) {
         GTEST_SKIP() << "running with rights that ignore folder permissions";
     }

@@ -142,7 +142,8 @@ TEST(SymbolSource, FileSkipsSeparatorsRepeatsAndRejectsOtherCharacters) {
 TEST(SymbolSource, BlockReadsMatchSingleReadsAndLeaveTheSameState) {
     for (int protocol : {0, 1}) {
         for (std::size_t chunk : {1u, 7u, 10u, 13u, 4000u}) {
-            SymbolSourceConfig config = protocol == 1 ? kv::Code8b10bConfig(424242) : SymbolSourceConfig{};
+            SymbolSourceConfig config =
+                protocol == 1 ? kv::Code8b10bConfig(424242) : SymbolSourceConfig{};
             config.seed = 424242;
             SymbolSource single(config);
             int status = 0;
@@ -155,7 +156,8 @@ TEST(SymbolSource, BlockReadsMatchSingleReadsAndLeaveTheSameState) {
             while (all.size() < 20000) {
                 const std::size_t want = std::min(chunk, 20000 - all.size());
                 ASSERT_EQ(blocks.ReadSymbols(std::span(buffer.data(), want), status), want);
-                all.insert(all.end(), buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(want));
+                all.insert(all.end(), buffer.begin(),
+                           buffer.begin() + static_cast<std::ptrdiff_t>(want));
             }
             ASSERT_TRUE(std::equal(expected.begin(), expected.end(), all.begin()))
                 << "protocol " << protocol << " chunk " << chunk;
