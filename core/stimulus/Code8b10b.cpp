@@ -147,6 +147,10 @@ std::string_view CodeGroup(int index) {
     return CodeGroups()[static_cast<std::size_t>(index)];
 }
 
+const EncodedGroup* EncodedGroupTable() {
+    return &Encoded().groups[0][0][0];
+}
+
 const EncodedGroup& EncodeGroup(int disparity, int r6, int r4) {
     return Encoded().groups[disparity > 0 ? 1 : 0][r6][r4];
 }

@@ -50,6 +50,10 @@ struct EncodedGroup {
 // running disparity `disparity` (+1 or -1).
 const EncodedGroup& EncodeGroup(int disparity, int r6, int r4);
 
+// All groups at once, for loops that encode many: entry
+// (d * 33 + r6) * 9 + r4, with d 0 for disparity -1 and 1 for +1.
+const EncodedGroup* EncodedGroupTable();
+
 // Rows from two uniform numbers in [0, 1): every row of each table equally
 // likely, the control row and both forms of D.x.7 included.
 inline int Row6FromUniform(double u) {

@@ -40,6 +40,16 @@ void Restart(int32_t& seedWord) {
     g_state.last = g_state.table[0];
 }
 
+// x * factor mod (2^31 - 1) for x below the modulus and a factor below
+// 2^31: the high part folds onto the low one because 2^31 is 1 modulo it.
+inline uint32_t MulMod(uint32_t x, uint64_t factor) {
+    const uint64_t product = factor * x;
+    uint64_t folded = (product & 0x7fffffffu) + (product >> 31);
+    folded = (folded & 0x7fffffffu) + (folded >> 31);
+    return static_cast<uint32_t>(folded >= static_cast<uint64_t>(kModulus) ? folded - kModulus
+                                                                           : folded);
+}
+
 inline int32_t Step(int32_t& seedWord) {
     seedWord = Advance(seedWord);
     const int j = g_state.last / kTableDivisor;
@@ -64,26 +74,40 @@ void Ran1Raw(int32_t& seedWord, std::span<int32_t> out) {
     if (seedWord <= 0 || g_state.last == 0) {
         Restart(seedWord);
     }
-    // Local copies let the compiler keep the chain in registers; the table
-    // stays in memory because it is indexed by data.
-    int32_t seed = seedWord;
+    // The congruence runs as two interleaved chains (multiplier 16807^2 mod
+    // (2^31 - 1) two steps apart), so only the shuffle-table look-up is left
+    // as a chain of dependent steps. The table stays in memory because it is
+    // indexed by data; the rest lives in registers.
+    constexpr uint64_t kSquared = 282475249;  // 16807^2 mod (2^31 - 1)
+    uint32_t even = MulMod(static_cast<uint32_t>(seedWord), kMultiplier);
+    uint32_t odd = MulMod(even, kMultiplier);
     int32_t last = g_state.last;
     int32_t* table = g_state.table;
-    for (int32_t& value : out) {
-        const uint64_t product = uint64_t{kMultiplier} * static_cast<uint32_t>(seed);
-        // Reduction modulo 2^31 - 1: the same residue as Schrage's method for
-        // every seed in 0 .. 2^31 - 2, which is all a running seed can be.
-        uint32_t next = static_cast<uint32_t>((product & 0x7fffffffu) + (product >> 31));
-        if (next >= static_cast<uint32_t>(kModulus)) {
-            next -= kModulus;
-        }
-        seed = static_cast<int32_t>(next);
+    const std::size_t pairs = out.size() / 2;
+    uint32_t lastOdd = 0;
+    for (std::size_t p = 0; p < pairs; ++p) {
+        int j = last >> 26;
+        last = table[j];
+        table[j] = static_cast<int32_t>(even);
+        out[2 * p] = last;
+        j = last >> 26;
+        last = table[j];
+        table[j] = static_cast<int32_t>(odd);
+        out[2 * p + 1] = last;
+        lastOdd = odd;
+        even = MulMod(even, kSquared);
+        odd = MulMod(odd, kSquared);
+    }
+    // `even` is now the seed that follows the last one used.
+    uint32_t seed = pairs > 0 ? lastOdd : static_cast<uint32_t>(seedWord);
+    if (out.size() % 2 != 0) {
+        seed = even;
         const int j = last >> 26;
         last = table[j];
-        table[j] = seed;
-        value = last;
+        table[j] = static_cast<int32_t>(seed);
+        out[out.size() - 1] = last;
     }
-    seedWord = seed;
+    seedWord = static_cast<int32_t>(seed);
     g_state.last = last;
 }
 

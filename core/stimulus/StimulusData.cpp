@@ -19,22 +19,26 @@ namespace {
 // `initState`: when the source's first symbol differs, every bit is inverted.
 // A source that ends or fails early leaves the remaining bits clear.
 void FillFromSource(SymbolSource& source, std::size_t length, int initState, BitVector& bits) {
-    bits.assign(length, 0);
+    // Every bit is written below, so an old buffer of the same size is
+    // reused without clearing it first.
+    bits.resize(length);
     if (length == 0) {
         return;
     }
     // The symbols (+1/-1) are read straight into the bit buffer and turned
     // into bits in place.
-    const std::span<int8_t> symbols(reinterpret_cast<int8_t*>(bits.data()), length);
+    uint8_t* data = bits.data();
     int status = 1;
-    const std::size_t got = source.ReadSymbols(symbols, status);
-    if (got == 0) {
-        return;
-    }
-    const bool invert = (initState == 0 && symbols[0] == 1) || (initState == 1 && symbols[0] == -1);
-    const uint8_t flip = invert ? 1 : 0;
-    for (std::size_t i = 0; i < got; ++i) {
-        bits[i] = static_cast<uint8_t>((symbols[i] > 0 ? 1 : 0) ^ flip);
+    const std::size_t got =
+        source.ReadSymbols(std::span<int8_t>(reinterpret_cast<int8_t*>(data), length), status);
+    if (got > 0) {
+        const bool firstIsOne = data[0] == 1;
+        const bool invert = (initState == 0 && firstIsOne) || (initState == 1 && !firstIsOne);
+        // +1 is 0x01 and -1 is 0xff: the top bit set means a zero bit.
+        const uint8_t flip = invert ? 0 : 1;
+        for (std::size_t i = 0; i < got; ++i) {
+            data[i] = static_cast<uint8_t>((data[i] >> 7) ^ flip);
+        }
     }
     std::fill(bits.begin() + static_cast<std::ptrdiff_t>(got), bits.end(), uint8_t{0});
 }

@@ -209,21 +209,27 @@ std::size_t SymbolSource::FillCodeGroups(std::span<int8_t> out) {
         out[written++] = m_cursor.pending[static_cast<std::size_t>(m_cursor.pendingIndex++)];
     }
     std::array<int32_t, 2 * kGroupBatch> raw;
-    int disparity = m_cursor.disparity;
+    const EncodedGroup* table = EncodedGroupTable();
+    // Whether a group flips the disparity does not depend on the disparity
+    // it starts from, so the running disparity is a chain of XORs and the
+    // table look-ups are independent of each other.
+    unsigned positive = m_cursor.disparity > 0 ? 1u : 0u;
     while (out.size() - written >= 10) {
         const std::size_t groups = std::min(kGroupBatch, (out.size() - written) / 10);
         const std::span<int32_t> draws(raw.data(), 2 * groups);
         Ran1Raw(m_cursor.seedWord, draws);
         int8_t* to = out.data() + written;
         for (std::size_t g = 0; g < groups; ++g) {
-            const EncodedGroup& group =
-                EncodeGroup(disparity, Row6FromUniform(RawToUniform(draws[2 * g])),
-                            Row4FromUniform(RawToUniform(draws[2 * g + 1])));
+            const auto r6 = static_cast<unsigned>(Row6FromUniform(RawToUniform(draws[2 * g])));
+            const auto r4 = static_cast<unsigned>(Row4FromUniform(RawToUniform(draws[2 * g + 1])));
+            const unsigned row = r6 * 9 + r4;
+            const EncodedGroup& group = table[positive * 297 + row];
             std::memcpy(to + 10 * g, group.symbols.data(), 10);
-            disparity = group.disparityAfter;
+            positive ^= table[row].disparityAfter < 0 ? 0u : 1u;
         }
         written += 10 * groups;
     }
+    const int disparity = positive ? 1 : -1;
     m_cursor.disparity = disparity;
     if (written < out.size()) {
         MakeCodeGroup();
