@@ -6,7 +6,7 @@ KV_PACKAGES=(
     cmake ninja-build g++ pkg-config
     qt6-base-dev libgl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
-    python3
+    python3 sharutils
     nlohmann-json3-dev ngspice
 )
 

@@ -5,11 +5,45 @@
 #include <string>
 
 #include "stimulus/EyeMask.h"
+#include "stimulus/JitterSeed.h"
 #include "stimulus/RegisterFill.h"
 #include "stimulus/SequenceType.h"
 #include "stimulus/ShiftRegister.h"
+#include "stimulus/StimulusPersistence.h"
+#include "stimulus/SymbolSource.h"
 
 namespace kv {
+namespace {
+
+// Fills `bits` with `length` bits from the source, the first one equal to
+// `initState`: when the source's first symbol differs, every bit is inverted.
+// A source that ends or fails early leaves the remaining bits clear.
+void FillFromSource(SymbolSource& source, std::size_t length, int initState, BitVector& bits) {
+    // Every bit is written below, so an old buffer of the same size is
+    // reused without clearing it first.
+    bits.resize(length);
+    if (length == 0) {
+        return;
+    }
+    // The symbols (+1/-1) are read straight into the bit buffer and turned
+    // into bits in place.
+    uint8_t* data = bits.data();
+    int status = 1;
+    const std::size_t got =
+        source.ReadSymbols(std::span<int8_t>(reinterpret_cast<int8_t*>(data), length), status);
+    if (got > 0) {
+        const bool firstIsOne = data[0] == 1;
+        const bool invert = (initState == 0 && firstIsOne) || (initState == 1 && !firstIsOne);
+        // +1 is 0x01 and -1 is 0xff: the top bit set means a zero bit.
+        const uint8_t flip = invert ? 0 : 1;
+        for (std::size_t i = 0; i < got; ++i) {
+            data[i] = static_cast<uint8_t>((data[i] >> 7) ^ flip);
+        }
+    }
+    std::fill(bits.begin() + static_cast<std::ptrdiff_t>(got), bits.end(), uint8_t{0});
+}
+
+}  // namespace
 
 int64_t PrbsSequenceLength(int degree) {
     if (degree < 0 || degree > 30) {
@@ -94,6 +128,15 @@ void CStimulusData::GenerateSequence(int initState, BitVector& bits) const {
             FillRegisterOutput(m_polyDegree, bits, invert);
             return;
         }
+        case seq::k8b10b: {
+            const int64_t length = int64_t{m_cycleCount} * 10;
+            // The jitter seed keeps 8B/10B data the same from run to run when
+            // the jitter is repeatable; otherwise the fixed seed does.
+            SymbolSource source(Code8b10bConfig(NextJitterSeed(m_jitterRepeatable)));
+            FillFromSource(source, static_cast<std::size_t>(std::max<int64_t>(length, 0)),
+                           initState, bits);
+            return;
+        }
         default:
             return;  // not generated here: the bits stay as they are
     }
@@ -113,12 +156,13 @@ bool CStimulusData::IsValid(int storedSequenceLength) const {
            m_polyDegree >= 3 && m_polyDegree <= 16 && bitsMatchType;
 }
 
-bool CStimulusData::Save(const char* /*location*/, bool /*toFile*/) {
-    return false;  // persistence is not built yet
+bool CStimulusData::Save(const char* location, bool toFile) {
+    return SaveStimulusData(*this, location, toFile);
 }
 
-bool CStimulusData::Load(const char* /*location*/, bool /*fromFile*/) {
-    return false;  // persistence is not built yet
+bool CStimulusData::Load(const char* location, bool fromFile) {
+    LoadStimulusData(*this, location, fromFile);
+    return true;
 }
 
 }  // namespace kv

@@ -8,8 +8,12 @@
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "kvcomctl/kvcomctl.h"
 
@@ -125,6 +129,40 @@ TEST(HostProgress, DialogCreatedOverAHostWindowAndDestroyed) {
     dialog->Destroy();
     EXPECT_TRUE(owner.isEnabled());
     g_factory->Destroy(dialog);
+TEST(HostStimulusData, SaveAndLoadRoundTripThroughTheInterface) {
+    // The library runs in this process: keep its settings store in a
+    // temporary folder, and use a file beside it.
+    char folder[] = "/tmp/kvhost-XXXXXX";
+    ASSERT_NE(mkdtemp(folder), nullptr);
+    setenv("XDG_CONFIG_HOME", folder, 1);
+    const std::string file = std::string(folder) + "/stimulus.ini";
+
+    IEyeDiagramData* saved = g_factory->CreateStimulusData();
+    saved->SetCycleCount(16);
+    saved->SetPeriod(0.8);
+    saved->SetSeqType(4);
+    std::vector<char> pattern(3000);
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        pattern[i] = (i % 3) == 0;
+    }
+    saved->SetBits(reinterpret_cast<const bool*>(pattern.data()), static_cast<int>(pattern.size()));
+    saved->GetMask()->ScaleTime = 1.5;
+    EXPECT_TRUE(saved->Save(file.c_str(), true));
+    EXPECT_TRUE(saved->Save("HostTest", false));
+
+    for (bool fromFile : {true, false}) {
+        IEyeDiagramData* loaded = g_factory->CreateStimulusData();
+        EXPECT_TRUE(loaded->Load(fromFile ? file.c_str() : "HostTest", fromFile));
+        EXPECT_EQ(loaded->GetCycleCount(), 16);
+        EXPECT_DOUBLE_EQ(loaded->GetPeriod(), 0.8);
+        ASSERT_EQ(loaded->GetBitCount(), 3000);
+        EXPECT_TRUE(loaded->GetBit(2997));
+        EXPECT_FALSE(loaded->GetBit(2998));
+        EXPECT_DOUBLE_EQ(loaded->GetMask()->ScaleTime, 1.5);
+        g_factory->Destroy(loaded);
+    }
+    g_factory->Destroy(saved);
+    std::filesystem::remove_all(folder);
 }
 
 TEST(HostFactory, NullIsAcceptedByEveryDestroy) {

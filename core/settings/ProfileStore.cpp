@@ -1,0 +1,181 @@
+#include "settings/ProfileStore.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include "settings/FileText.h"
+#include "settings/IniDocument.h"
+#include "settings/ValueText.h"
+
+namespace kv {
+namespace {
+
+// Larger files are not taken for settings: reading them whole would cost
+// more than any profile is worth, and rewriting them could lose data.
+constexpr std::size_t kMaxProfileBytes = 16u << 20;
+
+std::optional<std::string> g_configOverride;
+ScopedModuleProfile* g_innermost = nullptr;
+
+// A keyed store must stay inside the configuration folder.
+bool IsSafeKey(std::string_view key) {
+    const std::filesystem::path path(key);
+    if (key.empty() || path.is_absolute()) {
+        return false;
+    }
+    for (const auto& part : path) {
+        if (part == "..") {
+            return false;
+        }
+    }
+    return true;
+}
+
+class IniProfileStore final : public IProfileStore {
+public:
+    IniProfileStore(std::string path, bool createFolders)
+        : m_path(std::move(path)), m_createFolders(createFolders) {}
+
+    std::optional<std::vector<std::string>> ReadSection(std::string_view section) override {
+        return Document() ? Document()->Section(section) : std::nullopt;
+    }
+
+    std::optional<std::string> GetString(std::string_view section,
+                                         std::string_view entry) override {
+        return Document() ? Document()->Get(section, entry) : std::nullopt;
+    }
+
+    bool WriteString(std::string_view section, std::string_view entry,
+                     std::string_view value) override {
+        if (m_path.empty()) {
+            return false;
+        }
+        if (!m_loaded) {
+            Load();
+        }
+        if (m_unreadable) {
+            return false;  // rewriting a file we could not read would lose it
+        }
+        if (m_createFolders) {
+            std::error_code ignored;
+            std::filesystem::create_directories(std::filesystem::path(m_path).parent_path(),
+                                                ignored);
+        }
+        IniDocument changed = m_document ? *m_document : IniDocument();
+        changed.Set(section, entry, value);
+        if (!ReplaceFileAtomically(m_path, changed.Text()).ok) {
+            return false;
+        }
+        m_document = std::move(changed);
+        return true;
+    }
+
+private:
+    const std::optional<IniDocument>& Document() {
+        if (!m_loaded) {
+            Load();
+        }
+        return m_document;
+    }
+
+    void Load() {
+        m_loaded = true;
+        if (m_path.empty()) {
+            return;
+        }
+        std::error_code error;
+        if (!std::filesystem::exists(m_path, error)) {
+            return;  // a missing file is an empty store
+        }
+        const auto text = ReadWholeFile(m_path, kMaxProfileBytes);
+        if (!text) {
+            m_unreadable = true;
+            return;
+        }
+        m_document.emplace(*text);
+    }
+
+    std::string m_path;
+    bool m_createFolders;
+    bool m_loaded = false;
+    bool m_unreadable = false;
+    std::optional<IniDocument> m_document;
+};
+
+}  // namespace
+
+std::string ConfigDirectory() {
+    if (g_configOverride) {
+        return *g_configOverride;
+    }
+    if (const char* xdg = std::getenv("XDG_CONFIG_HOME"); xdg != nullptr && *xdg != '\0') {
+        return xdg;
+    }
+    const char* home = std::getenv("HOME");
+    return std::string(home != nullptr ? home : ".") + "/.config";
+}
+
+void SetConfigDirectoryOverride(std::optional<std::string> directory) {
+    g_configOverride = std::move(directory);
+}
+
+std::string ProfileFilePath(const AppProfile& profile) {
+    if (profile.registryKey.empty()) {
+        return profile.profileName;
+    }
+    if (!IsSafeKey(profile.registryKey)) {
+        return {};
+    }
+    return ConfigDirectory() + "/" + profile.registryKey + "/" + profile.profileName + ".ini";
+}
+
+std::unique_ptr<IProfileStore> OpenProfileStore(const AppProfile& profile) {
+    return std::make_unique<IniProfileStore>(ProfileFilePath(profile),
+                                             !profile.registryKey.empty());
+}
+
+int GetProfileInt(IProfileStore& store, std::string_view section, std::string_view entry,
+                  int defaultValue) {
+    const auto text = store.GetString(section, entry);
+    if (!text) {
+        return defaultValue;
+    }
+    return ParseIntPrefix(*text).value_or(0);
+}
+
+std::string GetProfileString(IProfileStore& store, std::string_view section, std::string_view entry,
+                             std::string_view defaultValue) {
+    return store.GetString(section, entry).value_or(std::string(defaultValue));
+}
+
+bool WriteProfileInt(IProfileStore& store, std::string_view section, std::string_view entry,
+                     int value) {
+    return store.WriteString(section, entry, std::to_string(value));
+}
+
+bool WriteProfileString(IProfileStore& store, std::string_view section, std::string_view entry,
+                        std::string_view value) {
+    return store.WriteString(section, entry, value);
+}
+
+ScopedModuleProfile::ScopedModuleProfile(AppProfile replacement)
+    : m_saved(ModuleProfile()), m_outer(g_innermost) {
+    g_innermost = this;
+    ModuleProfile() = std::move(replacement);
+}
+
+ScopedModuleProfile::~ScopedModuleProfile() {
+    ModuleProfile() = m_saved;
+    g_innermost = m_outer;
+}
+
+AppProfile ApplicationProfile() {
+    const ScopedModuleProfile* outermost = g_innermost;
+    while (outermost != nullptr && outermost->m_outer != nullptr) {
+        outermost = outermost->m_outer;
+    }
+    return outermost != nullptr ? outermost->m_saved : ModuleProfile();
+}
+
+}  // namespace kv

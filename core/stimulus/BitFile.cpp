@@ -1,0 +1,103 @@
+#include "stimulus/BitFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "settings/FileText.h"
+#include "shared/MessagePort.h"
+
+namespace kv {
+namespace {
+
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+bool IsSeparator(int c) {
+    return c == ' ' || c == ',' || c == ';' || c == '\t' || c == '\r' || c == '\n';
+}
+
+std::string Fill(std::string_view format, std::string_view first, std::string_view second = {}) {
+    std::string text(format);
+    if (const std::size_t at = text.find("%s"); at != std::string::npos) {
+        text.replace(at, 2, first);
+        if (const std::size_t next = text.find("%s", at + first.size());
+            next != std::string::npos) {
+            text.replace(next, 2, second);
+        }
+    }
+    return text;
+}
+
+void ReportLoadFailure(const std::string& path, int error) {
+    ShowMessage(
+        Fill("Unable to load file %s due to following reason:\n%s", path, std::strerror(error)),
+        MessageIcon::Error);
+}
+
+}  // namespace
+
+std::optional<BitVector> ReadBitFile(const std::string& path) {
+    std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
+    if (!file) {
+        ReportLoadFailure(path, errno);
+        return std::nullopt;
+    }
+    BitVector bits;
+    bool truncated = false;
+    char buffer[65536];
+    // Read in chunks and stop as soon as the outcome is known, so that even
+    // a huge file costs no more than its first 32768 digits.
+    while (!truncated) {
+        const std::size_t got = std::fread(buffer, 1, sizeof buffer, file.get());
+        if (got == 0) {
+            if (std::ferror(file.get())) {
+                ReportLoadFailure(path, errno != 0 ? errno : EIO);
+                return std::nullopt;
+            }
+            break;
+        }
+        for (std::size_t i = 0; i < got; ++i) {
+            const unsigned char c = static_cast<unsigned char>(buffer[i]);
+            if (bits.size() == kMaxBitFileBits) {
+                truncated = true;  // any byte left counts, even a line end
+                break;
+            }
+            if (IsSeparator(c)) {
+                continue;
+            }
+            if (c != '0' && c != '1') {
+                ShowMessage(
+                    Fill("Unable to load sequence\nFile %s is not valid sequence file", path),
+                    MessageIcon::Warning);
+                return std::nullopt;
+            }
+            bits.push_back(c == '1' ? 1 : 0);
+        }
+    }
+    if (truncated) {
+        ShowMessage("Sequence too long\nSequence length will be truncated to " +
+                        std::to_string(kMaxBitFileBits),
+                    MessageIcon::Warning);
+    }
+    return bits;
+}
+
+bool WriteBitFile(const std::string& path, const BitVector& bits) {
+    std::string text(bits.size(), '0');
+    for (std::size_t i = 0; i < bits.size(); ++i) {
+        text[i] = bits[i] != 0 ? '1' : '0';
+    }
+    const FileResult result = ReplaceFileAtomically(path, text);
+    if (!result.ok) {
+        ShowMessage(
+            Fill("Unable to save file %s due to following reason:\n %s", path, result.reason),
+            MessageIcon::Error);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace kv

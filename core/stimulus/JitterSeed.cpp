@@ -1,0 +1,54 @@
+#include "stimulus/JitterSeed.h"
+
+#include <ctime>
+
+#include "settings/ProfileStore.h"
+
+namespace kv {
+namespace {
+
+constexpr std::string_view kSection = "STIMULUSDATA";
+constexpr std::string_view kEntry = "jitterSeed";
+
+int g_seed = kDefaultJitterSeed;
+bool g_lastRepeatable = false;
+
+}  // namespace
+
+void SetJitterSeed(int seed) {
+    g_seed = seed < 0 ? kDefaultJitterSeed : seed;
+}
+
+int CurrentJitterSeed() {
+    return g_seed;
+}
+
+void ResetJitterSeedState() {
+    g_seed = kDefaultJitterSeed;
+    g_lastRepeatable = false;
+}
+
+int NextJitterSeed(bool repeatable) {
+    // Always the application's own store, even while a save or load has put
+    // a caller's location in place of the module's profile.
+    const auto store = OpenProfileStore(ApplicationProfile());
+    if (repeatable) {
+        SetJitterSeed(-1);
+        SetJitterSeed(GetProfileInt(*store, kSection, kEntry, g_seed));
+        g_lastRepeatable = true;
+        return g_seed;
+    }
+    if (g_lastRepeatable) {
+        const auto now = static_cast<long long>(std::time(nullptr));
+        int seed = static_cast<int>(now & 0x7fffffff);
+        if (seed % 2 == 0) {
+            ++seed;
+        }
+        SetJitterSeed(seed);
+        g_lastRepeatable = false;
+    }
+    WriteProfileInt(*store, kSection, kEntry, g_seed);
+    return -1;
+}
+
+}  // namespace kv
