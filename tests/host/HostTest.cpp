@@ -129,6 +129,8 @@ TEST(HostProgress, DialogCreatedOverAHostWindowAndDestroyed) {
     dialog->Destroy();
     EXPECT_TRUE(owner.isEnabled());
     g_factory->Destroy(dialog);
+}
+
 TEST(HostStimulusData, SaveAndLoadRoundTripThroughTheInterface) {
     // The library runs in this process: keep its settings store in a
     // temporary folder, and use a file beside it.
