@@ -5,7 +5,7 @@
 
 #include "Command.h"
 #include "ViaDescription.h"
-#include "via/AtomicFile.h"
+#include "shared/FileIo.h"
 #include "via/PadstackDump.h"
 
 // kvcomctl padstack-dump VIA.json [-o FILE]: lists the padstack of every via of a description
@@ -53,7 +53,7 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
     if (std::filesystem::is_directory(file)) {
         file /= kPadstackDumpFileName;
     }
-    if (!AppendToFile(file, listing.str())) {
+    if (!AppendToFile(file, listing.str()).ok) {
         err << "kvcomctl padstack-dump: Cannot open file \"" << file.string() << "\"\n";
         return kExitFailure;
     }

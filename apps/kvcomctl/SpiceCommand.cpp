@@ -3,7 +3,7 @@
 
 #include "Command.h"
 #include "ViaDescription.h"
-#include "via/AtomicFile.h"
+#include "shared/FileIo.h"
 #include "via/ViaSpiceExport.h"
 #include "via/ViaSpiceWriter.h"
 
@@ -55,7 +55,7 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
         out << text;
         return kExitOk;
     }
-    if (!WriteFileAtomically(output, [&text](std::ostream& file) { file << text; })) {
+    if (!ReplaceFileAtomically(output, text).ok) {
         err << "kvcomctl spice: Cannot open file \"" << output << "\"\n";
         return kExitFailure;
     }

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "settings/FileText.h"
+#include "shared/FileIo.h"
 #include "settings/IniDocument.h"
 #include "settings/ValueText.h"
 

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <memory>
 
-#include "settings/FileText.h"
+#include "shared/FileIo.h"
 #include "shared/MessagePort.h"
 
 namespace kv {

@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-#include "via/AtomicFile.h"
+#include "shared/FileIo.h"
 #include "via/NumberText.h"
 
 namespace kv {
@@ -83,7 +83,7 @@ bool AppendPadstackDump(const STACKUPARRAY& stackup, const PADSTACK& padstack,
                         const std::filesystem::path& folder) {
     std::ostringstream listing;
     WritePadstackDump(stackup, padstack, listing);
-    return AppendToFile(folder / kPadstackDumpFileName, listing.str());
+    return AppendToFile(folder / kPadstackDumpFileName, listing.str()).ok;
 }
 
 }  // namespace kv

@@ -4,7 +4,7 @@
 #include <fstream>
 
 #include "shared/MessagePort.h"
-#include "via/AtomicFile.h"
+#include "shared/FileIo.h"
 #include "via/ViaSpiceWriter.h"
 
 namespace kv {
@@ -92,10 +92,7 @@ SpiceExportOutcome ExportViaToSpice(const SpiceExportInput* input, const SpiceEx
     stamped.generated = generated.value_or(LocalTimeNow());
     // The text is complete before the file is touched, so bad data never leaves a torn file.
     const std::string text = SpiceModelText(stamped);
-    const bool written = WriteFileAtomically(path, [&text](std::ostream& out) {
-        out.write(text.data(), static_cast<std::streamsize>(text.size()));
-    });
-    if (!written) {
+    if (!ReplaceFileAtomically(path, text).ok) {
         ReportCannotOpen(path.string());
         return SpiceExportOutcome::CannotOpen;
     }
