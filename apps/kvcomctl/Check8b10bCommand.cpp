@@ -19,20 +19,9 @@ constexpr std::string_view kHelp =
     "and exits 0, or prints the error text and exits 1.\n";
 
 int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
-    std::string path;
-    long long start = 6;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        if (args[i] == "--start") {
-            start = ParseInteger(OptionValue(args, i), "--start");
-        } else if (path.empty() && !args[i].starts_with("-")) {
-            path = std::string(args[i]);
-        } else {
-            throw UsageError{"unexpected argument '" + std::string(args[i]) + "'"};
-        }
-    }
-    if (path.empty()) {
-        throw UsageError{"which file?"};
-    }
+    const ParsedArguments parsed(args, {}, {"--start"});
+    const std::string path(parsed.Positional(1, "one FILE.bit")[0]);
+    const long long start = parsed.Integer("--start").value_or(6);
     SymbolSourceConfig config;
     config.protocol = 1;
     config.path = path;

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <iosfwd>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // The command line is a set of named commands. Each command lives in a file
@@ -38,9 +41,30 @@ struct UsageError {
     std::string message;
 };
 
-// Reads the value after an option, or raises a UsageError naming the option.
-std::string_view OptionValue(Arguments args, std::size_t& index);
 // Parses a whole decimal integer, or raises a UsageError naming `what`.
 long long ParseInteger(std::string_view text, std::string_view what);
+
+// A command's arguments split into switches, options with a value and
+// positional arguments. Anything else that looks like an option is a
+// UsageError; a negative number ("-0.25") is positional.
+class ParsedArguments {
+public:
+    ParsedArguments(Arguments args, std::initializer_list<std::string_view> switches,
+                    std::initializer_list<std::string_view> valued = {});
+
+    const std::vector<std::string_view>& Positional() const { return m_positional; }
+    // The positional arguments, of which there must be `count`; `usage`
+    // says what they are when there are not.
+    const std::vector<std::string_view>& Positional(std::size_t count,
+                                                    std::string_view usage) const;
+    bool Has(std::string_view name) const;
+    std::optional<std::string_view> Value(std::string_view option) const;
+    std::optional<long long> Integer(std::string_view option) const;
+
+private:
+    std::vector<std::string_view> m_positional;
+    std::vector<std::string_view> m_switches;
+    std::vector<std::pair<std::string_view, std::string_view>> m_values;
+};
 
 }  // namespace kv::cli

@@ -54,20 +54,9 @@ double ParseNumber(std::string_view text) {
 }
 
 int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
-    bool metric = false;
-    std::vector<std::string_view> positional;
-    for (std::string_view arg : args) {
-        if (arg == "--metric") {
-            metric = true;
-        } else if (arg.size() > 1 && arg[0] == '-' && arg[1] == '-') {
-            throw UsageError{"unknown option '" + std::string(arg) + "'"};
-        } else {
-            positional.push_back(arg);
-        }
-    }
-    if (positional.size() != 2) {
-        throw UsageError{"expects QUANTITY and VALUE"};
-    }
+    const ParsedArguments parsed(args, {"--metric"});
+    const bool metric = parsed.Has("--metric");
+    const auto& positional = parsed.Positional(2, "QUANTITY and VALUE");
     const auto quantity = std::find_if(kQuantities.begin(), kQuantities.end(),
                                        [&](const Quantity& q) { return q.name == positional[0]; });
     if (quantity == kQuantities.end()) {

@@ -24,22 +24,9 @@ constexpr std::string_view kHelp =
     "                  to the file ViaVizData.dmp in it\n";
 
 int Run(Arguments args, std::ostream& out, std::ostream& err) {
-    std::string input;
-    std::string output;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        if (args[i] == "-o") {
-            output = OptionValue(args, i);
-        } else if (!args[i].empty() && args[i][0] == '-') {
-            throw UsageError{"unknown option '" + std::string(args[i]) + "'"};
-        } else if (input.empty()) {
-            input = args[i];
-        } else {
-            throw UsageError{"one description only, got '" + std::string(args[i]) + "' too"};
-        }
-    }
-    if (input.empty()) {
-        throw UsageError{"which via description? (VIA.json)"};
-    }
+    const ParsedArguments parsed(args, {}, {"-o"});
+    const std::string input(parsed.Positional(1, "one via description (VIA.json)")[0]);
+    const std::string output(parsed.Value("-o").value_or(""));
     ViaDescription description = ReadViaDescription(input);
     std::ostringstream listing;
     for (ViaDescriptionVia& via : description.vias) {

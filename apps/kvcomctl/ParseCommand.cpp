@@ -26,33 +26,15 @@ constexpr std::string_view kHelp =
     "Exit status: 0 when parsed, 1 when not (0 is printed), 2 for a usage error.\n";
 
 int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
-    bool ampere = false;
-    bool spice = false;
-    bool farad = false;
-    const std::string_view* text = nullptr;
-    for (const std::string_view& arg : args) {
-        if (arg == "--ampere") {
-            ampere = true;
-        } else if (arg == "--spice") {
-            spice = true;
-        } else if (arg == "--farad") {
-            farad = true;
-        } else if (text == nullptr) {
-            text = &arg;
-        } else {
-            throw UsageError{"expects one TEXT; quote a text with blanks"};
-        }
-    }
-    if (text == nullptr) {
-        throw UsageError{"expects TEXT"};
-    }
+    const ParsedArguments parsed(args, {"--ampere", "--spice", "--farad"});
+    const std::string text(parsed.Positional(1, "one TEXT (quote a text with blanks)")[0]);
     double value = 0;
-    const bool parsed =
-        ParseEngineeringValue(std::string(*text).c_str(), value, ampere, spice, farad);
+    const bool ok = ParseEngineeringValue(text.c_str(), value, parsed.Has("--ampere"),
+                                          parsed.Has("--spice"), parsed.Has("--farad"));
     char printed[40];
     std::snprintf(printed, sizeof printed, "%.17g", value);
     out << printed << '\n';
-    return parsed ? kExitOk : kExitFailure;
+    return ok ? kExitOk : kExitFailure;
 }
 
 const CommandRegistration kRegistration{

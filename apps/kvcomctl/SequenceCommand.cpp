@@ -46,23 +46,17 @@ struct Options {
 };
 
 Options ParseOptions(Arguments args) {
+    const ParsedArguments parsed(args, {},
+                                 {"--degree", "--init", "--cycles", "--count", "--seed", "-o"});
+    parsed.Positional(0, "only options after the kind");
     Options options;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        if (args[i] == "--degree") {
-            options.degree = ParseInteger(OptionValue(args, i), "--degree");
-        } else if (args[i] == "--init") {
-            options.init = ParseInteger(OptionValue(args, i), "--init");
-        } else if (args[i] == "--cycles") {
-            options.cycles = ParseInteger(OptionValue(args, i), "--cycles");
-        } else if (args[i] == "--count") {
-            options.count = ParseInteger(OptionValue(args, i), "--count");
-        } else if (args[i] == "--seed") {
-            options.seed = ParseInteger(OptionValue(args, i), "--seed");
-        } else if (args[i] == "-o") {
-            options.output = std::string(OptionValue(args, i));
-        } else {
-            throw UsageError{"unknown option '" + std::string(args[i]) + "'"};
-        }
+    options.degree = parsed.Integer("--degree");
+    options.init = parsed.Integer("--init").value_or(0);
+    options.cycles = parsed.Integer("--cycles");
+    options.count = parsed.Integer("--count");
+    options.seed = parsed.Integer("--seed").value_or(0);
+    if (const auto output = parsed.Value("-o")) {
+        options.output = std::string(*output);
     }
     if (options.init != 0 && options.init != 1) {
         throw UsageError{"--init must be 0 or 1"};
