@@ -3,6 +3,7 @@
 #include "progress/ProgressBarCtrl.h"
 #include "progress/ProgressDlg.h"
 #include "progress/ProgressReport.h"
+#include "shared/MessagePort.h"
 #include "shared/ModuleState.h"
 #include "stimulus/StimulusData.h"
 
@@ -14,6 +15,21 @@ namespace {
 
 // The walker map starts with as many buckets as a small fixed table would.
 constexpr std::size_t kWalkerBuckets = 17;
+
+// Creates a window-based component under the module state. Ownership
+// crosses the host contract: the host gives it back to the matching destroy
+// operation. A host without a QApplication gets null and one line on
+// standard error, not a process ended by Qt.
+template <class Component, class Interface>
+Interface* CreateWidgetComponent(std::string_view what) {
+    ui::ModuleStateGuard moduleState;
+    if (!ui::CanCreateWidgets()) {
+        ShowMessage(std::string(what) + " needs a QApplication on the calling thread.",
+                    MessageIcon::Error);
+        return nullptr;
+    }
+    return new Component();
+}
 
 }  // namespace
 
@@ -101,21 +117,16 @@ ICouplingRgnWalkerDlg* CKVComCtlFactory::CreateCoupRgnWalkerDlg() {
     return nullptr;
 }
 
-// Ownership crosses the host contract: the host gives each object back to
-// the matching Destroy.
 IProgressBarInterface* CKVComCtlFactory::CreateProgressBarCtrl() {
-    ui::ModuleStateGuard moduleState;
-    return new CProgressBarCtrl();
+    return CreateWidgetComponent<CProgressBarCtrl, IProgressBarInterface>("The progress bar");
 }
 
 IProgressReportInterface* CKVComCtlFactory::CreateProgressReport() {
-    ui::ModuleStateGuard moduleState;
-    return new CProgressReport();
+    return CreateWidgetComponent<CProgressReport, IProgressReportInterface>("The progress report");
 }
 
 IProgressDialogInterface* CKVComCtlFactory::CreateProgressDlg() {
-    ui::ModuleStateGuard moduleState;
-    return new CProgressDlg();
+    return CreateWidgetComponent<CProgressDlg, IProgressDialogInterface>("The progress dialog");
 }
 
 }  // namespace kv

@@ -1,6 +1,7 @@
 #include "shared/ModuleState.h"
 
-#include <QDir>
+#include <QApplication>
+#include <QThread>
 #include <mutex>
 
 // Q_INIT_RESOURCE must be used outside any namespace.
@@ -14,6 +15,11 @@ namespace {
 thread_local bool t_moduleStateActive = false;
 
 }  // namespace
+
+bool CanCreateWidgets() {
+    auto* app = qobject_cast<QApplication*>(QCoreApplication::instance());
+    return app != nullptr && QThread::currentThread() == app->thread();
+}
 
 void EnsureModuleResources() {
     static std::once_flag once;

@@ -26,6 +26,10 @@ private:
     bool m_wasActive;
 };
 
+// Whether widgets can be made here: a QApplication exists and this is its
+// thread. A host that is not a Qt application gets no widget components.
+bool CanCreateWidgets();
+
 // Registers the module's resource file once; safe to call many times.
 void EnsureModuleResources();
 

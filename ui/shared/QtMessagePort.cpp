@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QThread>
 
 #include "shared/ModuleState.h"
 
@@ -74,15 +73,10 @@ MessageAnswer FromQt(int button, MessageAnswer fallback) {
     }
 }
 
-bool CanShowWidgets() {
-    auto* app = qobject_cast<QApplication*>(QCoreApplication::instance());
-    return app != nullptr && QThread::currentThread() == app->thread();
-}
-
 }  // namespace
 
 MessageAnswer QtMessagePort::Show(const MessageRequest& request) {
-    if (!CanShowWidgets()) {
+    if (!CanCreateWidgets()) {
         return m_fallback.Show(request);
     }
     QMessageBox box(ToQt(request.icon), QString::fromStdString(request.caption),
