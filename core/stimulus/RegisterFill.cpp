@@ -16,7 +16,7 @@
 // bits are all inverted obeys the rule with one extra XOR by the inversion.
 
 #if defined(__x86_64__) && defined(__GNUC__) && defined(__GLIBC__)
-#define KV_WIDE_CLONES __attribute__((target_clones("avx2", "default")))
+#define KV_WIDE_CLONES __attribute__((target_clones("avx512f", "avx2", "default")))
 #else
 #define KV_WIDE_CLONES
 #endif
