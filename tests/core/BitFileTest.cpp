@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "TestFolder.h"
+#include "TestSupport.h"
 #include "shared/MessagePort.h"
 #include "stimulus/BitFile.h"
 #include "stimulus/Jitter.h"

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "CliRunner.h"
-#include "stimulus/SequenceType.h"
-#include "stimulus/StimulusData.h"
+#include "TestSupport.h"
 
 namespace {
 
@@ -10,7 +8,7 @@ TEST(CliFormat, PrintsNumberAndUnitWithTheFormattersResult) {
     EXPECT_EQ(RunCli("format length 0.0000254").out, "1.0 mils\n");
     EXPECT_EQ(RunCli("format length 0.0000254 --metric").out, "25 um\n");
     EXPECT_EQ(RunCli("format capacitance 1e-12").out, "1.0 pF\n");
-    const CliResult overflow = RunCli("format resistance 2e12");
+    const CommandResult overflow = RunCli("format resistance 2e12");
     EXPECT_EQ(overflow.out, "999 G ohms\n");
     EXPECT_EQ(overflow.status, 1);
     EXPECT_EQ(RunCli("format voltage -0.05").out, "-50.00 mV\n");
@@ -30,26 +28,9 @@ TEST(CliParse, ScalesBySuffixAndReportsFailure) {
     EXPECT_EQ(RunCli("parse 3M").out, "3000000\n");
     EXPECT_EQ(RunCli("parse 3M --spice").out, "0.0030000000000000001\n");
     EXPECT_EQ(RunCli("parse 10F --farad").out, "10\n");
-    const CliResult failed = RunCli("parse abc");
+    const CommandResult failed = RunCli("parse abc");
     EXPECT_EQ(failed.out, "0\n");
     EXPECT_EQ(failed.status, 1);
-}
-
-TEST(CliSequence, PrbsMatchesTheDataObject) {
-    kv::CStimulusData data;
-    data.SetSeqType(kv::seq::kPrbs);
-    data.SetPolyDegree(7);
-    kv::BitVector bits;
-    data.GenerateSequence(1, bits);
-    std::string expected;
-    for (uint8_t bit : bits) {
-        expected += static_cast<char>('0' + bit);
-    }
-    const CliResult result = RunCli("sequence prbs --degree 7 --init 1");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.out, expected + "\n");
-    EXPECT_EQ(RunCli("sequence prbs --degree 7 --init 2").status, 2);
-    EXPECT_EQ(RunCli("sequence prbs").status, 2);
 }
 
 }  // namespace

@@ -4,8 +4,8 @@
 
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <ctime>
+#include <limits>
 #include <string>
 
 namespace {

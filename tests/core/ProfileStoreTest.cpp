@@ -3,7 +3,7 @@
 #include <clocale>
 #include <filesystem>
 
-#include "TestFolder.h"
+#include "TestSupport.h"
 #include "settings/IniDocument.h"
 #include "settings/ProfileStore.h"
 #include "settings/ValueText.h"

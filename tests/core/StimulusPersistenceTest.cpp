@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <unistd.h>
+#include <cstdlib>
 
 #include <clocale>
 #include <cstdio>
@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-#include "TestFolder.h"
+#include "TestSupport.h"
 #include "settings/ProfileStore.h"
 #include "shared/AppProfile.h"
 #include "shared/MessagePort.h"
@@ -50,17 +50,6 @@ kv::BitVector SomeBits(std::size_t count, unsigned salt) {
         bits[i] = ((i * 2654435761u + salt) >> 7) & 1u;
     }
     return bits;
-}
-
-std::string RunCommand(const std::string& command) {
-    std::string output;
-    std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-    char buffer[4096];
-    std::size_t got = 0;
-    while ((got = fread(buffer, 1, sizeof buffer, pipe.get())) > 0) {
-        output.append(buffer, got);
-    }
-    return output;
 }
 
 TEST_F(Persistence, FileRoundTripKeepsEveryKeyInOrder) {
@@ -290,7 +279,7 @@ TEST_F(Persistence, PlainIniReaderSeesTheSameKeysAndValues) {
         }
         expected += std::string(key) + "=" + flat + "\n";
     }
-    EXPECT_EQ(RunCommand("python3 " + script + " " + path), expected);
+    EXPECT_EQ(RunShell("python3 " + script + " " + path).out, expected);
 }
 
 TEST_F(Persistence, BadInputGetsAClearOutcome) {

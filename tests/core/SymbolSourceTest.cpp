@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "TestFolder.h"
+#include "TestSupport.h"
 #include "stimulus/Random.h"
 #include "stimulus/RegisterFill.h"
 #include "stimulus/SymbolSource.h"

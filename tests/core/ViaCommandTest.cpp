@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-#include <cstdlib>
+#include "TestSupport.h"
+
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -14,44 +14,29 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string ReadAll(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    return ReadText(path.string());
 }
 
 class ViaCommand : public ::testing::Test {
 protected:
-    void SetUp() override {
-        m_folder = fs::temp_directory_path() /
-                   ("kv_via_cli_" +
-                    std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
-        fs::remove_all(m_folder);
-        fs::create_directories(m_folder);
-    }
-    void TearDown() override { fs::remove_all(m_folder); }
-
-    // Runs kvcomctl with `arguments`; returns the exit status, stderr in m_error.
+    // Runs kvcomctl with `arguments`; keeps its outputs in m_output and m_error.
     int Run(const std::string& arguments) {
-        const fs::path error = m_folder / "stderr.txt";
-        const std::string command = std::string(KV_CLI_PATH) + " " + arguments + " 2>" +
-                                    error.string() + " >" + (m_folder / "stdout.txt").string();
-        const int status = std::system(command.c_str());
-        m_error = ReadAll(error);
-        m_output = ReadAll(m_folder / "stdout.txt");
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        const CommandResult result = RunCli(arguments);
+        m_output = result.out;
+        m_error = result.err;
+        return result.status;
     }
 
     fs::path Example(const std::string& name) { return fs::path(KV_EXAMPLES_DIR) / name; }
 
     // Writes `json` as a description and returns its path.
     fs::path Description(const std::string& json) {
-        const fs::path path = m_folder / "via.json";
+        const fs::path path = m_folder.Path() / "via.json";
         std::ofstream(path) << json;
         return path;
     }
 
-    fs::path m_folder;
+    TestFolder m_folder;
     std::string m_error;
     std::string m_output;
 };
@@ -82,7 +67,7 @@ void ExpectSameBesidesTheTime(const std::string& actual, const std::string& expe
 
 TEST_F(ViaCommand, ExampleBoardsGiveTheHandWrittenSubcircuitsAndDump) {
     for (const std::string name : {"via_signal_6layer", "via_pair_6layer"}) {
-        const fs::path output = m_folder / (name + ".cir");
+        const fs::path output = m_folder.Path() / (name + ".cir");
         ASSERT_EQ(Run("spice " + Example(name + ".json").string() + " -o " + output.string()), 0)
             << m_error;
         ExpectSameBesidesTheTime(ReadAll(output),
@@ -92,9 +77,9 @@ TEST_F(ViaCommand, ExampleBoardsGiveTheHandWrittenSubcircuitsAndDump) {
     EXPECT_EQ(m_output, ReadAll(fs::path(KV_TEST_DATA_DIR) / "via_signal_6layer.dmp"));
 
     ASSERT_EQ(Run("padstack-dump " + Example("via_signal_6layer.json").string() + " -o " +
-                  m_folder.string()),
+                  m_folder.Path().string()),
               0);
-    EXPECT_EQ(ReadAll(m_folder / "ViaVizData.dmp"),
+    EXPECT_EQ(ReadAll(m_folder.Path() / "ViaVizData.dmp"),
               ReadAll(fs::path(KV_TEST_DATA_DIR) / "via_signal_6layer.dmp"));
 }
 
@@ -122,18 +107,18 @@ TEST_F(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
         const std::size_t at = json.rfind(broken.from);
         ASSERT_NE(at, std::string::npos) << broken.from;
         json.replace(at, broken.from.size(), broken.to);
-        const fs::path output = m_folder / "out.cir";
+        const fs::path output = m_folder.Path() / "out.cir";
         EXPECT_EQ(Run("spice " + Description(json).string() + " -o " + output.string()), 1)
             << broken.message;
         EXPECT_NE(m_error.find(broken.message), std::string::npos) << broken.message << "\n"
                                                                    << m_error;
         EXPECT_FALSE(fs::exists(output)) << broken.message;
     }
-    EXPECT_EQ(Run("spice " + (m_folder / "absent.json").string()), 1);
+    EXPECT_EQ(Run("spice " + (m_folder.Path() / "absent.json").string()), 1);
     EXPECT_NE(m_error.find("cannot read"), std::string::npos);
     EXPECT_EQ(Run("spice"), 2);
     EXPECT_EQ(Run("spice " + Example("via_signal_6layer.json").string() + " -o " +
-                  (m_folder / "missing" / "x.cir").string()),
+                  (m_folder.Path() / "missing" / "x.cir").string()),
               1);
     EXPECT_NE(m_error.find("Cannot open file"), std::string::npos);
 }

@@ -1,5 +1,12 @@
 #pragma once
 
+// What the core tests share: temporary folders, whole-file text, and
+// running the command line (or any shell command) with its output captured.
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -37,4 +44,25 @@ inline void WriteText(const std::string& path, const std::string& text) {
 inline std::string ReadText(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+struct CommandResult {
+    int status = -1;  // the exit status, or -1 when the command did not exit
+    std::string out;
+    std::string err;
+};
+
+// Runs `command` through the shell and captures both of its outputs.
+inline CommandResult RunShell(const std::string& command) {
+    const TestFolder folder;
+    const std::string out = folder.File("stdout");
+    const std::string err = folder.File("stderr");
+    const int raw = std::system((command + " >" + out + " 2>" + err).c_str());
+    return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, ReadText(out), ReadText(err)};
+}
+
+// Runs the built kvcomctl with `arguments` (quoted for the shell), with
+// `environment` ("NAME=value ...") in front when given.
+inline CommandResult RunCli(const std::string& arguments, const std::string& environment = "") {
+    return RunShell(environment + " " + KV_CLI_PATH + " " + arguments);
 }
