@@ -27,40 +27,44 @@ bool StartsWithNoCase(std::string_view text, std::string_view prefix) {
     return true;
 }
 
-}  // namespace
-
-std::optional<int> ParseIntPrefix(std::string_view text) {
+// Skips leading white space and one sign, as strtol and strtod do; returns
+// what follows and tells whether the sign was a minus.
+std::string_view SkipSpaceAndSign(std::string_view text, bool& negative) {
     std::size_t i = 0;
     while (i < text.size() && IsSpace(text[i])) {
         ++i;
     }
-    bool negative = false;
+    negative = false;
     if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
         negative = text[i] == '-';
         ++i;
     }
-    if (i >= text.size() || text[i] < '0' || text[i] > '9') {
+    return text.substr(i);
+}
+
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+}  // namespace
+
+std::optional<int> ParseIntPrefix(std::string_view text) {
+    bool negative = false;
+    const std::string_view digits = SkipSpaceAndSign(text, negative);
+    if (digits.empty() || !IsDigit(digits[0])) {
         return std::nullopt;
     }
     int64_t magnitude = 0;
-    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
-        magnitude = std::min<int64_t>(magnitude * 10 + (text[i] - '0'), int64_t{INT_MAX} + 1);
+    for (std::size_t i = 0; i < digits.size() && IsDigit(digits[i]); ++i) {
+        magnitude = std::min<int64_t>(magnitude * 10 + (digits[i] - '0'), int64_t{INT_MAX} + 1);
     }
     const int64_t value = negative ? -magnitude : magnitude;
     return static_cast<int>(std::clamp<int64_t>(value, INT_MIN, INT_MAX));
 }
 
 std::optional<double> ParseRealPrefix(std::string_view text) {
-    std::size_t i = 0;
-    while (i < text.size() && IsSpace(text[i])) {
-        ++i;
-    }
     bool negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
-        negative = text[i] == '-';
-        ++i;
-    }
-    const std::string_view rest = text.substr(i);
+    const std::string_view rest = SkipSpaceAndSign(text, negative);
     if (rest.empty() || rest[0] == '+' || rest[0] == '-') {
         return std::nullopt;  // from_chars would take a second sign
     }
