@@ -4,6 +4,7 @@
 #include "Command.h"
 #include "ViaDescription.h"
 #include "shared/FileIo.h"
+#include "shared/LocalTime.h"
 #include "via/ViaSpiceExport.h"
 #include "via/ViaSpiceWriter.h"
 

@@ -1,6 +1,7 @@
 #include "shared/Misc_String.h"
 
 #include "shared/Assert.h"
+#include "shared/LocalTime.h"
 
 #include <array>
 #include <cctype>
@@ -669,8 +670,7 @@ int CompareIdentifiers(const char* a, const char* b) {
 std::string FormatDateStampText(const char* prefix, const std::tm* time, const char* suffix) {
     std::tm local{};
     if (time == nullptr) {
-        const std::time_t now = std::time(nullptr);
-        localtime_r(&now, &local);
+        local = LocalTimeNow();
         time = &local;
     }
     const bool hasPrefix = IsGiven(prefix);

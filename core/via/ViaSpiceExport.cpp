@@ -1,10 +1,11 @@
 #include "via/ViaSpiceExport.h"
 
-#include <chrono>
+#include "shared/LocalTime.h"
+
 #include <fstream>
 
-#include "shared/MessagePort.h"
 #include "shared/FileIo.h"
+#include "shared/MessagePort.h"
 #include "via/ViaSpiceWriter.h"
 
 namespace kv {
@@ -50,13 +51,6 @@ void ReportCannotOpen(const std::string& path) {
 }
 
 }  // namespace
-
-std::tm LocalTimeNow() {
-    const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-    std::tm local{};
-    localtime_r(&now, &local);
-    return local;
-}
 
 std::string DefaultSpiceFileName(const SpiceExportInput& input, const SpiceExportNames& names) {
     if (!names.exportFileName.empty()) {

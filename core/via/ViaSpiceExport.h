@@ -58,7 +58,4 @@ SpiceExportOutcome ExportViaToSpice(const SpiceExportInput* input, const SpiceEx
                                     IFileChooser& chooser,
                                     const std::optional<std::tm>& generated = std::nullopt);
 
-// The local time now, as the export header shows it.
-std::tm LocalTimeNow();
-
 }  // namespace kv
