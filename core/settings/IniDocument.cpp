@@ -1,5 +1,7 @@
 #include "settings/IniDocument.h"
 
+#include "shared/TextLines.h"
+
 #include <algorithm>
 
 namespace kv {
@@ -59,18 +61,8 @@ std::string_view TrimSpace(std::string_view text) {
 }
 
 IniDocument::IniDocument(std::string_view text) {
-    std::size_t start = 0;
-    while (start < text.size()) {
-        std::size_t end = text.find('\n', start);
-        if (end == std::string_view::npos) {
-            end = text.size();
-        }
-        std::string_view line = text.substr(start, end - start);
-        if (!line.empty() && line.back() == '\r') {
-            line.remove_suffix(1);
-        }
+    for (std::string_view line : SplitLines(text)) {
         m_lines.emplace_back(line);
-        start = end + 1;
     }
 }
 

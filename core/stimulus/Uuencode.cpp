@@ -1,5 +1,7 @@
 #include "stimulus/Uuencode.h"
 
+#include "shared/TextLines.h"
+
 #include <algorithm>
 
 namespace kv {
@@ -57,14 +59,7 @@ std::string Uuencode(std::span<const uint8_t> bytes, const UuencodeOptions& opti
 
 std::optional<std::size_t> Uudecode(std::string_view text, std::span<uint8_t> out) {
     std::size_t written = 0;
-    std::size_t start = 0;
-    while (start < text.size()) {
-        std::size_t end = text.find('\n', start);
-        if (end == std::string_view::npos) {
-            end = text.size();
-        }
-        std::string_view line = text.substr(start, end - start);
-        start = end + 1;
+    for (std::string_view line : SplitLines(text)) {
         while (!line.empty() &&
                (line.back() == '\r' || line.back() == ' ' || line.back() == '\t')) {
             line.remove_suffix(1);
