@@ -1,9 +1,9 @@
-#include "KVComCtlFactory.h"
+#include "module/KVComCtlFactory.h"
 
 namespace {
 
 // Static: no start-up work and no allocation when the host asks for it.
-kv::CKVComCtlFactory g_factory;
+kv::module::CKVComCtlFactory g_factory;
 
 }  // namespace
 

@@ -1,11 +1,11 @@
-#include "KVComCtlApp.h"
+#include "module/KVComCtlApp.h"
 
-#include "ModuleWidgetClasses.h"
-#include "shared/AppProfile.h"
-#include "shared/MessagePort.h"
-#include "shared/QtMessagePort.h"
+#include "core/ports/MessagePort.h"
+#include "core/shared/AppProfile.h"
+#include "module/ModuleWidgetClasses.h"
+#include "ui/ports/QtMessagePort.h"
 
-namespace kv {
+namespace kv::module {
 namespace {
 
 CGuiDllApp* g_currentApp = nullptr;
@@ -58,4 +58,4 @@ void CKVComCtlApp::ExitInstance() {
 // Constructed when the host loads the library, destroyed when it unloads it.
 CKVComCtlApp theApp;
 
-}  // namespace kv
+}  // namespace kv::module

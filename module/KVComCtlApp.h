@@ -5,7 +5,7 @@
 // The module's application object: one static instance, started when the
 // library is loaded and shut down when it is unloaded.
 
-namespace kv {
+namespace kv::module {
 
 // The base every module of the product family shares: it publishes itself as
 // the module's current application object.
@@ -37,4 +37,4 @@ private:
     bool m_started = false;
 };
 
-}  // namespace kv
+}  // namespace kv::module

@@ -1,16 +1,16 @@
-#include "KVComCtlFactory.h"
+#include "module/KVComCtlFactory.h"
 
-#include "progress/ProgressBarCtrl.h"
-#include "progress/ProgressDlg.h"
-#include "progress/ProgressReport.h"
-#include "shared/MessagePort.h"
-#include "shared/ModuleState.h"
-#include "stimulus/StimulusData.h"
+#include "core/ports/MessagePort.h"
+#include "core/stimulus/StimulusData.h"
+#include "ui/progress/ProgressBarCtrl.h"
+#include "ui/progress/ProgressDlg.h"
+#include "ui/progress/ProgressReport.h"
+#include "ui/shared/ModuleState.h"
 
 // Components not built into this module yet are handed out as null, and
 // their destroy operations have nothing to destroy.
 
-namespace kv {
+namespace kv::module {
 namespace {
 
 // The walker map starts with as many buckets as a small fixed table would.
@@ -45,17 +45,17 @@ IEyeDiagramData* CKVComCtlFactory::CreateStimulusData() {
 // the interface, and the virtual destructor deletes all of it.
 void CKVComCtlFactory::Destroy(IProgressDialogInterface* dialog) {
     ui::ModuleStateGuard moduleState;
-    delete static_cast<CProgressDlg*>(dialog);
+    delete static_cast<ui::CProgressDlg*>(dialog);
 }
 
 void CKVComCtlFactory::Destroy(IProgressReportInterface* report) {
     ui::ModuleStateGuard moduleState;
-    delete static_cast<CProgressReport*>(report);
+    delete static_cast<ui::CProgressReport*>(report);
 }
 
 void CKVComCtlFactory::Destroy(IProgressBarInterface* bar) {
     ui::ModuleStateGuard moduleState;
-    delete static_cast<CProgressBarCtrl*>(bar);
+    delete static_cast<ui::CProgressBarCtrl*>(bar);
 }
 
 void CKVComCtlFactory::Destroy(ICouplingRgnWalkerDlg* walker) {
@@ -118,15 +118,16 @@ ICouplingRgnWalkerDlg* CKVComCtlFactory::CreateCoupRgnWalkerDlg() {
 }
 
 IProgressBarInterface* CKVComCtlFactory::CreateProgressBarCtrl() {
-    return CreateWidgetComponent<CProgressBarCtrl, IProgressBarInterface>("The progress bar");
+    return CreateWidgetComponent<ui::CProgressBarCtrl, IProgressBarInterface>("The progress bar");
 }
 
 IProgressReportInterface* CKVComCtlFactory::CreateProgressReport() {
-    return CreateWidgetComponent<CProgressReport, IProgressReportInterface>("The progress report");
+    return CreateWidgetComponent<ui::CProgressReport, IProgressReportInterface>(
+        "The progress report");
 }
 
 IProgressDialogInterface* CKVComCtlFactory::CreateProgressDlg() {
-    return CreateWidgetComponent<CProgressDlg, IProgressDialogInterface>("The progress dialog");
+    return CreateWidgetComponent<ui::CProgressDlg, IProgressDialogInterface>("The progress dialog");
 }
 
-}  // namespace kv
+}  // namespace kv::module

@@ -6,7 +6,7 @@
 
 #include "kvcomctl/IKVComCtlFactory.h"
 
-namespace kv {
+namespace kv::module {
 
 class CCoupRgnWalkerDlg;
 
@@ -52,4 +52,4 @@ private:
         m_walkerDialogs;
 };
 
-}  // namespace kv
+}  // namespace kv::module

@@ -1,10 +1,10 @@
-#include "ModuleWidgetClasses.h"
+#include "module/ModuleWidgetClasses.h"
 
 #include <vector>
 
-#include "shared/WidgetClassRegistry.h"
+#include "ui/shared/WidgetClassRegistry.h"
 
-namespace kv {
+namespace kv::module {
 namespace {
 
 struct WidgetClass {
@@ -34,4 +34,4 @@ void UnregisterModuleWidgetClasses() {
     }
 }
 
-}  // namespace kv
+}  // namespace kv::module

@@ -3,9 +3,9 @@
 // The widget classes the module registers by name at start-up, so that
 // layouts and hosts can create them by that name.
 
-namespace kv {
+namespace kv::module {
 
 void RegisterModuleWidgetClasses();
 void UnregisterModuleWidgetClasses();
 
-}  // namespace kv
+}  // namespace kv::module

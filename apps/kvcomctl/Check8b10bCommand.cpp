@@ -1,8 +1,8 @@
 #include <iostream>
 #include <string>
 
-#include "Command.h"
-#include "stimulus/SymbolSource.h"
+#include "apps/kvcomctl/Command.h"
+#include "core/stimulus/SymbolSource.h"
 
 // kvcomctl check-8b10b FILE.bit [--start 4|6]: the 8B/10B line rules over the
 // symbols of a sequence file.

@@ -1,4 +1,4 @@
-#include "Command.h"
+#include "apps/kvcomctl/Command.h"
 
 #include <algorithm>
 #include <cctype>

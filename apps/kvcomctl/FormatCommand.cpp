@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "Command.h"
-#include "shared/Misc_String.h"
+#include "apps/kvcomctl/Command.h"
+#include "core/shared/Misc_String.h"
 
 // kvcomctl format QUANTITY VALUE [--metric]: one engineering formatter.
 

@@ -3,10 +3,10 @@
 #include <sstream>
 #include <string>
 
-#include "Command.h"
-#include "ViaDescription.h"
-#include "shared/FileIo.h"
-#include "via/PadstackDump.h"
+#include "apps/kvcomctl/Command.h"
+#include "apps/kvcomctl/ViaDescription.h"
+#include "core/shared/FileIo.h"
+#include "core/via/PadstackDump.h"
 
 // kvcomctl padstack-dump VIA.json [-o FILE]: lists the padstack of every via of a description
 // as the padstack editor's diagnostic dump does.

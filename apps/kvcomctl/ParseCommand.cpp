@@ -2,8 +2,8 @@
 #include <ostream>
 #include <string>
 
-#include "Command.h"
-#include "shared/Misc_String.h"
+#include "apps/kvcomctl/Command.h"
+#include "core/shared/Misc_String.h"
 
 // kvcomctl parse TEXT [--ampere] [--spice] [--farad]: the engineering parser.
 

@@ -2,12 +2,12 @@
 #include <optional>
 #include <string>
 
-#include "Command.h"
-#include "stimulus/BitFile.h"
-#include "stimulus/SequenceType.h"
-#include "stimulus/StimulusData.h"
-#include "stimulus/SymbolSource.h"
-#include "stimulus/UsbCompliance.h"
+#include "apps/kvcomctl/Command.h"
+#include "core/stimulus/BitFile.h"
+#include "core/stimulus/SequenceType.h"
+#include "core/stimulus/StimulusData.h"
+#include "core/stimulus/SymbolSource.h"
+#include "core/stimulus/UsbCompliance.h"
 
 // kvcomctl sequence KIND [options] [-o FILE.bit]: the bits of one generated
 // sequence, printed or written as a .bit file.

@@ -1,12 +1,12 @@
 #include <iostream>
 #include <string>
 
-#include "Command.h"
-#include "ViaDescription.h"
-#include "shared/FileIo.h"
-#include "shared/LocalTime.h"
-#include "via/ViaSpiceExport.h"
-#include "via/ViaSpiceWriter.h"
+#include "apps/kvcomctl/Command.h"
+#include "apps/kvcomctl/ViaDescription.h"
+#include "core/shared/FileIo.h"
+#include "core/shared/LocalTime.h"
+#include "core/via/ViaSpiceExport.h"
+#include "core/via/ViaSpiceWriter.h"
 
 // kvcomctl spice VIA.json [-o FILE.cir] [--metric]: writes the SPICE subcircuit of a via or a
 // differential via pair.

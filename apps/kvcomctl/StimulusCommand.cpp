@@ -1,10 +1,10 @@
 #include <iostream>
 #include <string>
 
-#include "Command.h"
-#include "shared/AppProfile.h"
-#include "stimulus/StimulusData.h"
-#include "stimulus/StimulusPersistence.h"
+#include "apps/kvcomctl/Command.h"
+#include "core/shared/AppProfile.h"
+#include "core/stimulus/StimulusData.h"
+#include "core/stimulus/StimulusPersistence.h"
 
 // kvcomctl stimulus show|new|set FILE.ini: the stimulus data in an
 // initialisation file, through the data object's own Load and Save.

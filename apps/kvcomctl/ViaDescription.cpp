@@ -1,4 +1,4 @@
-#include "ViaDescription.h"
+#include "apps/kvcomctl/ViaDescription.h"
 
 #include <cmath>
 #include <fstream>

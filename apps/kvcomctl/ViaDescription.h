@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "via/ViaSpiceModel.h"
-#include "via/ViaVizData.h"
+#include "core/via/ViaSpiceModel.h"
+#include "core/via/ViaVizData.h"
 
 // A via or a differential via pair read from a JSON description (format in README.md): the
 // stackup, and per via its padstack, elements and ports.

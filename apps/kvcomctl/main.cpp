@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "Command.h"
+#include "apps/kvcomctl/Command.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <cstring>
 #include <vector>
 
-#include "stimulus/RegisterFill.h"
-#include "stimulus/SequenceType.h"
-#include "stimulus/ShiftRegister.h"
-#include "stimulus/StimulusData.h"
+#include "core/stimulus/RegisterFill.h"
+#include "core/stimulus/SequenceType.h"
+#include "core/stimulus/ShiftRegister.h"
+#include "core/stimulus/StimulusData.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "stimulus/SequenceType.h"
-#include "stimulus/StimulusData.h"
-#include "stimulus/SymbolSource.h"
+#include "core/stimulus/SequenceType.h"
+#include "core/stimulus/StimulusData.h"
+#include "core/stimulus/SymbolSource.h"
 
 namespace {
 

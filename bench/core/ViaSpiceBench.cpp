@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "via/ViaSpiceWriter.h"
+#include "core/via/ViaSpiceWriter.h"
 
 namespace {
 

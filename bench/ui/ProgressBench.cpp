@@ -9,14 +9,14 @@
 #include <array>
 #include <string>
 
-#include "progress/ProgressDlg.h"
+#include "ui/progress/ProgressDlg.h"
 
 namespace {
 
 void BM_UpdateCycleUnchanged(benchmark::State& state) {
     QWidget owner;
     owner.show();
-    kv::CProgressDlg dialog;
+    kv::ui::CProgressDlg dialog;
     dialog.Create(&owner, 0);
     IProgressReportInterface* report = dialog.GetReport();
     for (auto _ : state) {
@@ -29,7 +29,7 @@ void BM_UpdateCycleUnchanged(benchmark::State& state) {
 void BM_UpdateCycleChanged(benchmark::State& state) {
     QWidget owner;
     owner.show();
-    kv::CProgressDlg dialog;
+    kv::ui::CProgressDlg dialog;
     dialog.Create(&owner, 0);
     IProgressReportInterface* report = dialog.GetReport();
     // Texts made up front: the cycle measures the dialog, not formatting.

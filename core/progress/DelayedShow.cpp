@@ -1,4 +1,4 @@
-#include "progress/DelayedShow.h"
+#include "core/progress/DelayedShow.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "progress/ProgressBarGeometry.h"
+#include "core/progress/ProgressBarGeometry.h"
 
 #include <cstdint>
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "shared/DialogUnits.h"
+#include "core/shared/DialogUnits.h"
 
 // The progress dialog's layout in dialog units, and the ids its controls are
 // known by (a host or a test finds a control by its id).

@@ -1,4 +1,4 @@
-#include "progress/ProgressTextUpdate.h"
+#include "core/progress/ProgressTextUpdate.h"
 
 namespace kv {
 

@@ -1,6 +1,6 @@
-#include "settings/IniDocument.h"
+#include "core/settings/IniDocument.h"
 
-#include "shared/TextLines.h"
+#include "core/shared/TextLines.h"
 
 #include <algorithm>
 

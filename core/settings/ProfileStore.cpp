@@ -1,12 +1,12 @@
-#include "settings/ProfileStore.h"
+#include "core/settings/ProfileStore.h"
 
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
-#include "shared/FileIo.h"
-#include "settings/IniDocument.h"
-#include "settings/ValueText.h"
+#include "core/settings/IniDocument.h"
+#include "core/settings/ValueText.h"
+#include "core/shared/FileIo.h"
 
 namespace kv {
 namespace {
@@ -14,9 +14,6 @@ namespace {
 // Larger files are not taken for settings: reading them whole would cost
 // more than any profile is worth, and rewriting them could lose data.
 constexpr std::size_t kMaxProfileBytes = 16u << 20;
-
-std::optional<std::string> g_configOverride;
-ScopedModuleProfile* g_innermost = nullptr;
 
 // A keyed store must stay inside the configuration folder.
 bool IsSafeKey(std::string_view key) {
@@ -106,33 +103,34 @@ private:
 }  // namespace
 
 std::string ConfigDirectory() {
-    if (g_configOverride) {
-        return *g_configOverride;
-    }
     if (const char* xdg = std::getenv("XDG_CONFIG_HOME"); xdg != nullptr && *xdg != '\0') {
         return xdg;
     }
-    const char* home = std::getenv("HOME");
-    return std::string(home != nullptr ? home : ".") + "/.config";
-}
-
-void SetConfigDirectoryOverride(std::optional<std::string> directory) {
-    g_configOverride = std::move(directory);
+    if (const char* home = std::getenv("HOME"); home != nullptr && *home != '\0') {
+        return std::string(home) + "/.config";
+    }
+    return {};
 }
 
 std::string ProfileFilePath(const AppProfile& profile) {
+    if (profile.IsFile()) {
+        return profile.iniFile;
+    }
+    const std::string config = ConfigDirectory();
+    if (config.empty()) {
+        return {};
+    }
     if (profile.registryKey.empty()) {
-        return profile.profileName;
+        return config + "/" + profile.profileName + ".ini";
     }
     if (!IsSafeKey(profile.registryKey)) {
         return {};
     }
-    return ConfigDirectory() + "/" + profile.registryKey + "/" + profile.profileName + ".ini";
+    return config + "/" + profile.registryKey + "/" + profile.profileName + ".ini";
 }
 
 std::unique_ptr<IProfileStore> OpenProfileStore(const AppProfile& profile) {
-    return std::make_unique<IniProfileStore>(ProfileFilePath(profile),
-                                             !profile.registryKey.empty());
+    return std::make_unique<IniProfileStore>(ProfileFilePath(profile), !profile.IsFile());
 }
 
 int GetProfileInt(IProfileStore& store, std::string_view section, std::string_view entry,
@@ -157,25 +155,6 @@ bool WriteProfileInt(IProfileStore& store, std::string_view section, std::string
 bool WriteProfileString(IProfileStore& store, std::string_view section, std::string_view entry,
                         std::string_view value) {
     return store.WriteString(section, entry, value);
-}
-
-ScopedModuleProfile::ScopedModuleProfile(AppProfile replacement)
-    : m_saved(ModuleProfile()), m_outer(g_innermost) {
-    g_innermost = this;
-    ModuleProfile() = std::move(replacement);
-}
-
-ScopedModuleProfile::~ScopedModuleProfile() {
-    ModuleProfile() = m_saved;
-    g_innermost = m_outer;
-}
-
-AppProfile ApplicationProfile() {
-    const ScopedModuleProfile* outermost = g_innermost;
-    while (outermost != nullptr && outermost->m_outer != nullptr) {
-        outermost = outermost->m_outer;
-    }
-    return outermost != nullptr ? outermost->m_saved : ModuleProfile();
 }
 
 }  // namespace kv

@@ -6,13 +6,14 @@
 #include <string_view>
 #include <vector>
 
-#include "shared/AppProfile.h"
+#include "core/shared/AppProfile.h"
 
-// The settings store the module's profile calls go to. A profile with a
-// registry key is a keyed store: one INI file per key under the user's
-// configuration folder, <config>/<key>/<profile name>.ini, where <config> is
-// $XDG_CONFIG_HOME, else ~/.config (tests point it at a temporary folder). A
-// profile without a key names an initialisation file directly.
+// The settings store a profile's calls go to. A keyed store is one INI file
+// per key under the user's configuration folder, <config>/<key>/<profile
+// name>.ini, where <config> is $XDG_CONFIG_HOME, else ~/.config (tests point
+// it at a temporary folder); before start-up has set a key it is
+// <config>/<profile name>.ini, never the working folder. A file profile names
+// its initialisation file directly.
 
 namespace kv {
 
@@ -30,10 +31,9 @@ public:
 
 std::unique_ptr<IProfileStore> OpenProfileStore(const AppProfile& profile);
 
-// The user's configuration folder: the override when one is set, else
-// $XDG_CONFIG_HOME, else $HOME/.config.
+// The user's configuration folder: $XDG_CONFIG_HOME, else $HOME/.config;
+// empty when neither is set, and then no keyed store can be written.
 std::string ConfigDirectory();
-void SetConfigDirectoryOverride(std::optional<std::string> directory);
 
 // Where a profile's settings live.
 std::string ProfileFilePath(const AppProfile& profile);
@@ -48,25 +48,5 @@ bool WriteProfileInt(IProfileStore& store, std::string_view section, std::string
                      int value);
 bool WriteProfileString(IProfileStore& store, std::string_view section, std::string_view entry,
                         std::string_view value);
-
-AppProfile ApplicationProfile();
-
-// Puts another profile in place of the module's for the life of the guard.
-class ScopedModuleProfile {
-public:
-    explicit ScopedModuleProfile(AppProfile replacement);
-    ~ScopedModuleProfile();
-    ScopedModuleProfile(const ScopedModuleProfile&) = delete;
-    ScopedModuleProfile& operator=(const ScopedModuleProfile&) = delete;
-
-private:
-    friend AppProfile ApplicationProfile();
-    AppProfile m_saved;
-    ScopedModuleProfile* m_outer;
-};
-
-// The application's own profile: the module's profile as it was before any
-// ScopedModuleProfile replaced it.
-AppProfile ApplicationProfile();
 
 }  // namespace kv

@@ -1,4 +1,4 @@
-#include "shared/AppProfile.h"
+#include "core/shared/AppProfile.h"
 
 namespace kv {
 

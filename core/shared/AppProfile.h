@@ -3,19 +3,25 @@
 #include <string>
 #include <string_view>
 
-// The module's application profile: the key under which its settings live in
-// the user's settings store, and the name of the profile (the application's
-// name, or an initialisation file's path while a caller's file is in use).
-// Start-up sets the key; persistence swaps both for the duration of one save
-// or load and puts them back.
+// Where a profile's settings live: either a keyed store in the user's
+// configuration folder (the module's own, under the registry key start-up
+// sets, or one a caller names) or an initialisation file a caller names.
+// Save, load and the jitter seed are each handed the profile they use, so
+// nothing has to swap the module's profile while they run.
 
 namespace kv {
 
 struct AppProfile {
     std::string registryKey;  // empty until start-up sets it
     std::string profileName = "KVComCtl";
+    std::string iniFile;  // set: this file, exactly, instead of a keyed store
+
+    static AppProfile Keyed(std::string key) { return {std::move(key), "KVComCtl", {}}; }
+    static AppProfile File(std::string path) { return {{}, "KVComCtl", std::move(path)}; }
+    bool IsFile() const { return !iniFile.empty(); }
 };
 
+// The module's own profile; start-up sets its key.
 AppProfile& ModuleProfile();
 
 inline constexpr std::string_view kModuleRegistryKey = "Velmorine";

@@ -1,4 +1,4 @@
-#include "shared/Assert.h"
+#include "core/shared/Assert.h"
 
 #include <cstdio>
 #include <cstdlib>

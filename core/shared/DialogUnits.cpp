@@ -1,4 +1,4 @@
-#include "shared/DialogUnits.h"
+#include "core/shared/DialogUnits.h"
 
 namespace kv {
 namespace {

@@ -1,4 +1,4 @@
-#include "shared/FileIo.h"
+#include "core/shared/FileIo.h"
 
 #include <cerrno>
 #include <cstring>

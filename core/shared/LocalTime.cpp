@@ -1,4 +1,4 @@
-#include "shared/LocalTime.h"
+#include "core/shared/LocalTime.h"
 
 namespace kv {
 

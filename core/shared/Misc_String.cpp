@@ -1,7 +1,7 @@
-#include "shared/Misc_String.h"
+#include "core/shared/Misc_String.h"
 
-#include "shared/Assert.h"
-#include "shared/LocalTime.h"
+#include "core/shared/Assert.h"
+#include "core/shared/LocalTime.h"
 
 #include <array>
 #include <cctype>

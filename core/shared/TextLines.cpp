@@ -1,4 +1,4 @@
-#include "shared/TextLines.h"
+#include "core/shared/TextLines.h"
 
 namespace kv {
 

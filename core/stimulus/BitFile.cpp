@@ -1,12 +1,12 @@
-#include "stimulus/BitFile.h"
+#include "core/stimulus/BitFile.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 
-#include "shared/FileIo.h"
-#include "shared/MessagePort.h"
+#include "core/ports/MessagePort.h"
+#include "core/shared/FileIo.h"
 
 namespace kv {
 namespace {

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "stimulus/StimulusData.h"
+#include "core/stimulus/StimulusData.h"
 
 // ".bit" files: custom sequences as '0' and '1' characters, first bit first.
 // Every problem is told to the user through the message port.

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <vector>
 
-#include "stimulus/Random.h"
-#include "stimulus/StreamCheck.h"
-#include "stimulus/SymbolSource.h"
+#include "core/stimulus/Random.h"
+#include "core/stimulus/StreamCheck.h"
+#include "core/stimulus/SymbolSource.h"
 
 namespace kv {
 namespace {

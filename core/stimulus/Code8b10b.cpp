@@ -1,4 +1,4 @@
-#include "stimulus/Code8b10b.h"
+#include "core/stimulus/Code8b10b.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "stimulus/EyeMask.h"
+#include "core/stimulus/EyeMask.h"
 
 #include <algorithm>
 #include <array>

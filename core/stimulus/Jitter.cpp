@@ -1,7 +1,7 @@
-#include "stimulus/Jitter.h"
+#include "core/stimulus/Jitter.h"
 
-#include "shared/Assert.h"
-#include "shared/MessagePort.h"
+#include "core/ports/MessagePort.h"
+#include "core/shared/Assert.h"
 
 namespace kv {
 

@@ -1,8 +1,8 @@
-#include "stimulus/JitterSeed.h"
+#include "core/stimulus/JitterSeed.h"
 
 #include <ctime>
 
-#include "settings/ProfileStore.h"
+#include "core/settings/ProfileStore.h"
 
 namespace kv {
 namespace {
@@ -28,10 +28,8 @@ void ResetJitterSeedState() {
     g_lastRepeatable = false;
 }
 
-int NextJitterSeed(bool repeatable) {
-    // Always the application's own store, even while a save or load has put
-    // a caller's location in place of the module's profile.
-    const auto store = OpenProfileStore(ApplicationProfile());
+int NextJitterSeed(bool repeatable, const AppProfile& applicationProfile) {
+    const auto store = OpenProfileStore(applicationProfile);
     if (repeatable) {
         SetJitterSeed(-1);
         SetJitterSeed(GetProfileInt(*store, kSection, kEntry, g_seed));

@@ -1,4 +1,4 @@
-#include "stimulus/Random.h"
+#include "core/stimulus/Random.h"
 
 #include <cstdlib>
 

@@ -1,10 +1,10 @@
-#include "stimulus/RegisterFill.h"
+#include "core/stimulus/RegisterFill.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 
-#include "stimulus/ShiftRegister.h"
+#include "core/stimulus/ShiftRegister.h"
 
 // Why blocks work: a tap at position t feeds the bit that left the register t
 // steps ago, so every output bit is the XOR of the outputs at the tap

@@ -1,4 +1,4 @@
-#include "stimulus/SequenceType.h"
+#include "core/stimulus/SequenceType.h"
 
 #include <span>
 

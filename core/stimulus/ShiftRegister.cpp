@@ -1,4 +1,4 @@
-#include "stimulus/ShiftRegister.h"
+#include "core/stimulus/ShiftRegister.h"
 
 #include <algorithm>
 #include <array>

@@ -1,16 +1,16 @@
-#include "stimulus/StimulusData.h"
+#include "core/stimulus/StimulusData.h"
 
 #include <algorithm>
 #include <stdexcept>
 #include <string>
 
-#include "stimulus/EyeMask.h"
-#include "stimulus/JitterSeed.h"
-#include "stimulus/RegisterFill.h"
-#include "stimulus/SequenceType.h"
-#include "stimulus/ShiftRegister.h"
-#include "stimulus/StimulusPersistence.h"
-#include "stimulus/SymbolSource.h"
+#include "core/stimulus/EyeMask.h"
+#include "core/stimulus/JitterSeed.h"
+#include "core/stimulus/RegisterFill.h"
+#include "core/stimulus/SequenceType.h"
+#include "core/stimulus/ShiftRegister.h"
+#include "core/stimulus/StimulusPersistence.h"
+#include "core/stimulus/SymbolSource.h"
 
 namespace kv {
 namespace {
@@ -132,7 +132,8 @@ void CStimulusData::GenerateSequence(int initState, BitVector& bits) const {
             const int64_t length = int64_t{m_cycleCount} * 10;
             // The jitter seed keeps 8B/10B data the same from run to run when
             // the jitter is repeatable; otherwise the fixed seed does.
-            SymbolSource source(Code8b10bConfig(NextJitterSeed(m_jitterRepeatable)));
+            SymbolSource source(
+                Code8b10bConfig(NextJitterSeed(m_jitterRepeatable, ModuleProfile())));
             FillFromSource(source, static_cast<std::size_t>(std::max<int64_t>(length, 0)),
                            initState, bits);
             return;

@@ -1,16 +1,16 @@
-#include "stimulus/StimulusPersistence.h"
+#include "core/stimulus/StimulusPersistence.h"
 
 #include <array>
 #include <optional>
 
-#include "settings/IniDocument.h"
-#include "settings/ProfileStore.h"
-#include "settings/ValueText.h"
-#include "shared/MessagePort.h"
-#include "stimulus/EyeMask.h"
-#include "stimulus/SequenceType.h"
-#include "stimulus/UsbCompliance.h"
-#include "stimulus/Uuencode.h"
+#include "core/ports/MessagePort.h"
+#include "core/settings/IniDocument.h"
+#include "core/settings/ProfileStore.h"
+#include "core/settings/ValueText.h"
+#include "core/stimulus/EyeMask.h"
+#include "core/stimulus/SequenceType.h"
+#include "core/stimulus/UsbCompliance.h"
+#include "core/stimulus/Uuencode.h"
 
 namespace kv {
 namespace {
@@ -197,14 +197,7 @@ AppProfile ChooseProfile(const char* location, bool toFile) {
     if (location == nullptr) {
         return ModuleProfile();
     }
-    AppProfile profile;
-    if (toFile) {
-        profile.registryKey.clear();
-        profile.profileName = location;
-    } else {
-        profile.registryKey = location;
-    }
-    return profile;
+    return toFile ? AppProfile::File(location) : AppProfile::Keyed(location);
 }
 
 int StoredBitCount(const CStimulusData& data) {
@@ -271,8 +264,7 @@ std::vector<std::pair<std::string_view, std::string>> PersistedEntries(const CSt
 }
 
 bool SaveStimulusData(const CStimulusData& data, const char* location, bool toFile) {
-    const ScopedModuleProfile scope(ChooseProfile(location, toFile));
-    const auto store = OpenProfileStore(ModuleProfile());
+    const auto store = OpenProfileStore(ChooseProfile(location, toFile));
     for (const auto& [key, value] : PersistedEntries(data)) {
         if (!WriteProfileString(*store, kStimulusSection, key, value)) {
             return false;  // what was written stays written
@@ -303,8 +295,7 @@ void RegenerateBits(CStimulusData& data) {
 }
 
 void LoadStimulusData(CStimulusData& data, const char* location, bool fromFile) {
-    const ScopedModuleProfile scope(ChooseProfile(location, fromFile));
-    const auto store = OpenProfileStore(ModuleProfile());
+    const auto store = OpenProfileStore(ChooseProfile(location, fromFile));
     // A settings store has no section call; only a file is read whole.
     ValueSource values(*store, fromFile && location != nullptr);
     const CStimulusData defaults;

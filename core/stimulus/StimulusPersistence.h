@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "stimulus/StimulusData.h"
+#include "core/stimulus/StimulusData.h"
 
 // The persisted form of CStimulusData: section "EYEDIAGRAM" with 45 keys in
 // a fixed order, in an initialisation file or in a keyed settings store.

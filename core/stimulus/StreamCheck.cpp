@@ -1,9 +1,9 @@
-#include "stimulus/StreamCheck.h"
+#include "core/stimulus/StreamCheck.h"
 
 #include <array>
 #include <cstring>
 
-#include "stimulus/SymbolSource.h"
+#include "core/stimulus/SymbolSource.h"
 
 // The block form checks one ten-symbol period per table look-up. A period is
 // reduced to ten bits (bit i set for a -1 symbol at i); two small state

@@ -1,10 +1,10 @@
-#include "stimulus/SymbolSource.h"
+#include "core/stimulus/SymbolSource.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "stimulus/Code8b10b.h"
-#include "stimulus/Random.h"
+#include "core/stimulus/Code8b10b.h"
+#include "core/stimulus/Random.h"
 
 namespace kv {
 namespace {

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "stimulus/ShiftRegister.h"
+#include "core/stimulus/ShiftRegister.h"
 
 // A stream of symbols, +1 for a one and -1 for a zero, from one of: a shift
 // register, a fixed pattern, random 8B/10B code groups, random bits, or a

@@ -1,4 +1,4 @@
-#include "stimulus/UsbCompliance.h"
+#include "core/stimulus/UsbCompliance.h"
 
 #include <array>
 #include <string_view>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "stimulus/StimulusData.h"
+#include "core/stimulus/StimulusData.h"
 
 namespace kv {
 

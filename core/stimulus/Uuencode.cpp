@@ -1,6 +1,6 @@
-#include "stimulus/Uuencode.h"
+#include "core/stimulus/Uuencode.h"
 
-#include "shared/TextLines.h"
+#include "core/shared/TextLines.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "via/NumberText.h"
+#include "core/via/NumberText.h"
 
 #include <array>
 #include <charconv>

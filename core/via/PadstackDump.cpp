@@ -1,12 +1,12 @@
-#include "via/PadstackDump.h"
+#include "core/via/PadstackDump.h"
 
 #include <ostream>
 #include <sstream>
 #include <string>
 #include <system_error>
 
-#include "shared/FileIo.h"
-#include "via/NumberText.h"
+#include "core/shared/FileIo.h"
+#include "core/via/NumberText.h"
 
 namespace kv {
 namespace {

@@ -1,12 +1,12 @@
-#include "via/ViaSpiceExport.h"
+#include "core/via/ViaSpiceExport.h"
 
-#include "shared/LocalTime.h"
+#include "core/shared/LocalTime.h"
 
 #include <fstream>
 
-#include "shared/FileIo.h"
-#include "shared/MessagePort.h"
-#include "via/ViaSpiceWriter.h"
+#include "core/ports/MessagePort.h"
+#include "core/shared/FileIo.h"
+#include "core/via/ViaSpiceWriter.h"
 
 namespace kv {
 namespace {
@@ -69,7 +69,7 @@ SpiceExportOutcome ExportViaToSpice(const SpiceExportInput* input, const SpiceEx
     if (input == nullptr) {
         return SpiceExportOutcome::NoData;
     }
-    SaveFileQuery query;
+    FileQuery query;
     query.defaultFileName = DefaultSpiceFileName(*input, names);
     query.defaultExtension = std::string(kSpiceDefaultExtension);
     query.filter = std::string(kSpiceFileFilter);
@@ -78,7 +78,7 @@ SpiceExportOutcome ExportViaToSpice(const SpiceExportInput* input, const SpiceEx
     if (!chosen) {
         return SpiceExportOutcome::Cancelled;
     }
-    const std::filesystem::path path = chosen->directory / chosen->fileName;
+    const std::filesystem::path path = chosen->Path();
     if (FileExists(path) && !OverwriteConfirmed(path.string())) {
         return SpiceExportOutcome::Refused;
     }

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <ctime>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include "via/ViaSpiceModel.h"
+#include "core/ports/FileChooser.h"
+#include "core/via/ViaSpiceModel.h"
 
 // The "Export to Spice" command of the via visualizer: ask for a file, confirm an overwrite,
 // write the subcircuit. The file dialog is a port so that the command runs and is tested
@@ -18,26 +18,6 @@ inline constexpr std::string_view kSpiceDefaultExtension = "cir";
 inline constexpr std::string_view kSpiceFileFilter = "SPICE files (*.cir;*.inc)|*.cir; *.inc||";
 inline constexpr std::string_view kSpiceExportCaption = "Export to Spice";
 inline constexpr std::string_view kOverwriteCaption = "Warning";
-
-// What a save-file dialog is asked to show.
-struct SaveFileQuery {
-    std::string defaultFileName;
-    std::string defaultExtension;
-    std::string filter;  // "Name (*.a;*.b)|*.a; *.b||" form
-    bool hideReadOnly = true;
-};
-
-struct ChosenFile {
-    std::filesystem::path directory;
-    std::string fileName;
-};
-
-class IFileChooser {
-public:
-    virtual ~IFileChooser() = default;
-    // The file the user chose, or nothing when the dialog was not closed with OK.
-    virtual std::optional<ChosenFile> ChooseSaveFile(const SaveFileQuery& query) = 0;
-};
 
 // The names the via control holds for its export.
 struct SpiceExportNames {

@@ -1,4 +1,4 @@
-#include "via/ViaSpiceModel.h"
+#include "core/via/ViaSpiceModel.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-#include "via/ViaSpiceWriter.h"
+#include "core/via/ViaSpiceWriter.h"
 
 #include <array>
 #include <iterator>
@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "shared/Misc_String.h"
-#include "via/NumberText.h"
+#include "core/shared/Misc_String.h"
+#include "core/via/NumberText.h"
 
 namespace kv {
 namespace {

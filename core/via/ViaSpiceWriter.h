@@ -3,7 +3,7 @@
 #include <iosfwd>
 #include <string>
 
-#include "via/ViaSpiceModel.h"
+#include "core/via/ViaSpiceModel.h"
 
 namespace kv {
 

@@ -1,4 +1,4 @@
-#include "via/ViaVizData.h"
+#include "core/via/ViaVizData.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,8 +1,8 @@
-#include "progress/OwnerWindowLock.h"
+#include "ui/progress/OwnerWindowLock.h"
 
 #include <utility>
 
-namespace kv {
+namespace kv::ui {
 
 OwnerWindowLock::OwnerWindowLock(QWidget* owner) {
     if (owner == nullptr) {
@@ -63,4 +63,4 @@ void OwnerWindowLock::ReleaseRoot() {
     m_disabledRoot = nullptr;
 }
 
-}  // namespace kv
+}  // namespace kv::ui

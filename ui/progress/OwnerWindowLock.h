@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <QWidget>
 
-namespace kv {
+namespace kv::ui {
 
 // While a progress dialog is up, the windows it belongs to take no input:
 // the owner's top-level window and, above it, the root of its parent chain.
@@ -34,4 +34,4 @@ private:
     QPointer<QWidget> m_disabledRoot;
 };
 
-}  // namespace kv
+}  // namespace kv::ui

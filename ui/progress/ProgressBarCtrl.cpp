@@ -1,14 +1,14 @@
-#include "progress/ProgressBarCtrl.h"
+#include "ui/progress/ProgressBarCtrl.h"
 
 #include <QFontInfo>
 #include <QFontMetrics>
 #include <QPainter>
 
-#include "progress/ProgressBarGeometry.h"
-#include "shared/ControlIds.h"
-#include "shared/HostParentGuard.h"
+#include "core/progress/ProgressBarGeometry.h"
+#include "ui/shared/ControlIds.h"
+#include "ui/shared/HostParentGuard.h"
 
-namespace kv {
+namespace kv::ui {
 namespace {
 
 // Dark blue done part on white: the usual look of a busy bar, and the two
@@ -111,4 +111,4 @@ void CProgressBarCtrl::paintEvent(QPaintEvent* /*event*/) {
     paintPart(layout.remaining, empty, fill);
 }
 
-}  // namespace kv
+}  // namespace kv::ui

@@ -5,7 +5,7 @@
 
 #include "kvcomctl/IProgress.h"
 
-namespace kv {
+namespace kv::ui {
 
 // A percentage bar: the done part in the fill colour, the rest in the empty
 // colour, and the number drawn over both, inverted where the bar has passed
@@ -42,4 +42,4 @@ private:
     bool m_noPercentSign = false;
 };
 
-}  // namespace kv
+}  // namespace kv::ui

@@ -1,4 +1,4 @@
-#include "progress/ProgressDlg.h"
+#include "ui/progress/ProgressDlg.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -9,14 +9,14 @@
 #include <QScreen>
 #include <QTimer>
 
-#include "progress/DelayedShow.h"
-#include "progress/ProgressClock.h"
-#include "progress/ProgressDialogTemplate.h"
-#include "progress/QuitRequestCatcher.h"
-#include "shared/ControlIds.h"
-#include "shared/HostParentGuard.h"
+#include "core/ports/Clock.h"
+#include "core/progress/DelayedShow.h"
+#include "core/progress/ProgressDialogTemplate.h"
+#include "ui/progress/QuitRequestCatcher.h"
+#include "ui/shared/ControlIds.h"
+#include "ui/shared/HostParentGuard.h"
 
-namespace kv {
+namespace kv::ui {
 namespace {
 
 QRect ToQRect(const DialogRect& rect) {
@@ -25,8 +25,8 @@ QRect ToQRect(const DialogRect& rect) {
 
 }  // namespace
 
-CProgressDlg::CProgressDlg(const IProgressClock* clock)
-    : m_clock(clock != nullptr ? clock : &DefaultProgressClock()), m_delayTimer(new QTimer(this)) {
+CProgressDlg::CProgressDlg(const IClock* clock)
+    : m_clock(clock != nullptr ? clock : &DefaultClock()), m_delayTimer(new QTimer(this)) {
     // Only a title bar and a close button, which EnableCancel can take away.
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowCloseButtonHint);
@@ -274,4 +274,4 @@ void CProgressDlg::OnCancel() {
     }
 }
 
-}  // namespace kv
+}  // namespace kv::ui

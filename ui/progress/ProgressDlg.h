@@ -6,16 +6,18 @@
 #include <string>
 
 #include "kvcomctl/IProgress.h"
-#include "progress/OwnerWindowLock.h"
-#include "progress/ProgressReport.h"
+#include "ui/progress/OwnerWindowLock.h"
+#include "ui/progress/ProgressReport.h"
 
 class QLabel;
 class QPushButton;
 class QTimer;
 
 namespace kv {
+class IClock;
+}
 
-class IProgressClock;
+namespace kv::ui {
 
 // A modeless progress dialog over a host window: two text lines, a bar and a
 // Cancel button. While it is up the host's window takes no input; the host's
@@ -25,7 +27,7 @@ class IProgressClock;
 class CProgressDlg : public QDialog, public IProgressDialogInterface {
     Q_OBJECT
 public:
-    explicit CProgressDlg(const IProgressClock* clock = nullptr);
+    explicit CProgressDlg(const IClock* clock = nullptr);
     ~CProgressDlg() override;
 
     bool CreateAt(QWidget* owner, uint32_t delayMs, int x, int y) override;
@@ -64,7 +66,7 @@ private:
     QString CancelButtonText() const;
 
     CProgressReport m_report;
-    const IProgressClock* m_clock;
+    const IClock* m_clock;
     QPushButton* m_cancelButton = nullptr;
     QPointer<QWidget> m_owner;
     OwnerWindowLock m_ownerLock;
@@ -80,4 +82,4 @@ private:
     int32_t m_cancelValue = 0;
 };
 
-}  // namespace kv
+}  // namespace kv::ui

@@ -1,13 +1,13 @@
-#include "progress/ProgressReport.h"
+#include "ui/progress/ProgressReport.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "progress/ProgressBarCtrl.h"
-#include "progress/ProgressTextUpdate.h"
-#include "shared/ControlIds.h"
+#include "core/progress/ProgressTextUpdate.h"
+#include "ui/progress/ProgressBarCtrl.h"
+#include "ui/shared/ControlIds.h"
 
-namespace kv {
+namespace kv::ui {
 
 CProgressReport::CProgressReport() : m_bar(std::make_unique<CProgressBarCtrl>()) {}
 
@@ -137,4 +137,4 @@ bool CProgressReport::AnyControlExists() const {
     return m_first.control != nullptr || m_second.control != nullptr || m_barPlaceholder != nullptr;
 }
 
-}  // namespace kv
+}  // namespace kv::ui

@@ -9,7 +9,7 @@
 class QLabel;
 class QLayout;
 
-namespace kv {
+namespace kv::ui {
 
 class CProgressBarCtrl;
 
@@ -58,4 +58,4 @@ private:
     IProgressDialogInterface* m_owner = nullptr;
 };
 
-}  // namespace kv
+}  // namespace kv::ui

@@ -1,9 +1,9 @@
-#include "progress/QuitRequestCatcher.h"
+#include "ui/progress/QuitRequestCatcher.h"
 
 #include <QCoreApplication>
 #include <QEvent>
 
-namespace kv {
+namespace kv::ui {
 
 QuitRequestCatcher::QuitRequestCatcher() {
     if (QCoreApplication* app = QCoreApplication::instance()) {
@@ -31,4 +31,4 @@ bool QuitRequestCatcher::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
-}  // namespace kv
+}  // namespace kv::ui

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-namespace kv {
+namespace kv::ui {
 
 // Holds back a request to quit the application that arrives while the
 // progress dialog pumps events inside the host's long job: the job is
@@ -25,4 +25,4 @@ private:
     bool m_quitRequested = false;
 };
 
-}  // namespace kv
+}  // namespace kv::ui

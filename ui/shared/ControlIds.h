@@ -5,7 +5,7 @@
 #include <QWidget>
 #include <cstdint>
 
-#include "shared/ColorRef.h"
+#include "core/shared/ColorRef.h"
 
 // Controls keep the numeric ids the host knows them by as their objectName,
 // "ctl<id>", so a host, a test or the library itself finds a dialog's

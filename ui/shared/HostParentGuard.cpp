@@ -1,4 +1,4 @@
-#include "shared/HostParentGuard.h"
+#include "ui/shared/HostParentGuard.h"
 
 #include <QEvent>
 #include <QWidget>

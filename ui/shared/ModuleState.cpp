@@ -1,4 +1,4 @@
-#include "shared/ModuleState.h"
+#include "ui/shared/ModuleState.h"
 
 #include <QApplication>
 #include <QThread>

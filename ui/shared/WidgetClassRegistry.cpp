@@ -1,4 +1,4 @@
-#include "shared/WidgetClassRegistry.h"
+#include "ui/shared/WidgetClassRegistry.h"
 
 #include <QStringList>
 

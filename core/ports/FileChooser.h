@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+// The common file dialogs, as a port: commands that open or save a file ask
+// through it, so they run and are tested without a window system. The Qt
+// adapter shows a QFileDialog; tests answer from a script.
+
+namespace kv {
+
+// What a file dialog is asked to show.
+struct FileQuery {
+    std::string title;             // empty: the dialog's own title
+    std::string defaultFileName;   // proposed name, may include a folder
+    std::string defaultExtension;  // appended when the user types a name without one
+    // "Name (*.a;*.b)|*.a; *.b|All Files (*.*)|*.*||": description and
+    // patterns alternate, separated by '|'.
+    std::string filter;
+    bool hideReadOnly = true;
+};
+
+struct ChosenFile {
+    std::filesystem::path directory;
+    std::string fileName;
+
+    std::filesystem::path Path() const { return directory / fileName; }
+};
+
+class IFileChooser {
+public:
+    virtual ~IFileChooser() = default;
+    // The file the user chose, or nothing when the dialog was not closed with OK.
+    virtual std::optional<ChosenFile> ChooseOpenFile(const FileQuery& query) = 0;
+    virtual std::optional<ChosenFile> ChooseSaveFile(const FileQuery& query) = 0;
+};
+
+}  // namespace kv

@@ -1,0 +1,61 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/TestSupport.h"
+
+namespace {
+
+// Every run keeps its settings (the jitter seed) inside the test's folder.
+CommandResult Cli(const std::string& arguments, const TestFolder& folder) {
+    return RunCli(arguments, "XDG_CONFIG_HOME=" + folder.File("config"));
+}
+
+TEST(SequenceCli, EveryKindPrintsOrWritesBits) {
+    TestFolder folder;
+    EXPECT_EQ(Cli("sequence prbs --degree 3", folder).out, "0010111\n");
+    EXPECT_EQ(Cli("sequence prbs --degree 3 --init 1", folder).out, "1101000\n");
+    EXPECT_EQ(Cli("sequence toggle --init 1", folder).out, "01\n");
+    EXPECT_EQ(Cli("sequence usb", folder).out.size(), 331u);
+    EXPECT_EQ(Cli("sequence random --count 64 --seed 3", folder).out,
+              Cli("sequence random --count 64 --seed 3", folder).out);
+    // Without a positive seed the fixed seed is used.
+    EXPECT_EQ(Cli("sequence 8b10b --cycles 5", folder).out,
+              Cli("sequence 8b10b --cycles 5 --seed 91847437", folder).out);
+    EXPECT_EQ(Cli("sequence 8b10b --cycles 5", folder).out.size(), 51u);
+    EXPECT_EQ(Cli("sequence random", folder).status, 2);
+    EXPECT_EQ(Cli("sequence bogus", folder).status, 2);
+
+    const std::string file = folder.File("code.bit");
+    EXPECT_EQ(Cli("sequence 8b10b --cycles 2000 --seed 8 -o " + file, folder).status, 0);
+    EXPECT_EQ(ReadText(file).size(), 20000u);
+    EXPECT_EQ(Cli("check-8b10b " + file, folder).out, "ok\n");
+    const CommandResult shifted = Cli("check-8b10b " + file + " --start 4", folder);
+    EXPECT_EQ(shifted.status, 1);
+    EXPECT_EQ(shifted.out, "Running parity rule violated\n");
+    EXPECT_EQ(Cli("check-8b10b " + file + " --start 5", folder).out,
+              "Invalid start group size: must be 4 or 6\n");
+    EXPECT_EQ(Cli("check-8b10b " + folder.File("missing.bit"), folder).status, 1);
+    EXPECT_EQ(Cli("sequence usb -o " + folder.File("no/such/dir.bit"), folder).status, 1);
+}
+
+TEST(SequenceCli, StimulusFilesThroughLoadAndSave) {
+    TestFolder folder;
+    const std::string file = folder.File("stim.ini");
+    EXPECT_EQ(Cli("stimulus new " + file, folder).status, 0);
+    EXPECT_EQ(
+        Cli("stimulus set " + file + " cyclecount=8 PERIOD=2.5 SEQTYPE=4 BITSEQUENCE=0110", folder)
+            .status,
+        0);
+    const std::string shown = Cli("stimulus show " + file, folder).out;
+    EXPECT_EQ(shown.substr(0, 13), "CYCLECOUNT=8\n");
+    EXPECT_NE(shown.find("\nPERIOD=2.5\n"), std::string::npos);
+    EXPECT_NE(shown.find("\nSEQUENCELENGTH=4\n"), std::string::npos);
+    EXPECT_NE(shown.find("\nBITSEQUENCE=0110\n"), std::string::npos);
+    const std::string before = ReadText(file);
+    EXPECT_EQ(Cli("stimulus set " + file + " DUTYCYCLE=100", folder).status, 1);
+    EXPECT_EQ(Cli("stimulus set " + file + " NOSUCHKEY=1", folder).status, 2);
+    EXPECT_EQ(ReadText(file), before);
+}
+
+}  // namespace

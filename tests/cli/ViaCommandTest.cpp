@@ -1,0 +1,126 @@
+// kvcomctl spice and padstack-dump on the example boards and on broken descriptions.
+
+#include <gtest/gtest.h>
+
+#include "tests/support/TestSupport.h"
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string_view>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string ReadAll(const fs::path& path) {
+    return ReadText(path.string());
+}
+
+class ViaCommand : public ::testing::Test {
+protected:
+    // Runs kvcomctl with `arguments`; keeps its outputs in m_output and m_error.
+    int Run(const std::string& arguments) {
+        const CommandResult result = RunCli(arguments);
+        m_output = result.out;
+        m_error = result.err;
+        return result.status;
+    }
+
+    fs::path Example(const std::string& name) { return fs::path(KV_EXAMPLES_DIR) / name; }
+
+    // Writes `json` as a description and returns its path.
+    fs::path Description(const std::string& json) {
+        const fs::path path = m_folder.Path() / "via.json";
+        std::ofstream(path) << json;
+        return path;
+    }
+
+    TestFolder m_folder;
+    std::string m_error;
+    std::string m_output;
+};
+
+// The header names the time of the export: "*    generated YYYY-MM-DD HH:MM:SS     *".
+std::string WithoutTime(const std::string& text) {
+    constexpr std::string_view kPrefix = "*    generated ";
+    constexpr std::string_view kShape = "dddd-dd-dd dd:dd:dd     *\n";
+    const std::size_t at = text.find(kPrefix);
+    if (at == std::string::npos) {
+        return text;
+    }
+    const std::size_t stamp = at + kPrefix.size();
+    for (std::size_t i = 0; i < kShape.size(); ++i) {
+        const char c = stamp + i < text.size() ? text[stamp + i] : '\0';
+        if (kShape[i] == 'd' ? (c < '0' || c > '9') : c != kShape[i]) {
+            return text;
+        }
+    }
+    return text.substr(0, stamp) + "<time>" + text.substr(stamp + kShape.size() - 7);
+}
+
+// Everything but the time must match to the byte.
+void ExpectSameBesidesTheTime(const std::string& actual, const std::string& expected) {
+    EXPECT_EQ(WithoutTime(actual), WithoutTime(expected));
+    EXPECT_NE(WithoutTime(actual), actual) << "no time stamp in\n" << actual;
+}
+
+TEST_F(ViaCommand, ExampleBoardsGiveTheHandWrittenSubcircuitsAndDump) {
+    for (const std::string name : {"via_signal_6layer", "via_pair_6layer"}) {
+        const fs::path output = m_folder.Path() / (name + ".cir");
+        ASSERT_EQ(Run("spice " + Example(name + ".json").string() + " -o " + output.string()), 0)
+            << m_error;
+        ExpectSameBesidesTheTime(ReadAll(output),
+                                 ReadAll(fs::path(KV_TEST_DATA_DIR) / (name + ".cir")));
+    }
+    ASSERT_EQ(Run("padstack-dump " + Example("via_signal_6layer.json").string()), 0) << m_error;
+    EXPECT_EQ(m_output, ReadAll(fs::path(KV_TEST_DATA_DIR) / "via_signal_6layer.dmp"));
+
+    ASSERT_EQ(Run("padstack-dump " + Example("via_signal_6layer.json").string() + " -o " +
+                  m_folder.Path().string()),
+              0);
+    EXPECT_EQ(ReadAll(m_folder.Path() / "ViaVizData.dmp"),
+              ReadAll(fs::path(KV_TEST_DATA_DIR) / "via_signal_6layer.dmp"));
+}
+
+TEST_F(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
+    const std::string board = ReadAll(Example("via_signal_6layer.json"));
+    const struct {
+        std::string from, to, message;
+    } cases[] = {
+        {"\"drill\": 2.54e-4", "\"drill\": \"wide\"", "vias[0].padstack.drill: must be a number"},
+        {"\"drill\": 2.54e-4", "\"dril\": 2.54e-4", "vias[0].padstack.dril: unknown field"},
+        {"\"ports\": [\"TOP\", \"SIG4\"]", "\"ports\": [\"TOP\", \"SIG9\"]",
+         "vias[0].ports[1]: no stackup layer is named \"SIG9\""},
+        {"\"ports\": [\"TOP\", \"SIG4\"]", "\"ports\": [\"TOP\", 1]",
+         "vias[0].ports[1]: layer \"PREPREG1\" is a dielectric"},
+        {"\"to\": 10,", "\"to\": 11,", "vias[0].elements[8].to: layer index 11 is outside"},
+        {"\"shape\": \"oval\"", "\"shape\": \"egg\"", "vias[0].padstack.pads[10].shape: \"egg\""},
+        {"{\"type\": \"none\"},\n", "", "vias[0].padstack.pads: needs one pad per stackup layer"},
+        {"\"pair\": false", "\"pair\": true", "vias: a pair needs exactly two vias"},
+        {"\"kind\": \"dielectric\",", "\"kind\": \"air\",", "stackup[9].kind: \"air\""},
+        {"\"subcircuit\": \"VIA_TOP_SIG4\",", "", "subcircuit: missing"},
+        {"]\n}", "", "not valid JSON"},
+    };
+    for (const auto& broken : cases) {
+        std::string json = board;
+        const std::size_t at = json.rfind(broken.from);
+        ASSERT_NE(at, std::string::npos) << broken.from;
+        json.replace(at, broken.from.size(), broken.to);
+        const fs::path output = m_folder.Path() / "out.cir";
+        EXPECT_EQ(Run("spice " + Description(json).string() + " -o " + output.string()), 1)
+            << broken.message;
+        EXPECT_NE(m_error.find(broken.message), std::string::npos) << broken.message << "\n"
+                                                                   << m_error;
+        EXPECT_FALSE(fs::exists(output)) << broken.message;
+    }
+    EXPECT_EQ(Run("spice " + (m_folder.Path() / "absent.json").string()), 1);
+    EXPECT_NE(m_error.find("cannot read"), std::string::npos);
+    EXPECT_EQ(Run("spice"), 2);
+    EXPECT_EQ(Run("spice " + Example("via_signal_6layer.json").string() + " -o " +
+                  (m_folder.Path() / "missing" / "x.cir").string()),
+              1);
+    EXPECT_NE(m_error.find("Cannot open file"), std::string::npos);
+}
+
+}  // namespace

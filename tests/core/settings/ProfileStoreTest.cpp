@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <filesystem>
+
+#include "core/settings/IniDocument.h"
+#include "core/settings/ProfileStore.h"
+#include "core/settings/ValueText.h"
+#include "tests/support/TestSupport.h"
+
+namespace {
+
+TEST(IniDocument, PrivateProfileEditsKeepEverythingElse) {
+    kv::IniDocument doc(
+        "; comment\r\n[Other]\r\nA=1\r\n\r\n[Main]\r\nkey=old\r\nX = "
+        "2\r\nKEY=last\r\n\r\n[Tail]\r\nB=3\r\n");
+    EXPECT_EQ(doc.Get("main", "Key"), "last");  // the last of equal keys
+    EXPECT_EQ(doc.Get("MAIN", "x"), "2");
+    EXPECT_FALSE(doc.Get("Main", "missing"));
+    EXPECT_FALSE(doc.Get("Nowhere", "A"));
+    doc.Set("MAIN", "key", "new");
+    doc.Set("Main", "Added", "v");
+    doc.Set("Fresh", "C", "4");
+    EXPECT_EQ(
+        doc.Text(),
+        "; comment\n[Other]\nA=1\n\n[Main]\nkey=old\nX = 2\nkey=new\nAdded=v\n\n[Tail]\nB=3\n\n"
+        "[Fresh]\nC=4\n");
+    EXPECT_EQ(*doc.Section("main"),
+              (std::vector<std::string>{"key=old", "X = 2", "key=new", "Added=v"}));
+
+    // Multi-line values continue on indented lines and come back joined.
+    doc.Set("Main", "Multi", "L1\r\nL2\r\n[L3\r\n");
+    EXPECT_EQ(doc.Get("Main", "multi"), "L1\r\nL2\r\n[L3");
+    EXPECT_EQ(kv::IniDocument(doc.Text()).Get("Main", "multi"), "L1\r\nL2\r\n[L3");
+    doc.Set("Main", "Multi", "one");
+    EXPECT_EQ(doc.Get("Main", "Multi"), "one");
+    EXPECT_EQ(doc.Text().find("L2"), std::string::npos);
+}
+
+TEST(ProfileStore, KeyedStoreUnderTheConfigurationFolder) {
+    TestFolder folder;
+    const ScopedEnvironment xdg("XDG_CONFIG_HOME", folder.File("xdg").c_str());
+    EXPECT_EQ(kv::ConfigDirectory(), folder.File("xdg"));
+    const kv::AppProfile profile = kv::AppProfile::Keyed("Velmorine");
+    EXPECT_EQ(kv::ProfileFilePath(profile), folder.File("xdg") + "/Velmorine/KVComCtl.ini");
+    {
+        auto store = kv::OpenProfileStore(profile);
+        EXPECT_EQ(kv::GetProfileInt(*store, "S", "n", 42), 42);
+        EXPECT_TRUE(kv::WriteProfileInt(*store, "S", "n", -17));
+        EXPECT_TRUE(kv::WriteProfileString(*store, "S", "t", "12abc"));
+        EXPECT_TRUE(kv::WriteProfileString(*store, "S", "w", "abc"));
+    }
+    auto again = kv::OpenProfileStore(profile);
+    EXPECT_EQ(kv::GetProfileInt(*again, "s", "N", 0), -17);
+    EXPECT_EQ(kv::GetProfileInt(*again, "S", "t", 0), 12);
+    EXPECT_EQ(kv::GetProfileInt(*again, "S", "w", 5), 0);
+    EXPECT_EQ(kv::GetProfileString(*again, "S", "none", "dflt"), "dflt");
+    // A key may not leave the configuration folder.
+    EXPECT_EQ(kv::ProfileFilePath(kv::AppProfile::Keyed("../escape")), "");
+    EXPECT_FALSE(
+        kv::OpenProfileStore(kv::AppProfile::Keyed("../escape"))->WriteString("S", "k", "v"));
+    // Before start-up sets a key the store is still in the configuration
+    // folder, never the working folder; a file profile is the file itself.
+    EXPECT_EQ(kv::ProfileFilePath({}), folder.File("xdg") + "/KVComCtl.ini");
+    EXPECT_EQ(kv::ProfileFilePath(kv::AppProfile::File("rel.ini")), "rel.ini");
+    const ScopedEnvironment noXdg("XDG_CONFIG_HOME", nullptr);
+    const ScopedEnvironment home("HOME", folder.Path().c_str());
+    EXPECT_EQ(kv::ProfileFilePath({}), folder.File(".config") + "/KVComCtl.ini");
+}
+
+TEST(ValueText, PrefixesLikeTheCLibraryInAnyLocale) {
+    EXPECT_EQ(kv::ParseIntPrefix("  -42xyz"), -42);
+    EXPECT_EQ(kv::ParseIntPrefix("+7"), 7);
+    EXPECT_FALSE(kv::ParseIntPrefix("x1"));
+    EXPECT_FALSE(kv::ParseIntPrefix("-"));
+    EXPECT_EQ(kv::ParseIntPrefix("99999999999"), 2147483647);
+    EXPECT_EQ(kv::ParseIntPrefix("-99999999999"), -2147483647 - 1);
+    EXPECT_EQ(kv::ParseRealPrefix(" 2.5e3ns"), 2500.0);
+    EXPECT_EQ(kv::ParseRealPrefix("+.5"), 0.5);
+    EXPECT_EQ(kv::ParseRealPrefix("0x10"), 16.0);
+    EXPECT_EQ(kv::ParseRealPrefix("1e999"), HUGE_VAL);
+    EXPECT_EQ(kv::ParseRealPrefix("1e-999"), 0.0);
+    EXPECT_FALSE(kv::ParseRealPrefix("+-1"));
+    EXPECT_FALSE(kv::ParseRealPrefix("abc"));
+    EXPECT_EQ(kv::ParseRealOrZero("abc"), 0.0);
+    EXPECT_EQ(kv::FormatReal(3.3), "3.3");
+    EXPECT_EQ(kv::FormatReal(1.0 / 3), "0.333333333333333");
+    EXPECT_EQ(kv::FormatReal(1e20), "1e+20");
+    EXPECT_EQ(kv::FormatReal(50), "50");
+    if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr) {
+        EXPECT_EQ(kv::FormatReal(2.5), "2.5");
+        EXPECT_EQ(kv::ParseRealPrefix("2.5"), 2.5);
+        std::setlocale(LC_NUMERIC, "C");
+    }
+}
+
+}  // namespace

@@ -1,0 +1,57 @@
+#include <gtest/gtest.h>
+
+#include "core/stimulus/EyeMask.h"
+
+namespace {
+
+TEST(EyeMask, DefaultPassesEveryRuleAndEqualNeighboursPass) {
+    EYEMASK mask = kv::DefaultEyeMask();
+    EXPECT_FALSE(kv::FindMaskOrderError(mask).has_value());
+    EXPECT_TRUE(kv::MaskPlacementAcceptedOnOpen(mask));
+    mask.PTopMin = mask.PTopMax;
+    mask.TRiseDelay = mask.TFallDelay;
+    EXPECT_FALSE(kv::FindMaskOrderError(mask).has_value());
+}
+
+TEST(EyeMask, FirstBrokenRuleIsReported) {
+    EYEMASK mask = kv::DefaultEyeMask();
+    mask.PTopMin = 2.0;  // below the crossing level of 2.5
+    EXPECT_EQ(kv::FindMaskOrderError(mask), "Ptop min value less than Pcross value");
+    mask.PTopMax = 1.0;  // now the first rule breaks too and wins
+    EXPECT_EQ(kv::FindMaskOrderError(mask), "Ptop max value less than Ptop min value");
+
+    mask = kv::DefaultEyeMask();
+    mask.TCross2Max = 99;
+    EXPECT_EQ(kv::FindMaskOrderError(mask), "Tcross2 min value greater than Tcross2 max value");
+    mask = kv::DefaultEyeMask();
+    mask.TFallDelay = 15;
+    EXPECT_EQ(kv::FindMaskOrderError(mask), "Rise delay value greater than Fall delay value");
+}
+
+TEST(EyeMask, OpeningCheckIgnoresTheUpperVoltageScale) {
+    EYEMASK mask = kv::DefaultEyeMask();
+    mask.ScaleVolt = 3.0;
+    EXPECT_TRUE(kv::MaskPlacementAcceptedOnOpen(mask));
+    mask.ScaleVolt = 0.4;
+    EXPECT_FALSE(kv::MaskPlacementAcceptedOnOpen(mask));
+    mask = kv::DefaultEyeMask();
+    mask.ScaleTime = 3.0;
+    EXPECT_FALSE(kv::MaskPlacementAcceptedOnOpen(mask));
+    mask = kv::DefaultEyeMask();
+    mask.OffsetVolt = -10.5;
+    EXPECT_FALSE(kv::MaskPlacementAcceptedOnOpen(mask));
+    mask.OffsetVolt = -10;
+    mask.OffsetTime = 1000;
+    EXPECT_TRUE(kv::MaskPlacementAcceptedOnOpen(mask));
+}
+
+TEST(EyeMask, NameKeepsTwentyCharacters) {
+    EYEMASK mask = kv::DefaultEyeMask();
+    kv::SetMaskName(mask, "ABCDEFGHIJKLMNOPQRSTU");
+    EXPECT_EQ(kv::MaskName(mask), "ABCDEFGHIJKLMNOPQRST");
+    EXPECT_EQ(mask.MaskName[20], '\0');
+    kv::SetMaskName(mask, "PCIe");
+    EXPECT_EQ(kv::MaskName(mask), "PCIe");
+}
+
+}  // namespace

@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <set>
+#include <vector>
+
+#include "core/stimulus/RegisterFill.h"
+#include "core/stimulus/ShiftRegister.h"
+
+namespace {
+
+using kv::ShiftRegister;
+
+TEST(ShiftRegister, StartsFromHalfDegreeOnesAndClampsTheDegree) {
+    EXPECT_EQ(ShiftRegister(3).state, 1u);
+    EXPECT_EQ(ShiftRegister(5).state, 3u);
+    EXPECT_EQ(ShiftRegister(7).state, 7u);
+    EXPECT_EQ(ShiftRegister(2).degree, 3u);
+    EXPECT_EQ(ShiftRegister(40).degree, 32u);
+    EXPECT_EQ(ShiftRegister(40).tapMask, ShiftRegister(32).tapMask);
+    // Taps 5 and 3 of degree 5 set bits 0 and 2.
+    EXPECT_EQ(ShiftRegister(5).tapMask, 0b101u);
+}
+
+// A maximal-length register visits every non-zero state once per period, so
+// its state first returns to the start after exactly 2^degree - 1 steps.
+TEST(ShiftRegister, EveryTapSetHasMaximalPeriod) {
+    for (int degree = 3; degree <= 22; ++degree) {
+        ShiftRegister reg(degree);
+        const uint32_t start = reg.state;
+        const uint64_t period = (uint64_t{1} << degree) - 1;
+        uint64_t steps = 0;
+        do {
+            reg.Step();
+            ++steps;
+        } while (reg.state != start && steps <= period);
+        EXPECT_EQ(steps, period) << "degree " << degree;
+    }
+}
+
+std::vector<uint8_t> Stepwise(int degree, std::size_t count, bool invert) {
+    std::vector<uint8_t> out(count);
+    kv::FillRegisterOutputStepwise(degree, out, invert);
+    return out;
+}
+
+std::vector<uint8_t> Blockwise(int degree, std::size_t count, bool invert) {
+    std::vector<uint8_t> out(count, 0xAA);
+    kv::FillRegisterOutput(degree, out, invert);
+    return out;
+}
+
+TEST(RegisterFill, BlockFillMatchesTheRegisterForEveryDegreeAndInversion) {
+    // Long enough to pass through every doubling stage into the final one.
+    for (int degree = 3; degree <= 32; ++degree) {
+        const std::size_t count = 140000 + static_cast<std::size_t>(degree) * 37;
+        for (bool invert : {false, true}) {
+            EXPECT_EQ(Blockwise(degree, count, invert), Stepwise(degree, count, invert))
+                << "degree " << degree << " invert " << invert;
+        }
+    }
+}
+
+TEST(RegisterFill, ShortBuffersAroundTheDegreeAreExact) {
+    for (int degree : {3, 12, 32}) {
+        for (std::size_t count :
+             {std::size_t{0}, std::size_t{1}, std::size_t(degree - 1), std::size_t(degree),
+              std::size_t(degree + 1), std::size_t(2 * degree + 3)}) {
+            EXPECT_EQ(Blockwise(degree, count, true), Stepwise(degree, count, true))
+                << "degree " << degree << " count " << count;
+        }
+    }
+}
+
+TEST(RegisterFill, FullPeriodOfDegree24MatchesAndRepeats) {
+    const int degree = 24;
+    const std::size_t period = (std::size_t{1} << degree) - 1;
+    const std::size_t count = period + 4096;
+    const auto fast = Blockwise(degree, count, false);
+    EXPECT_EQ(fast, Stepwise(degree, count, false));
+    for (std::size_t i = 0; i < 4096; ++i) {
+        ASSERT_EQ(fast[period + i], fast[i]) << "period breaks at " << i;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,399 @@
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+#include <cstdlib>
+
+#include <clocale>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "core/ports/MessagePort.h"
+#include "core/settings/ProfileStore.h"
+#include "core/shared/AppProfile.h"
+#include "core/stimulus/EyeMask.h"
+#include "core/stimulus/JitterSeed.h"
+#include "core/stimulus/SequenceType.h"
+#include "core/stimulus/StimulusData.h"
+#include "core/stimulus/StimulusPersistence.h"
+#include "core/stimulus/Uuencode.h"
+#include "tests/support/RecordingMessagePort.h"
+#include "tests/support/TestSupport.h"
+
+namespace {
+
+using kv::CStimulusData;
+
+// Every test runs with its own configuration folder and a recording port.
+class Persistence : public ::testing::Test {
+protected:
+    void SetUp() override { kv::ResetJitterSeedState(); }
+
+    std::string Ini(const std::string& body) {
+        const std::string path = m_folder.File("stim.ini");
+        WriteText(path, body);
+        return path;
+    }
+
+    TestFolder m_folder;
+    ScopedEnvironment m_config{"XDG_CONFIG_HOME", m_folder.File("config").c_str()};
+    kv::test::RecordingMessagePort m_messages;
+    kv::ScopedMessagePort m_port{m_messages};
+};
+
+kv::BitVector SomeBits(std::size_t count, unsigned salt) {
+    kv::BitVector bits(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        bits[i] = ((i * 2654435761u + salt) >> 7) & 1u;
+    }
+    return bits;
+}
+
+TEST_F(Persistence, FileRoundTripKeepsEveryKeyInOrder) {
+    CStimulusData data;
+    data.SetCycleCount(12);
+    data.SetSkipBits(3);
+    data.SetPeriod(0.1 + 0.2);  // 0.30000000000000004 has more digits than are kept
+    data.SetDutyCycle(47.5);
+    data.SetAddJitter(2, true);
+    data.SetJitterAsTime(1, true);
+    data.SetJitterRepeatable(false);
+    data.SetSineMag(1e-12);
+    data.SetSeqType(kv::seq::kCustom);
+    data.SetBitVector(SomeBits(100, 1));
+    kv::SetMaskName(*data.GetMask(), "PCIe");
+    data.GetMask()->OffsetVolt = -2.25;
+
+    const std::string path = m_folder.File("round.ini");
+    ASSERT_TRUE(data.Save(path.c_str(), true));
+    const std::string text = ReadText(path);
+    EXPECT_NE(text.find("[EYEDIAGRAM]\nCYCLECOUNT=12\nSKIPBITS=3\nEYECOUNT=1\nPERIOD=0.3\n"),
+              std::string::npos);
+    EXPECT_NE(text.find("SINEMAG=1e-12\n"), std::string::npos);
+    EXPECT_LT(text.find("POLYDEGREE="), text.find("SEQUENCELENGTH=100"));
+    EXPECT_LT(text.find("OFFSETVOLT=-2.25"), text.find("BITSEQUENCE="));
+
+    CStimulusData loaded;
+    loaded.m_description = "mine";
+    EXPECT_TRUE(loaded.Load(path.c_str(), true));
+    EXPECT_TRUE(m_messages.Requests().empty());
+    EXPECT_EQ(loaded.GetCycleCount(), 12);
+    EXPECT_EQ(loaded.GetPeriod(), 0.3);  // fifteen digits: the last bits are gone
+    EXPECT_TRUE(loaded.GetAddJitter(2));
+    EXPECT_TRUE(loaded.GetJitterAsTime(1));
+    EXPECT_FALSE(loaded.GetJitterRepeatable());
+    EXPECT_EQ(loaded.Bits(), data.Bits());
+    EXPECT_EQ(kv::MaskName(loaded.Mask()), "PCIe");
+    EXPECT_EQ(loaded.Mask().OffsetVolt, -2.25);
+    EXPECT_EQ(loaded.m_description, "mine");
+    EXPECT_EQ(kv::PersistedEntries(loaded), kv::PersistedEntries(data));
+    EXPECT_EQ(kv::PersistedEntries(data).size(), 45u);
+}
+
+TEST_F(Persistence, ChoosesTheStoreByLocationAndLeavesTheModuleProfile) {
+    kv::ModuleProfile().registryKey = "Velmorine";
+    CStimulusData data;
+    data.SetCycleCount(9);
+    ASSERT_TRUE(data.Save(nullptr, false));
+    data.SetCycleCount(11);
+    ASSERT_TRUE(data.Save("OtherHost", false));
+    EXPECT_EQ(kv::ModuleProfile().registryKey, "Velmorine");
+    EXPECT_EQ(kv::ModuleProfile().profileName, "KVComCtl");
+    EXPECT_TRUE(std::filesystem::exists(m_folder.File("config/Velmorine/KVComCtl.ini")));
+    EXPECT_TRUE(std::filesystem::exists(m_folder.File("config/OtherHost/KVComCtl.ini")));
+
+    CStimulusData fromModule;
+    fromModule.Load(nullptr, false);
+    EXPECT_EQ(fromModule.GetCycleCount(), 9);
+    CStimulusData fromKey;
+    fromKey.Load("OtherHost", false);
+    EXPECT_EQ(fromKey.GetCycleCount(), 11);
+    EXPECT_EQ(kv::ModuleProfile().registryKey, "Velmorine");
+    kv::ModuleProfile().registryKey.clear();
+}
+
+TEST_F(Persistence, FileRulesAgainstSettingsStoreRules) {
+    // Lower-case key, last duplicate wins, value blanks trimmed, ADDSINE=2
+    // leaves the default in a file.
+    const std::string path = Ini(
+        "[eyediagram]\ncyclecount=8\nPERIOD = 1.5e0 \nPERIOD=  2.5xyz\nADDSINE=2\nADDUNIFORM=1\n"
+        "MASKNAME=Custom\n");
+    CStimulusData fromFile;
+    fromFile.Load(path.c_str(), true);
+    EXPECT_EQ(fromFile.GetCycleCount(), 8);
+    EXPECT_EQ(fromFile.GetPeriod(), 2.5);
+    EXPECT_FALSE(fromFile.GetAddJitter(2));
+    EXPECT_TRUE(fromFile.GetAddJitter(1));
+    EXPECT_EQ(kv::MaskName(fromFile.Mask()), "Custom");
+
+    // The same values in the settings store: 2 reads true, a real that is
+    // no number reads 0.
+    const std::string keyed = m_folder.File("config/Keyed/KVComCtl.ini");
+    std::filesystem::create_directories(m_folder.File("config/Keyed"));
+    WriteText(keyed, "[EYEDIAGRAM]\nADDSINE=2\nPERIOD=abc\nDUTYCYCLE=40\n");
+    CStimulusData fromStore;
+    fromStore.Load("Keyed", false);
+    EXPECT_TRUE(fromStore.GetAddJitter(2));
+    // PERIOD 0 is still valid: only the duty cycle and counts are checked.
+    EXPECT_EQ(fromStore.GetPeriod(), 0.0);
+    EXPECT_EQ(fromStore.GetDutyCycle(), 40.0);
+
+    // Reals do not depend on the process locale.
+    if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr) {
+        CStimulusData german;
+        german.Load(path.c_str(), true);
+        EXPECT_EQ(german.GetPeriod(), 2.5);
+        EXPECT_EQ(kv::PersistedEntries(german)[3].second, "2.5");
+        std::setlocale(LC_NUMERIC, "C");
+    }
+}
+
+TEST_F(Persistence, InvalidDataRevertsButTheMaskIsKept) {
+    const std::string path = Ini("[EYEDIAGRAM]\nCYCLECOUNT=0\nPERIOD=7\nPTOPMAX=9.5\n");
+    CStimulusData data;
+    data.SetPeriod(1.0);
+    data.Load(path.c_str(), true);
+    ASSERT_EQ(m_messages.Requests().size(), 1u);
+    EXPECT_EQ(m_messages.Requests()[0].text,
+              "Invalid eye diagram data.\nReverting to default values.");
+    EXPECT_EQ(m_messages.Requests()[0].icon, kv::MessageIcon::Information);
+    EXPECT_EQ(data.GetCycleCount(), 4);
+    EXPECT_EQ(data.GetPeriod(), 3.3);
+    EXPECT_EQ(data.Mask().PTopMax, 9.5);
+
+    // PRBS of degree 7: a stored length of 127 loads, 100 reverts.
+    m_messages.Clear();
+    CStimulusData prbs;
+    prbs.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=0\nPOLYDEGREE=7\nSEQUENCELENGTH=127\n").c_str(), true);
+    EXPECT_TRUE(m_messages.Requests().empty());
+    EXPECT_EQ(prbs.GetBitCount(), 127);
+    prbs.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=0\nPOLYDEGREE=7\nSEQUENCELENGTH=100\n").c_str(), true);
+    EXPECT_EQ(m_messages.Requests().size(), 1u);
+    EXPECT_EQ(prbs.GetBitCount(), 31);
+
+    // Toggling gets its two bits; 8B/10B ten bits a cycle; USB needs 330.
+    CStimulusData toggling;
+    toggling.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=2\nINITSTATE=1\n").c_str(), true);
+    EXPECT_EQ(toggling.Bits(), (kv::BitVector{0, 1}));
+    CStimulusData code;
+    code.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=1\nCYCLECOUNT=6\n").c_str(), true);
+    EXPECT_EQ(code.GetBitCount(), 60);
+    m_messages.Clear();
+    CStimulusData usb;
+    usb.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=3\n").c_str(), true);
+    EXPECT_EQ(m_messages.Requests().size(), 1u);
+    // A huge cycle count with 8B/10B is refused without generating first.
+    usb.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=1\nCYCLECOUNT=2000000000\n").c_str(), true);
+    EXPECT_EQ(usb.GetCycleCount(), 4);
+}
+
+TEST_F(Persistence, CustomSequencesAsTextUuencodedAndCapped) {
+    for (std::size_t count : {2047u, 2048u, 40000u}) {
+        CStimulusData data;
+        data.SetSeqType(kv::seq::kCustom);
+        data.SetBitVector(SomeBits(count, static_cast<unsigned>(count)));
+        const std::string path = m_folder.File("custom" + std::to_string(count) + ".ini");
+        ASSERT_TRUE(data.Save(path.c_str(), true));
+        const std::string text = ReadText(path);
+        const std::size_t stored = std::min<std::size_t>(count, 32000);
+        EXPECT_NE(text.find("SEQUENCELENGTH=" + std::to_string(stored) + "\n"), std::string::npos);
+        if (count == 2047) {
+            EXPECT_NE(text.find("BITSEQUENCE=" + std::string(1, '0' + data.Bits()[0])),
+                      std::string::npos);
+            EXPECT_EQ(kv::EncodeBitSequence(data.Bits()).size(), 2047u);
+        }
+        if (count == 2048) {
+            // 258 bytes: five full lines and one of 33 bytes ('A').
+            EXPECT_NE(text.find("BITSEQUENCE=M"), std::string::npos);
+            EXPECT_NE(text.find("\n\tA"), std::string::npos);
+        }
+        CStimulusData loaded;
+        loaded.Load(path.c_str(), true);
+        EXPECT_TRUE(m_messages.Requests().empty());
+        EXPECT_EQ(loaded.Bits(),
+                  kv::BitVector(data.Bits().begin(),
+                                data.Bits().begin() + static_cast<std::ptrdiff_t>(stored)));
+    }
+}
+
+TEST_F(Persistence, UuencodedValueDecodesWithGnuUudecode) {
+    if (std::system("command -v uudecode >/dev/null 2>&1") != 0) {
+        GTEST_SKIP() << "uudecode (sharutils) is not installed";
+    }
+    for (std::size_t count : {2048u, 32000u}) {
+        CStimulusData data;
+        data.SetSeqType(kv::seq::kCustom);
+        data.SetBitVector(SomeBits(count, 7));
+        const std::string path = m_folder.File("uu.ini");
+        ASSERT_TRUE(data.Save(path.c_str(), true));
+        // The value as a plain INI reader returns it, wrapped as a file.
+        auto store = kv::OpenProfileStore(kv::AppProfile::File(path));
+        const std::string value = kv::GetProfileString(*store, "EYEDIAGRAM", "BITSEQUENCE", "");
+        const std::string encoded = m_folder.File("bits.uu");
+        const std::string decoded = m_folder.File("bits.bin");
+        WriteText(encoded, "begin 644 " + decoded + "\n" + value + "\n`\nend\n");
+        ASSERT_EQ(std::system(("uudecode -o " + decoded + " " + encoded).c_str()), 0);
+        const std::string bytes = ReadText(decoded);
+        const auto packed = kv::PackBits(data.Bits());
+        ASSERT_EQ(bytes.size(), count / 8 + 2);
+        EXPECT_TRUE(std::equal(packed.begin(), packed.end(), bytes.begin(),
+                               [](uint8_t a, char b) { return a == static_cast<uint8_t>(b); }));
+    }
+}
+
+TEST_F(Persistence, PlainIniReaderSeesTheSameKeysAndValues) {
+    if (std::system("command -v python3 >/dev/null 2>&1") != 0) {
+        GTEST_SKIP() << "python3 is not installed";
+    }
+    CStimulusData data;
+    data.SetSeqType(kv::seq::kCustom);
+    data.SetBitVector(SomeBits(5000, 3));
+    data.SetPeriod(1.0 / 3);
+    const std::string path = m_folder.File("plain.ini");
+    ASSERT_TRUE(data.Save(path.c_str(), true));
+    const std::string script = m_folder.File("read.py");
+    WriteText(script,
+              "import configparser, sys\n"
+              "p = configparser.RawConfigParser(interpolation=None)\n"
+              "p.optionxform = str\n"
+              "p.read(sys.argv[1])\n"
+              "for k, v in p.items('EYEDIAGRAM'):\n"
+              "    print(k + '=' + v.replace('\\n', '|'))\n");
+    std::string expected;
+    for (const auto& [key, value] : kv::PersistedEntries(data)) {
+        std::string flat;
+        std::string_view rest = value;
+        while (!rest.empty() && (rest.back() == '\n' || rest.back() == '\r')) {
+            rest.remove_suffix(1);
+        }
+        for (std::size_t i = 0; i < rest.size(); ++i) {
+            if (rest.substr(i, 2) == "\r\n") {
+                flat += '|';
+                ++i;
+            } else {
+                flat += rest[i];
+            }
+        }
+        expected += std::string(key) + "=" + flat + "\n";
+    }
+    EXPECT_EQ(RunShell("python3 " + script + " " + path).out, expected);
+}
+
+TEST_F(Persistence, BadInputGetsAClearOutcome) {
+    // A sequence text shorter than its length, and uuencoded text with
+    // characters outside the encoding or short lines: message and defaults.
+    const char* bad[] = {
+        "[EYEDIAGRAM]\nSEQTYPE=4\nSEQUENCELENGTH=10\nBITSEQUENCE=0101\n",
+        "[EYEDIAGRAM]\nSEQTYPE=4\nSEQUENCELENGTH=3000\nBITSEQUENCE=Mabc\n",
+        "[EYEDIAGRAM]\nSEQTYPE=4\nSEQUENCELENGTH=3000\nBITSEQUENCE=M!!!\n",
+        "[EYEDIAGRAM]\nSEQTYPE=4\nSEQUENCELENGTH=3000\nBITSEQUENCE=\n",
+    };
+    for (const char* text : bad) {
+        m_messages.Clear();
+        CStimulusData data;
+        data.Load(Ini(text).c_str(), true);
+        EXPECT_EQ(m_messages.Requests().size(), 1u) << text;
+        EXPECT_EQ(data.GetSeqType(), 7);
+    }
+    // A length out of range keeps the bits the object had.
+    CStimulusData kept;
+    kept.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=4\nSEQUENCELENGTH=40000\nBITSEQUENCE=1\n").c_str(), true);
+    EXPECT_EQ(kept.GetSeqType(), 4);
+    EXPECT_EQ(kept.GetBitCount(), 31);
+
+    // Truncated and binary files load what they can and never crash.
+    m_messages.Clear();
+    CStimulusData truncated;
+    truncated.Load(Ini("[EYEDIAGRAM]\nCYCLECOUNT=7\nPERI").c_str(), true);
+    EXPECT_EQ(truncated.GetCycleCount(), 7);
+    std::string binary("[EYEDIAGRAM]\nCYCLECOUNT=5\n");
+    for (int i = 0; i < 4096; ++i) {
+        binary += static_cast<char>(i * 37 % 256);
+    }
+    CStimulusData fromBinary;
+    fromBinary.Load(Ini(binary).c_str(), true);
+    EXPECT_EQ(fromBinary.GetCycleCount(), 5);
+
+    // A huge file is not taken for settings, and Save refuses to rewrite it.
+    const std::string huge = m_folder.File("huge.ini");
+    WriteText(huge, "[EYEDIAGRAM]\nCYCLECOUNT=6\n");
+    std::filesystem::resize_file(huge, 64u << 20);
+    CStimulusData fromHuge;
+    fromHuge.Load(huge.c_str(), true);
+    EXPECT_EQ(fromHuge.GetCycleCount(), 4);
+    EXPECT_FALSE(fromHuge.Save(huge.c_str(), true));
+    EXPECT_EQ(std::filesystem::file_size(huge), 64u << 20);
+}
+
+// Makes a folder read-only for the life of the guard. Folder permissions do
+// not stop root (as on CI), so it falls back to the immutable attribute,
+// which does.
+class ReadOnlyFolder {
+public:
+    explicit ReadOnlyFolder(std::string folder) : m_folder(std::move(folder)) {
+        std::filesystem::permissions(
+            m_folder, std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+        if (::access(m_folder.c_str(), W_OK) == 0) {
+            m_immutable = std::system(("chattr +i '" + m_folder + "' 2>/dev/null").c_str()) == 0;
+        }
+    }
+    ~ReadOnlyFolder() {
+        if (m_immutable) {
+            [[maybe_unused]] int ignored = std::system(("chattr -i '" + m_folder + "'").c_str());
+        }
+        std::filesystem::permissions(m_folder, std::filesystem::perms::owner_all);
+    }
+    ReadOnlyFolder(const ReadOnlyFolder&) = delete;
+    ReadOnlyFolder& operator=(const ReadOnlyFolder&) = delete;
+
+    bool IsReadOnly() const { return m_immutable || ::access(m_folder.c_str(), W_OK) != 0; }
+
+private:
+    std::string m_folder;
+    bool m_immutable = false;
+};
+
+TEST_F(Persistence, SaveIntoMissingOrReadOnlyFolderFailsAndKeepsTheFile) {
+    CStimulusData data;
+    EXPECT_FALSE(data.Save(m_folder.File("missing/stim.ini").c_str(), true));
+    EXPECT_FALSE(std::filesystem::exists(m_folder.File("missing")));
+
+    const std::string folder = m_folder.File("locked");
+    std::filesystem::create_directories(folder);
+    const std::string path = folder + "/stim.ini";
+    WriteText(path, "[EYEDIAGRAM]\nCYCLECOUNT=3\n");
+    ReadOnlyFolder locked(folder);
+    if (!locked.IsReadOnly()) {
+        GTEST_SKIP() << "this account can write into any folder here";
+    }
+    data.SetCycleCount(20);
+    EXPECT_FALSE(data.Save(path.c_str(), true));
+    EXPECT_EQ(ReadText(path), "[EYEDIAGRAM]\nCYCLECOUNT=3\n");
+}
+
+TEST_F(Persistence, JitterSeedComesFromTheApplicationStore) {
+    kv::ModuleProfile().registryKey = "Velmorine";
+    EXPECT_EQ(kv::NextJitterSeed(true, kv::ModuleProfile()), 9796543);
+    const int none = kv::NextJitterSeed(false, kv::ModuleProfile());
+    EXPECT_EQ(none, -1);
+    const int timeSeed = kv::CurrentJitterSeed();
+    EXPECT_EQ(timeSeed % 2, 1);
+    auto store = kv::OpenProfileStore(kv::ModuleProfile());
+    EXPECT_EQ(kv::GetProfileInt(*store, "STIMULUSDATA", "jitterSeed", 0), timeSeed);
+    kv::NextJitterSeed(false, kv::ModuleProfile());
+    EXPECT_EQ(kv::CurrentJitterSeed(), timeSeed);  // made once, then kept
+    // Repeatable again: the stored seed.
+    EXPECT_EQ(kv::NextJitterSeed(true, kv::ModuleProfile()), timeSeed);
+    kv::SetJitterSeed(-5);
+    EXPECT_EQ(kv::CurrentJitterSeed(), 9796543);
+
+    // Loading 8B/10B data from a file still reads the seed from the
+    // application's store, not from the file.
+    CStimulusData data;
+    data.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=1\n[STIMULUSDATA]\njitterSeed=5\n").c_str(), true);
+    EXPECT_EQ(kv::CurrentJitterSeed(), timeSeed);
+    kv::ModuleProfile().registryKey.clear();
+}
+
+}  // namespace
