@@ -1,8 +1,9 @@
 #include "apps/kvcomctl/Command.h"
 
+#include "core/shared/NumberText.h"
+
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 
 namespace kv::cli {
 namespace {
@@ -23,13 +24,12 @@ CommandRegistration::CommandRegistration(Command command) {
 }
 
 long long ParseInteger(std::string_view text, std::string_view what) {
-    long long value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || text.empty()) {
+    const auto value = ParseWholeInteger(text);
+    if (!value) {
         throw UsageError{std::string(what) + " must be a whole number, not '" + std::string(text) +
                          "'"};
     }
-    return value;
+    return *value;
 }
 
 namespace {

@@ -1,12 +1,12 @@
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "apps/kvcomctl/Command.h"
 #include "core/shared/Misc_String.h"
+#include "core/shared/NumberText.h"
 
 // kvcomctl format QUANTITY VALUE [--metric]: one engineering formatter.
 
@@ -25,7 +25,8 @@ constexpr std::string_view kHelp =
     "  --metric   lengths in um, mm, cm or m instead of mils and inches\n"
     "\n"
     "Exit status: 0 when the value was in range, 1 when it was too large and\n"
-    "printed as 999 with the largest unit, 2 for a usage error.\n";
+    "printed as 999 with the largest unit, 2 for a usage error (a VALUE that\n"
+    "is not a finite number: nan, inf or too large to read).\n";
 
 using Formatter = bool (*)(double, char*, std::size_t, char*);
 
@@ -44,13 +45,14 @@ constexpr std::array<Quantity, 7> kQuantities{{
     {"voltage", FormatVoltage},
 }};
 
+// NaN, infinity and numbers too large to read are no quantity: all three
+// are usage errors alike.
 double ParseNumber(std::string_view text) {
-    double value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || error != std::errc() || end != text.data() + text.size()) {
-        throw UsageError{"VALUE must be a number, not '" + std::string(text) + "'"};
+    const auto value = ParseFiniteNumber(text);
+    if (!value) {
+        throw UsageError{"VALUE must be a finite number, not '" + std::string(text) + "'"};
     }
-    return value;
+    return *value;
 }
 
 int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {

@@ -1,9 +1,9 @@
-#include <cstdio>
 #include <ostream>
 #include <string>
 
 #include "apps/kvcomctl/Command.h"
 #include "core/shared/Misc_String.h"
+#include "core/shared/NumberText.h"
 
 // kvcomctl parse TEXT [--ampere] [--spice] [--farad]: the engineering parser.
 
@@ -31,9 +31,7 @@ int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
     double value = 0;
     const bool ok = ParseEngineeringValue(text.c_str(), value, parsed.Has("--ampere"),
                                           parsed.Has("--spice"), parsed.Has("--farad"));
-    char printed[40];
-    std::snprintf(printed, sizeof printed, "%.17g", value);
-    out << printed << '\n';
+    out << FormatSignificant(value, 17) << '\n';
     return ok ? kExitOk : kExitFailure;
 }
 

@@ -5,7 +5,7 @@
 #include <system_error>
 
 #include "core/settings/IniDocument.h"
-#include "core/settings/ValueText.h"
+#include "core/shared/NumberText.h"
 #include "core/shared/FileIo.h"
 
 namespace kv {

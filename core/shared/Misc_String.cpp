@@ -2,10 +2,9 @@
 
 #include "core/shared/Assert.h"
 #include "core/shared/LocalTime.h"
+#include "core/shared/NumberText.h"
 
 #include <array>
-#include <cctype>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -69,7 +68,6 @@ struct UnitRange {
 };
 
 constexpr int kOutOfRange = -1;
-constexpr int kMaxDecimals = 3;
 // Below the smallest positive double lies only zero: rows with this bound catch exact zero.
 constexpr double kOnlyZero = std::numeric_limits<double>::denorm_min();
 constexpr double kRest = std::numeric_limits<double>::infinity();
@@ -167,17 +165,6 @@ struct Reading {
     std::string Text() const { return number + ' ' + unit; }
 };
 
-// Prints like "%.<decimals>f" in the "C" locale, so a host that switched the process locale
-// to one with a decimal comma still gets texts a SPICE reader and the parser understand.
-std::string PrintFixed(double number, int decimals) {
-    // Sign, all integer digits of the largest double, point and decimals.
-    std::array<char, 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + kMaxDecimals> text;
-    const auto printed = std::to_chars(text.data(), text.data() + text.size(), number,
-                                       std::chars_format::fixed, decimals);
-    KV_ASSERT_IN(kModuleName, printed.ec == std::errc());
-    return std::string(text.data(), printed.ptr);
-}
-
 // Picks the row for `measure` and prints `value` with it.
 Reading Measure(std::span<const UnitRange> table, double measure, double value) {
     const UnitRange* row = &table.back();
@@ -187,11 +174,21 @@ Reading Measure(std::span<const UnitRange> table, double measure, double value) 
             break;
         }
     }
+    // A number text too long to show (or no number at all) is out of range
+    // too, whatever the table says: "999" with the largest unit.
+    const auto outOfRange = [&table] { return Reading{"999", table.back().unit, false}; };
     if (row->decimals == kOutOfRange) {
-        return {"999", row->unit, false};
+        return outOfRange();
     }
     const double shown = row->scale == kShowZero ? 0.0 : value * row->scale;
-    return {PrintFixed(shown, row->decimals), row->unit, true};
+    if (!std::isfinite(shown)) {
+        return outOfRange();
+    }
+    std::string number = FormatFixed(shown, row->decimals);
+    if (number.size() > kNumberTextCapacity) {
+        return outOfRange();
+    }
+    return {std::move(number), row->unit, true};
 }
 
 Reading MeasureLength(double value, bool metric) {
@@ -223,43 +220,6 @@ bool Deliver(const Reading& reading, char* destination, std::size_t capacity, ch
 
 // Longest text looked at; the rest of a longer one is ignored.
 constexpr std::size_t kParseCapacity = 328;
-
-// Reads a number at `first` as strtod does in the "C" locale: optional sign, decimal digits
-// with point and exponent, "0x" hexadecimal, "inf" and "nan". Results that overflow or fall
-// below the normal range count as out of range, as strtod's ERANGE does. Locale-independent
-// on purpose: see PrintFixed.
-bool ReadNumber(const char* first, const char* last, double& value, const char*& next,
-                bool& outOfRange) {
-    const char* digits = first;
-    const bool negative = *digits == '-';
-    if (IsSign(*digits)) {
-        ++digits;
-    }
-    // from_chars takes a minus sign of its own; a second sign is no number for strtod.
-    if (IsSign(*digits)) {
-        return false;
-    }
-    double magnitude = 0.0;
-    std::from_chars_result read{};
-    const bool hexadecimal =
-        digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X') &&
-        (std::isxdigit(static_cast<unsigned char>(digits[2])) != 0 || digits[2] == '.');
-    if (hexadecimal) {
-        read = std::from_chars(digits + 2, last, magnitude, std::chars_format::hex);
-    }
-    if (!hexadecimal || read.ec == std::errc::invalid_argument) {
-        // "0x" without hexadecimal digits reads as 0 followed by the letter x.
-        read = std::from_chars(digits, last, magnitude);
-    }
-    if (read.ec == std::errc::invalid_argument) {
-        return false;
-    }
-    next = read.ptr;
-    outOfRange = read.ec == std::errc::result_out_of_range ||
-                 (magnitude != 0.0 && std::fabs(magnitude) < std::numeric_limits<double>::min());
-    value = negative ? -magnitude : magnitude;
-    return true;
-}
 
 double PrefixMultiplier(char prefix, bool allowAmpere, bool spiceSuffixes, bool allowFarad) {
     switch (prefix) {
@@ -528,13 +488,14 @@ bool ParseEngineeringValue(const char* text, double& result, bool allowAmpere, b
     if (start == nullptr) {
         return false;
     }
-    double value = 0.0;
-    const char* next = start;
-    bool outOfRange = false;
-    if (!ReadNumber(start, end, value, next, outOfRange) || outOfRange) {
+    const auto number =
+        ReadNumberPrefix(std::string_view(start, static_cast<std::size_t>(end - start)));
+    if (!number || number->outOfRange) {
         return false;
     }
-    const double scaled = value * PrefixMultiplier(*next, allowAmpere, spiceSuffixes, allowFarad);
+    const char next = start[number->length];
+    const double scaled =
+        number->value * PrefixMultiplier(next, allowAmpere, spiceSuffixes, allowFarad);
     // "inf", "nan" and values that overflow when scaled are no usable quantity either.
     if (!std::isfinite(scaled)) {
         return false;
@@ -574,18 +535,10 @@ std::string FormatCompactExponentText(double value) {
     }
     // Scientific printing rounds in decimal, so 9.9999996 becomes "1.000000e+01" and the
     // carry into the next decade is already in the exponent.
-    std::array<char, 32> scientific;
-    const auto printed = std::to_chars(scientific.data(), scientific.data() + scientific.size(),
-                                       std::fabs(value), std::chars_format::scientific, 6);
-    KV_ASSERT_IN(kModuleName, printed.ec == std::errc());
-    const std::string_view digits(scientific.data(), printed.ptr);  // "d.dddddde[+-]xx"
+    const std::string scientific = PrintNumber(std::fabs(value), NumberStyle::Scientific, 6);
+    const std::string_view digits = scientific;  // "d.dddddde[+-]xx"
     const std::size_t e = digits.find('e');
-    const char* exponentText = digits.data() + e + 1;
-    if (*exponentText == '+') {
-        ++exponentText;
-    }
-    int exponent = 0;
-    std::from_chars(exponentText, printed.ptr, exponent);
+    const int exponent = ParseIntPrefix(digits.substr(e + 1)).value_or(0);
 
     std::string text = value < 0 ? "-" : "";
     text.append(digits.substr(0, e));

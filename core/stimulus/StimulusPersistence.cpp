@@ -6,7 +6,7 @@
 #include "core/ports/MessagePort.h"
 #include "core/settings/IniDocument.h"
 #include "core/settings/ProfileStore.h"
-#include "core/settings/ValueText.h"
+#include "core/shared/NumberText.h"
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/UsbCompliance.h"

@@ -6,7 +6,7 @@
 #include <system_error>
 
 #include "core/shared/FileIo.h"
-#include "core/via/NumberText.h"
+#include "core/shared/NumberText.h"
 
 namespace kv {
 namespace {
@@ -61,8 +61,8 @@ void WritePadstackDump(const STACKUPARRAY& stackup, const PADSTACK& padstack, st
     out << "Padstack = " << padstack.name << ", num_pad = " << std::to_string(padstack.padCount)
         << ", layer_span = " << std::to_string(padstack.firstLayer) << " -"
         << std::to_string(padstack.lastLayer) << '\n';
-    out << "drill = " << FixedText(padstack.drill, kDrillDecimals)
-        << ", plating = " << FixedText(padstack.plating, kDrillDecimals) << " \n";
+    out << "drill = " << FormatFixed(padstack.drill, kDrillDecimals)
+        << ", plating = " << FormatFixed(padstack.plating, kDrillDecimals) << " \n";
     for (int32_t i = 0; i < stackup.count; ++i) {
         const STACKUPLAYER& layer = stackup.layers[i];
         if (layer.kind == STACKUP_DIELECTRIC) {
@@ -73,9 +73,9 @@ void WritePadstackDump(const STACKUPARRAY& stackup, const PADSTACK& padstack, st
         const PADDATA pad = i < padstack.padCount ? padstack.pads[i] : PADDATA{};
         out << '^' << std::to_string(i) << "   layer=" << layer.name
             << ", padType=" << PadTypeText(pad.padType) << ", padShape=" << PadShapeText(pad.shape)
-            << ", pad_x=" << FixedText(pad.pad_x, kPadDecimals)
-            << ", pad_y=" << FixedText(pad.pad_y, kPadDecimals)
-            << "  , clearance=" << FixedText(pad.clearance, kPadDecimals) << '\n';
+            << ", pad_x=" << FormatFixed(pad.pad_x, kPadDecimals)
+            << ", pad_y=" << FormatFixed(pad.pad_y, kPadDecimals)
+            << "  , clearance=" << FormatFixed(pad.clearance, kPadDecimals) << '\n';
     }
 }
 

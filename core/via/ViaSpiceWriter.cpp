@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "core/shared/Misc_String.h"
-#include "core/via/NumberText.h"
+#include "core/shared/NumberText.h"
 
 namespace kv {
 namespace {
@@ -20,6 +20,8 @@ constexpr std::string_view kBanner = "* via model by Velmorine Via Visualizer *\
 constexpr const char* kGeneratedFormat = "*    generated %Y-%m-%d %H:%M:%S     *";
 // Capacity of the number part of a formatted length.
 constexpr std::size_t kLengthFieldCapacity = 12;
+// Element values are written as "%g".
+constexpr int kSpiceDigits = 6;
 
 // The first via of a pair is the right one. Only the port list puts a "*" line before the
 // first label.
@@ -160,12 +162,14 @@ public:
             const bool wroteSeries = m_start != nullptr && FlushRun(k, *m_start, node);
             if (node.C != 0.0) {
                 m_text += 'C' + Number3(k) + m_suffix + ' ' + Right(node.name, 8) + "     " +
-                          Right("0", 8) + "        " + GeneralText(node.C) + '\n';
+                          Right("0", 8) + "        " + FormatSignificant(node.C, kSpiceDigits) +
+                          '\n';
             } else if (node.port != nullptr && !wroteSeries) {
                 if (m_start == nullptr) {
                     // A port that nothing reaches yet still needs an element to be a node.
                     m_text += 'C' + Number3(k) + m_suffix + ' ' + Right(node.name, 8) + "   " +
-                              Right("0", 8) + "      " + GeneralText(0.0) + '\n';
+                              Right("0", 8) + "      " + FormatSignificant(0.0, kSpiceDigits) +
+                              '\n';
                 } else {
                     m_text += 'V' + Number3(k) + m_suffix + ' ' + Right(m_start->name, 8) + "   " +
                               Right(node.name, 8) + '\n';
@@ -203,14 +207,16 @@ private:
         bool wrote = false;
         if (m_pendingL != 0.0) {
             m_text += 'L' + Number3(k) + m_suffix + ' ' + Right(start.name, 8) + "     " +
-                      Right(end.name, 8) + "        " + GeneralText(m_pendingL) + '\n';
+                      Right(end.name, 8) + "        " +
+                      FormatSignificant(m_pendingL, kSpiceDigits) + '\n';
             m_pendingL = 0.0;
             wrote = true;
         }
         if (m_pendingZ0 != 0.0 || m_pendingTD != 0.0) {
             m_text += 'T' + Number3(k) + m_suffix + ' ' + Right(start.name, 8) + " 0 " +
-                      Right(end.name, 8) + " 0    Z0=" + GeneralText(m_pendingZ0) +
-                      " TD=" + GeneralText(m_pendingTD) + '\n';
+                      Right(end.name, 8) +
+                      " 0    Z0=" + FormatSignificant(m_pendingZ0, kSpiceDigits) +
+                      " TD=" + FormatSignificant(m_pendingTD, kSpiceDigits) + '\n';
             m_pendingZ0 = 0.0;
             m_pendingTD = 0.0;
             wrote = true;

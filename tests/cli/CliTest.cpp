@@ -12,12 +12,25 @@ TEST(CliFormat, PrintsNumberAndUnitWithTheFormattersResult) {
     EXPECT_EQ(overflow.out, "999 G ohms\n");
     EXPECT_EQ(overflow.status, 1);
     EXPECT_EQ(RunCli("format voltage -0.05").out, "-50.00 mV\n");
+    // Numbers too long to show follow the out-of-range rule too.
+    const CommandResult volts = RunCli("format voltage -1e308");
+    EXPECT_EQ(volts.out, "999 V\n");
+    EXPECT_EQ(volts.status, 1);
+    const CommandResult length = RunCli("format length 1e308");
+    EXPECT_EQ(length.out, "999 in\n");
+    EXPECT_EQ(length.status, 1);
 }
 
 TEST(CliFormat, UsageErrorsExitWithTwo) {
     EXPECT_EQ(RunCli("format weight 1").status, 2);
     EXPECT_EQ(RunCli("format length").status, 2);
     EXPECT_EQ(RunCli("format length 1x").status, 2);
+    for (const char* value : {"nan", "inf", "1e999"}) {
+        const CommandResult result = RunCli(std::string("format voltage ") + value);
+        EXPECT_EQ(result.status, 2) << value;
+        EXPECT_EQ(result.out, "");
+        EXPECT_NE(result.err.find("finite number"), std::string::npos);
+    }
     EXPECT_EQ(RunCli("format time 1 --metric").status, 2);
     EXPECT_EQ(RunCli("nosuchcommand").status, 2);
     EXPECT_EQ(RunCli("format --help").status, 0);

@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <filesystem>
 
 #include "core/settings/IniDocument.h"
 #include "core/settings/ProfileStore.h"
-#include "core/settings/ValueText.h"
 #include "tests/support/TestSupport.h"
 
 namespace {
@@ -66,32 +64,6 @@ TEST(ProfileStore, KeyedStoreUnderTheConfigurationFolder) {
     const ScopedEnvironment noXdg("XDG_CONFIG_HOME", nullptr);
     const ScopedEnvironment home("HOME", folder.Path().c_str());
     EXPECT_EQ(kv::ProfileFilePath({}), folder.File(".config") + "/KVComCtl.ini");
-}
-
-TEST(ValueText, PrefixesLikeTheCLibraryInAnyLocale) {
-    EXPECT_EQ(kv::ParseIntPrefix("  -42xyz"), -42);
-    EXPECT_EQ(kv::ParseIntPrefix("+7"), 7);
-    EXPECT_FALSE(kv::ParseIntPrefix("x1"));
-    EXPECT_FALSE(kv::ParseIntPrefix("-"));
-    EXPECT_EQ(kv::ParseIntPrefix("99999999999"), 2147483647);
-    EXPECT_EQ(kv::ParseIntPrefix("-99999999999"), -2147483647 - 1);
-    EXPECT_EQ(kv::ParseRealPrefix(" 2.5e3ns"), 2500.0);
-    EXPECT_EQ(kv::ParseRealPrefix("+.5"), 0.5);
-    EXPECT_EQ(kv::ParseRealPrefix("0x10"), 16.0);
-    EXPECT_EQ(kv::ParseRealPrefix("1e999"), HUGE_VAL);
-    EXPECT_EQ(kv::ParseRealPrefix("1e-999"), 0.0);
-    EXPECT_FALSE(kv::ParseRealPrefix("+-1"));
-    EXPECT_FALSE(kv::ParseRealPrefix("abc"));
-    EXPECT_EQ(kv::ParseRealOrZero("abc"), 0.0);
-    EXPECT_EQ(kv::FormatReal(3.3), "3.3");
-    EXPECT_EQ(kv::FormatReal(1.0 / 3), "0.333333333333333");
-    EXPECT_EQ(kv::FormatReal(1e20), "1e+20");
-    EXPECT_EQ(kv::FormatReal(50), "50");
-    if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr) {
-        EXPECT_EQ(kv::FormatReal(2.5), "2.5");
-        EXPECT_EQ(kv::ParseRealPrefix("2.5"), 2.5);
-        std::setlocale(LC_NUMERIC, "C");
-    }
 }
 
 }  // namespace

@@ -105,9 +105,21 @@ TEST(MiscStringFormat, UnitBufferAndCapacity) {
 TEST(MiscStringFormat, TextFormsKeepTheWholeNumber) {
     EXPECT_EQ(kv::FormatLengthText(0.00254, false), "0.10 in");
     EXPECT_EQ(kv::FormatCapacitanceText(1e-12), "1.0 pF");
-    const std::string huge = kv::FormatVoltageText(1e300);
-    EXPECT_EQ(huge.size(), 301u + 6u);
-    EXPECT_EQ(huge.substr(huge.size() - 6), ".000 V");
+}
+
+TEST(MiscStringFormat, NumbersTooLongToShowAreOutOfRange) {
+    char text[64];
+    EXPECT_FALSE(kv::FormatVoltage(-1e308, text, 63));
+    EXPECT_STREQ(text, "999 V");
+    EXPECT_FALSE(kv::FormatLength(1e308, text, 63, false));
+    EXPECT_STREQ(text, "999 in");
+    EXPECT_FALSE(kv::FormatLength(-1e308, text, 63, true));
+    EXPECT_STREQ(text, "999 m");
+    EXPECT_FALSE(kv::FormatTime(std::nan(""), text, 63));
+    EXPECT_STREQ(text, "999 s");
+    // The longest number text that still fits: 35 digits, point, 3 decimals.
+    EXPECT_TRUE(kv::FormatVoltage(9e34, text, 63));
+    EXPECT_EQ(std::string(text).size(), 39u + 2u);
 }
 
 TEST(MiscStringParse, PrefixesAndOptions) {
