@@ -1,7 +1,5 @@
 #include "core/settings/IniDocument.h"
 
-#include "core/shared/TextLines.h"
-
 #include <algorithm>
 
 namespace kv {
@@ -50,6 +48,20 @@ bool EqualNoCase(std::string_view a, std::string_view b) {
                                               [](char x, char y) { return Lower(x) == Lower(y); });
 }
 
+bool LooksLikeIniText(std::string_view text) {
+    const bool binary = std::any_of(text.begin(), text.end(), [](char c) {
+        const auto code = static_cast<unsigned char>(c);
+        return code < 32 && c != '\t' && c != '\n' && c != '\r' && c != '\f';
+    });
+    if (binary) {
+        return false;
+    }
+    const IniDocument document(text);
+    return std::any_of(
+        document.m_lines.begin(), document.m_lines.end(),
+        [](const IniDocument::Line& line) { return HeaderName(line.content).has_value(); });
+}
+
 std::string_view TrimSpace(std::string_view text) {
     while (!text.empty() && IsBlank(text.front())) {
         text.remove_prefix(1);
@@ -61,19 +73,37 @@ std::string_view TrimSpace(std::string_view text) {
 }
 
 IniDocument::IniDocument(std::string_view text) {
-    for (std::string_view line : SplitLines(text)) {
-        m_lines.emplace_back(line);
+    std::size_t start = 0;
+    while (start < text.size()) {
+        const std::size_t feed = text.find('\n', start);
+        if (feed == std::string_view::npos) {
+            m_lines.push_back({std::string(text.substr(start)), {}});
+            break;
+        }
+        // Only the one CR right before the LF belongs to the line end: any
+        // other CR is content and stays.
+        const bool crlf = feed > start && text[feed - 1] == '\r';
+        const std::size_t contentEnd = crlf ? feed - 1 : feed;
+        m_lines.push_back({std::string(text.substr(start, contentEnd - start)),
+                           std::string(text.substr(contentEnd, feed + 1 - contentEnd))});
+        start = feed + 1;
+    }
+    for (const Line& line : m_lines) {
+        if (!line.end.empty()) {
+            m_lineEnd = line.end;  // the file's own convention, from its first line
+            break;
+        }
     }
 }
 
 std::optional<IniDocument::SectionSpan> IniDocument::FindSection(std::string_view section) const {
     for (std::size_t i = 0; i < m_lines.size(); ++i) {
-        const auto name = HeaderName(m_lines[i]);
+        const auto name = HeaderName(m_lines[i].content);
         if (!name || !EqualNoCase(*name, section)) {
             continue;
         }
         std::size_t end = i + 1;
-        while (end < m_lines.size() && !HeaderName(m_lines[end])) {
+        while (end < m_lines.size() && !HeaderName(m_lines[end].content)) {
             ++end;
         }
         return SectionSpan{i, end};
@@ -81,10 +111,10 @@ std::optional<IniDocument::SectionSpan> IniDocument::FindSection(std::string_vie
     return std::nullopt;
 }
 
-std::vector<IniDocument::Entry> IniDocument::EntriesOf(const SectionSpan& span) const {
-    std::vector<Entry> entries;
+std::vector<IniDocument::EntrySpan> IniDocument::EntriesOf(const SectionSpan& span) const {
+    std::vector<EntrySpan> entries;
     for (std::size_t i = span.headerLine + 1; i < span.endLine; ++i) {
-        const std::string_view line = m_lines[i];
+        const std::string_view line = m_lines[i].content;
         if (TrimSpace(line).empty() || IsComment(line)) {
             continue;
         }
@@ -98,11 +128,11 @@ std::vector<IniDocument::Entry> IniDocument::EntriesOf(const SectionSpan& span) 
     return entries;
 }
 
-std::string IniDocument::JoinedEntry(const Entry& entry) const {
-    std::string text = std::string(TrimSpace(m_lines[entry.firstLine]));
+std::string IniDocument::JoinedEntry(const EntrySpan& entry) const {
+    std::string text = std::string(TrimSpace(m_lines[entry.firstLine].content));
     for (std::size_t k = 1; k < entry.lineCount; ++k) {
         text += "\r\n";
-        text += TrimSpace(m_lines[entry.firstLine + k]);
+        text += TrimSpace(m_lines[entry.firstLine + k].content);
     }
     return text;
 }
@@ -113,7 +143,7 @@ std::optional<std::vector<std::string>> IniDocument::Section(std::string_view se
         return std::nullopt;
     }
     std::vector<std::string> result;
-    for (const Entry& entry : EntriesOf(*span)) {
+    for (const EntrySpan& entry : EntriesOf(*span)) {
         result.push_back(JoinedEntry(entry));
     }
     return result;
@@ -124,7 +154,7 @@ std::optional<std::string> IniDocument::Get(std::string_view section, std::strin
     if (!span) {
         return std::nullopt;
     }
-    const std::vector<Entry> entries = EntriesOf(*span);
+    const std::vector<EntrySpan> entries = EntriesOf(*span);
     for (auto it = entries.rbegin(); it != entries.rend(); ++it) {
         const std::string text = JoinedEntry(*it);
         if (EqualNoCase(KeyOf(text), key)) {
@@ -137,8 +167,9 @@ std::optional<std::string> IniDocument::Get(std::string_view section, std::strin
     return std::nullopt;
 }
 
-std::vector<std::string> IniDocument::EntryLines(std::string_view key, std::string_view value) {
-    std::vector<std::string> lines;
+std::vector<IniDocument::Line> IniDocument::EntryLines(std::string_view key,
+                                                       std::string_view value) const {
+    std::vector<Line> lines;
     std::string first(key);
     first += '=';
     std::size_t start = 0;
@@ -153,53 +184,109 @@ std::vector<std::string> IniDocument::EntryLines(std::string_view key, std::stri
             part.remove_suffix(1);
         }
         if (isFirst) {
-            lines.push_back(first + std::string(part));
+            lines.push_back({first + std::string(part), m_lineEnd});
             isFirst = false;
         } else if (!TrimSpace(part).empty()) {
             std::string line(1, '\t');  // blank parts would end the value
             line += part;
-            lines.push_back(std::move(line));
+            lines.push_back({std::move(line), m_lineEnd});
         }
         start = end + 1;
     }
     return lines;
 }
 
+void IniDocument::EndLastLine() {
+    if (!m_lines.empty() && m_lines.back().end.empty()) {
+        m_lines.back().end = m_lineEnd;
+    }
+}
+
 void IniDocument::Set(std::string_view section, std::string_view key, std::string_view value) {
-    std::vector<std::string> lines = EntryLines(key, value);
-    auto span = FindSection(section);
+    const Entry entry{key, std::string(value)};
+    SetEntries(section, std::span<const Entry>(&entry, 1));
+}
+
+void IniDocument::SetEntries(std::string_view section, std::span<const Entry> entries) {
+    const auto span = FindSection(section);
     if (!span) {
-        if (!m_lines.empty() && !TrimSpace(m_lines.back()).empty()) {
-            m_lines.emplace_back();
+        EndLastLine();
+        if (!m_lines.empty() && !TrimSpace(m_lines.back().content).empty()) {
+            m_lines.push_back({{}, m_lineEnd});
         }
         std::string header(1, '[');
         header += section;
         header += ']';
-        m_lines.push_back(std::move(header));
-        m_lines.insert(m_lines.end(), lines.begin(), lines.end());
+        m_lines.push_back({std::move(header), m_lineEnd});
+        for (const Entry& entry : entries) {
+            for (Line& line : EntryLines(entry.first, entry.second)) {
+                m_lines.push_back(std::move(line));
+            }
+        }
         return;
     }
-    const std::vector<Entry> entries = EntriesOf(*span);
-    for (auto it = entries.rbegin(); it != entries.rend(); ++it) {
-        if (EqualNoCase(KeyOf(m_lines[it->firstLine]), key)) {
-            const auto first = m_lines.begin() + static_cast<std::ptrdiff_t>(it->firstLine);
-            m_lines.erase(first, first + static_cast<std::ptrdiff_t>(it->lineCount));
-            m_lines.insert(m_lines.begin() + static_cast<std::ptrdiff_t>(it->firstLine),
-                           lines.begin(), lines.end());
-            return;
+    // Which entry of the file each key replaces: the last of its name.
+    const std::vector<EntrySpan> existing = EntriesOf(*span);
+    std::vector<std::size_t> replacedBy(existing.size(), entries.size());
+    std::vector<bool> placed(entries.size(), false);
+    for (std::size_t k = 0; k < entries.size(); ++k) {
+        for (std::size_t e = existing.size(); e-- > 0;) {
+            if (EqualNoCase(KeyOf(m_lines[existing[e].firstLine].content), entries[k].first)) {
+                replacedBy[e] = k;
+                placed[k] = true;
+                break;
+            }
         }
     }
     // After the section's last entry, so blank lines before the next section stay.
-    const std::size_t at = entries.empty() ? span->headerLine + 1
-                                           : entries.back().firstLine + entries.back().lineCount;
-    m_lines.insert(m_lines.begin() + static_cast<std::ptrdiff_t>(at), lines.begin(), lines.end());
+    const std::size_t addAt = existing.empty()
+                                  ? span->headerLine + 1
+                                  : existing.back().firstLine + existing.back().lineCount;
+    if (addAt == m_lines.size() && std::find(placed.begin(), placed.end(), false) != placed.end()) {
+        EndLastLine();
+    }
+    std::vector<Line> lines;
+    lines.reserve(m_lines.size() + entries.size());
+    std::size_t next = 0;  // the next existing entry
+    for (std::size_t i = 0; i <= m_lines.size(); ++i) {
+        if (i == addAt) {
+            for (std::size_t k = 0; k < entries.size(); ++k) {
+                if (!placed[k]) {
+                    for (Line& line : EntryLines(entries[k].first, entries[k].second)) {
+                        lines.push_back(std::move(line));
+                    }
+                }
+            }
+        }
+        if (i == m_lines.size()) {
+            break;
+        }
+        if (next < existing.size() && existing[next].firstLine == i) {
+            const EntrySpan entry = existing[next];
+            const std::size_t k = replacedBy[next++];
+            if (k < entries.size()) {
+                for (Line& line : EntryLines(entries[k].first, entries[k].second)) {
+                    lines.push_back(std::move(line));
+                }
+                i += entry.lineCount - 1;
+                continue;
+            }
+        }
+        lines.push_back(std::move(m_lines[i]));
+    }
+    m_lines = std::move(lines);
 }
 
 std::string IniDocument::Text() const {
+    std::size_t size = 0;
+    for (const Line& line : m_lines) {
+        size += line.content.size() + line.end.size();
+    }
     std::string text;
-    for (const std::string& line : m_lines) {
-        text += line;
-        text += '\n';
+    text.reserve(size);
+    for (const Line& line : m_lines) {
+        text += line.content;
+        text += line.end;
     }
     return text;
 }

@@ -1,13 +1,17 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // The text of an initialisation file as lines, with the look-ups and edits
 // of the private-profile calls: section and key names compared without
-// regard to case, values written in place, every other line kept as it was.
+// regard to case, values written in place, every other line kept byte for
+// byte with its own line end (LF, CR LF or anything before them). Lines the
+// document writes take the line end the file already uses.
 //
 // A value may span lines: each line after the first is written indented by a
 // tab, and an indented line that follows an entry continues its value (the
@@ -18,6 +22,8 @@ namespace kv {
 
 class IniDocument {
 public:
+    using Entry = std::pair<std::string_view, std::string>;
+
     IniDocument() = default;
     explicit IniDocument(std::string_view text);
 
@@ -33,11 +39,20 @@ public:
     // Replaces the last entry of `key` in place, or adds it at the end of the
     // section, or adds the section at the end of the text.
     void Set(std::string_view section, std::string_view key, std::string_view value);
+    // The same for several keys at once, in one pass over the text; keys that
+    // are added follow the section's last entry in the order given.
+    void SetEntries(std::string_view section, std::span<const Entry> entries);
 
     std::string Text() const;
 
 private:
-    struct Entry {
+    friend bool LooksLikeIniText(std::string_view text);
+
+    struct Line {
+        std::string content;  // without the line end
+        std::string end;      // "\n", "\r\n", or empty for a last line without one
+    };
+    struct EntrySpan {
         std::size_t firstLine;
         std::size_t lineCount;  // the entry line and its continuation lines
     };
@@ -46,12 +61,19 @@ private:
         std::size_t endLine;  // one past its last line
     };
     std::optional<SectionSpan> FindSection(std::string_view section) const;
-    std::vector<Entry> EntriesOf(const SectionSpan& span) const;
-    std::string JoinedEntry(const Entry& entry) const;
-    static std::vector<std::string> EntryLines(std::string_view key, std::string_view value);
+    std::vector<EntrySpan> EntriesOf(const SectionSpan& span) const;
+    std::string JoinedEntry(const EntrySpan& entry) const;
+    std::vector<Line> EntryLines(std::string_view key, std::string_view value) const;
+    void EndLastLine();
 
-    std::vector<std::string> m_lines;
+    std::vector<Line> m_lines;
+    std::string m_lineEnd = "\n";  // for the lines the document writes
 };
+
+// Whether a text can be an initialisation file: it has a "[section]" line
+// and no byte that no text holds (NUL and the other control characters
+// but tab, line feed, carriage return and form feed).
+bool LooksLikeIniText(std::string_view text);
 
 // Case-insensitive comparison of ASCII names.
 bool EqualNoCase(std::string_view a, std::string_view b);

@@ -5,15 +5,11 @@
 #include <system_error>
 
 #include "core/settings/IniDocument.h"
-#include "core/shared/NumberText.h"
 #include "core/shared/FileIo.h"
+#include "core/shared/NumberText.h"
 
 namespace kv {
 namespace {
-
-// Larger files are not taken for settings: reading them whole would cost
-// more than any profile is worth, and rewriting them could lose data.
-constexpr std::size_t kMaxProfileBytes = 16u << 20;
 
 // A keyed store must stay inside the configuration folder.
 bool IsSafeKey(std::string_view key) {
@@ -43,16 +39,19 @@ public:
         return Document() ? Document()->Get(section, entry) : std::nullopt;
     }
 
-    bool WriteString(std::string_view section, std::string_view entry,
-                     std::string_view value) override {
+    FileResult WriteEntries(std::string_view section,
+                            std::span<const IniDocument::Entry> entries) override {
         if (m_path.empty()) {
-            return false;
+            return {false,
+                    "there is no settings store: neither XDG_CONFIG_HOME nor HOME names "
+                    "a folder for it, or its key leaves that folder"};
         }
         if (!m_loaded) {
             Load();
         }
-        if (m_unreadable) {
-            return false;  // rewriting a file we could not read would lose it
+        if (m_readProblem) {
+            // Rewriting a file we could not read would lose it.
+            return {false, "cannot read " + m_path + ": " + *m_readProblem};
         }
         if (m_createFolders) {
             std::error_code ignored;
@@ -60,12 +59,13 @@ public:
                                                 ignored);
         }
         IniDocument changed = m_document ? *m_document : IniDocument();
-        changed.Set(section, entry, value);
-        if (!ReplaceFileAtomically(m_path, changed.Text()).ok) {
-            return false;
+        changed.SetEntries(section, entries);
+        const FileResult written = ReplaceFileAtomically(m_path, changed.Text());
+        if (!written.ok) {
+            return {false, "cannot write " + m_path + ": " + written.reason};
         }
         m_document = std::move(changed);
-        return true;
+        return {true, {}};
     }
 
 private:
@@ -85,9 +85,10 @@ private:
         if (!std::filesystem::exists(m_path, error)) {
             return;  // a missing file is an empty store
         }
-        const auto text = ReadWholeFile(m_path, kMaxProfileBytes);
+        std::string reason;
+        const auto text = ReadWholeFile(m_path, kMaxProfileBytes, &reason);
         if (!text) {
-            m_unreadable = true;
+            m_readProblem = std::move(reason);
             return;
         }
         m_document.emplace(*text);
@@ -96,7 +97,7 @@ private:
     std::string m_path;
     bool m_createFolders;
     bool m_loaded = false;
-    bool m_unreadable = false;
+    std::optional<std::string> m_readProblem;  // why the file could not be read
     std::optional<IniDocument> m_document;
 };
 

@@ -2,11 +2,14 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/settings/IniDocument.h"
 #include "core/shared/AppProfile.h"
+#include "core/shared/FileIo.h"
 
 // The settings store a profile's calls go to. A keyed store is one INI file
 // per key under the user's configuration folder, <config>/<key>/<profile
@@ -17,6 +20,10 @@
 
 namespace kv {
 
+// Larger files are not taken for settings: reading them whole would cost
+// more than any profile is worth, and rewriting them could lose data.
+inline constexpr std::size_t kMaxProfileBytes = 16u << 20;
+
 class IProfileStore {
 public:
     virtual ~IProfileStore() = default;
@@ -24,9 +31,17 @@ public:
     virtual std::optional<std::vector<std::string>> ReadSection(std::string_view section) = 0;
     virtual std::optional<std::string> GetString(std::string_view section,
                                                  std::string_view entry) = 0;
-    // False when the store cannot be written; what it held stays.
-    virtual bool WriteString(std::string_view section, std::string_view entry,
-                             std::string_view value) = 0;
+    // Writes the entries of a section in one replace of the store: every one
+    // of them or, on failure, none, and what the store held stays. The reason
+    // of a failure is a sentence that names the file and says whether it
+    // could not be read or not be written.
+    virtual FileResult WriteEntries(std::string_view section,
+                                    std::span<const IniDocument::Entry> entries) = 0;
+
+    bool WriteString(std::string_view section, std::string_view entry, std::string_view value) {
+        const IniDocument::Entry one{entry, std::string(value)};
+        return WriteEntries(section, std::span<const IniDocument::Entry>(&one, 1)).ok;
+    }
 };
 
 std::unique_ptr<IProfileStore> OpenProfileStore(const AppProfile& profile);

@@ -19,10 +19,10 @@ TEST(IniDocument, PrivateProfileEditsKeepEverythingElse) {
     doc.Set("MAIN", "key", "new");
     doc.Set("Main", "Added", "v");
     doc.Set("Fresh", "C", "4");
-    EXPECT_EQ(
-        doc.Text(),
-        "; comment\n[Other]\nA=1\n\n[Main]\nkey=old\nX = 2\nkey=new\nAdded=v\n\n[Tail]\nB=3\n\n"
-        "[Fresh]\nC=4\n");
+    // The file's CR LF line ends are kept, and new lines take them too.
+    EXPECT_EQ(doc.Text(),
+              "; comment\r\n[Other]\r\nA=1\r\n\r\n[Main]\r\nkey=old\r\nX = 2\r\nkey=new\r\n"
+              "Added=v\r\n\r\n[Tail]\r\nB=3\r\n\r\n[Fresh]\r\nC=4\r\n");
     EXPECT_EQ(*doc.Section("main"),
               (std::vector<std::string>{"key=old", "X = 2", "key=new", "Added=v"}));
 
@@ -33,6 +33,24 @@ TEST(IniDocument, PrivateProfileEditsKeepEverythingElse) {
     doc.Set("Main", "Multi", "one");
     EXPECT_EQ(doc.Get("Main", "Multi"), "one");
     EXPECT_EQ(doc.Text().find("L2"), std::string::npos);
+}
+
+TEST(IniDocument, UntouchedLinesKeepEveryByte) {
+    // A CR that is not part of the line end is content; a last line without
+    // a line end gets one only when something follows it.
+    const std::string kept = "a\r\r\n[S]\r\n  x = 1\r\n";
+    kv::IniDocument doc(kept + "y=2");
+    doc.Set("S", "y", "3");
+    EXPECT_EQ(doc.Text(), kept + "y=3\r\n");
+    kv::IniDocument unix("[S]\nx=1");
+    unix.Set("S", "z", "2");
+    EXPECT_EQ(unix.Text(), "[S]\nx=1\nz=2\n");
+    const std::pair<std::string_view, std::string> entries[] = {{"x", "5"}, {"new", "6"}};
+    unix.SetEntries("s", entries);
+    EXPECT_EQ(unix.Text(), "[S]\nx=5\nz=2\nnew=6\n");
+    EXPECT_TRUE(kv::LooksLikeIniText("; c\n[S]\n"));
+    EXPECT_FALSE(kv::LooksLikeIniText("just words\n"));
+    EXPECT_FALSE(kv::LooksLikeIniText(std::string("[S]\nx=\0", 7)));
 }
 
 TEST(ProfileStore, KeyedStoreUnderTheConfigurationFolder) {
