@@ -446,34 +446,6 @@ bool FormatVoltage(double value, char* destination, std::size_t capacity, char* 
     return Deliver(MeasureMagnitude(kVoltageRanges, value), destination, capacity, unit);
 }
 
-std::string FormatLengthText(double value, bool metric) {
-    return MeasureLength(value, metric).Text();
-}
-
-std::string FormatCapacitanceText(double value) {
-    return MeasureMagnitude(kCapacitanceRanges, value).Text();
-}
-
-std::string FormatInductanceText(double value) {
-    return MeasureMagnitude(kInductanceRanges, value).Text();
-}
-
-std::string FormatResistanceText(double value) {
-    return MeasureMagnitude(kResistanceRanges, value).Text();
-}
-
-std::string FormatFrequencyText(double value) {
-    return MeasureMagnitude(kFrequencyRanges, value).Text();
-}
-
-std::string FormatTimeText(double value) {
-    return MeasureMagnitude(kTimeRanges, value).Text();
-}
-
-std::string FormatVoltageText(double value) {
-    return MeasureMagnitude(kVoltageRanges, value).Text();
-}
-
 // ---- Parsing ---------------------------------------------------------------------------
 
 bool ParseEngineeringValue(const char* text, double& result, bool allowAmpere, bool spiceSuffixes,

@@ -53,15 +53,6 @@ bool FormatTime(double value, char* destination, std::size_t capacity, char* uni
 // Volts; the number of decimals follows the magnitude.
 bool FormatVoltage(double value, char* destination, std::size_t capacity, char* unit = nullptr);
 
-// The same texts as "<number> <unit>", whole, for callers that build strings anyway.
-std::string FormatLengthText(double value, bool metric);
-std::string FormatCapacitanceText(double value);
-std::string FormatInductanceText(double value);
-std::string FormatResistanceText(double value);
-std::string FormatFrequencyText(double value);
-std::string FormatTimeText(double value);
-std::string FormatVoltageText(double value);
-
 // Reads a number with an optional engineering prefix letter right after it ("1.5 n", "3M",
 // "10 kOhm"). Blanks and control characters anywhere are ignored, text before the first
 // digit, sign or point is skipped, and only the first character after the number is taken

@@ -102,11 +102,6 @@ TEST(MiscStringFormat, UnitBufferAndCapacity) {
     EXPECT_STREQ(number, "50.0 m");
 }
 
-TEST(MiscStringFormat, TextFormsKeepTheWholeNumber) {
-    EXPECT_EQ(kv::FormatLengthText(0.00254, false), "0.10 in");
-    EXPECT_EQ(kv::FormatCapacitanceText(1e-12), "1.0 pF");
-}
-
 TEST(MiscStringFormat, NumbersTooLongToShowAreOutOfRange) {
     char text[64];
     EXPECT_FALSE(kv::FormatVoltage(-1e308, text, 63));
