@@ -4,10 +4,10 @@
 
 #include "apps/kvcomctl/Command.h"
 #include "core/stimulus/BitFile.h"
+#include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/StimulusData.h"
 #include "core/stimulus/SymbolSource.h"
-#include "core/stimulus/UsbCompliance.h"
 
 // kvcomctl sequence KIND [options] [-o FILE.bit]: the bits of one generated
 // sequence, printed or written as a .bit file.

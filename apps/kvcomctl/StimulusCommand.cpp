@@ -1,8 +1,13 @@
+#include <filesystem>
 #include <iostream>
 #include <string>
 
 #include "apps/kvcomctl/Command.h"
+#include "apps/kvcomctl/StimulusAssignments.h"
+#include "core/settings/IniDocument.h"
+#include "core/settings/ProfileStore.h"
 #include "core/shared/AppProfile.h"
+#include "core/shared/FileIo.h"
 #include "core/stimulus/StimulusData.h"
 #include "core/stimulus/StimulusPersistence.h"
 
@@ -18,11 +23,43 @@ constexpr std::string_view kHelp =
     "       kvcomctl stimulus set FILE.ini KEY=VALUE...\n"
     "\n"
     "  show   loads the file and prints every stored key and value, in the order\n"
-    "         they are saved (invalid data is reported and shown as the defaults)\n"
+    "         they are saved; keys the file lacks show their defaults. A file that\n"
+    "         is missing, a folder, unreadable, empty or no INI file, and data\n"
+    "         that loads as invalid (shown as the defaults), exit with status 1\n"
     "  new    writes the default stimulus data into the file\n"
     "  set    loads the file, sets the values (keys as stored, e.g. CYCLECOUNT=8,\n"
-    "         PERIOD=2.5, SEQTYPE=4, BITSEQUENCE=0110) and saves it again; data\n"
-    "         that would not load back is refused and the file left as it was\n";
+    "         PERIOD=2.5, SEQTYPE=4, BITSEQUENCE=0110) and saves it again. Each\n"
+    "         value must be wholly a number in the range the eye-diagram pages\n"
+    "         allow; data that would not load back as it is refused, with the\n"
+    "         reason, and the file left as it was\n";
+
+// Why an existing file cannot serve as stimulus data, if it cannot. A file
+// that is there and readable but lacks keys is fine: they take defaults.
+std::optional<std::string> FileProblem(const std::string& path, bool mustExist) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (!std::filesystem::exists(status)) {
+        if (!mustExist) {
+            return std::nullopt;
+        }
+        return "cannot read " + path + ": no such file";
+    }
+    if (std::filesystem::is_directory(status)) {
+        return path + " is a folder, not an INI file";
+    }
+    std::string reason;
+    const auto text = ReadWholeFile(path, kMaxProfileBytes, &reason);
+    if (!text) {
+        return "cannot read " + path + ": " + reason;
+    }
+    if (TrimSpace(*text).empty()) {
+        return mustExist ? std::optional(path + " is empty") : std::nullopt;
+    }
+    if (!LooksLikeIniText(*text)) {
+        return path + " is no INI file: it holds no [section] line, or bytes no text holds";
+    }
+    return std::nullopt;
+}
 
 void Show(const CStimulusData& data, std::ostream& out) {
     for (const auto& [key, value] : PersistedEntries(data)) {
@@ -43,6 +80,68 @@ void Show(const CStimulusData& data, std::ostream& out) {
     }
 }
 
+int Fail(std::ostream& err, const std::string& message) {
+    err << "kvcomctl stimulus: " << message << '\n';
+    return kExitFailure;
+}
+
+int RunNew(const std::string& path, std::ostream& err) {
+    const FileResult saved = SaveStimulusData(CStimulusData(), path.c_str(), true);
+    return saved.ok ? kExitOk : Fail(err, saved.reason);
+}
+
+int RunShow(const std::string& path, std::ostream& out, std::ostream& err) {
+    if (const auto problem = FileProblem(path, true)) {
+        return Fail(err, *problem);
+    }
+    CStimulusData data;
+    const StimulusReadResult read = LoadStimulusData(data, path.c_str(), true);
+    Show(data, out);
+    if (read.invalidReason) {
+        return Fail(err, path + " holds invalid stimulus data (" + *read.invalidReason +
+                             "); shown are the defaults with the file's mask");
+    }
+    if (read.unreadSequenceLength) {
+        return Fail(err, path + ": the stored SEQUENCELENGTH=" +
+                             std::to_string(*read.unreadSequenceLength) +
+                             " lies outside 1 - 32000, so the stored bits were not read");
+    }
+    return kExitOk;
+}
+
+int RunSet(const std::string& path, Arguments texts, std::ostream& err) {
+    const std::vector<Assignment> assignments = ParseAssignments(texts);
+    if (const auto problem = FileProblem(path, false)) {
+        return Fail(err, *problem);
+    }
+    CStimulusData data;
+    const StimulusReadResult read = ReadStimulusFile(data, path);
+    const std::string unchanged = "; " + path + " is unchanged";
+    if (read.unreadSequenceLength && !Assigns(assignments, "BITSEQUENCE")) {
+        // Saving now would store whatever bits the object had instead.
+        return Fail(err, "the stored SEQUENCELENGTH=" + std::to_string(*read.unreadSequenceLength) +
+                             " lies outside 1 - 32000, so the stored bits cannot be read; give "
+                             "BITSEQUENCE to replace them" +
+                             unchanged);
+    }
+    if (const auto refusal = ApplyAssignments(assignments, data)) {
+        return Fail(err, *refusal + unchanged);
+    }
+    if (const auto reason = data.InvalidReason(data.GetBitCount())) {
+        return Fail(
+            err, "the values make the stimulus data invalid: " + std::string(*reason) + unchanged);
+    }
+    if (const auto loss = FindRoundTripLoss(data)) {
+        return Fail(err, "the values would not load back as they are: " + *loss + unchanged);
+    }
+    if (StoresItsBits(data.GetSeqType()) && data.GetBitCount() > kMaxStoredCustomBits) {
+        err << "kvcomctl stimulus: the sequence has " << data.GetBitCount()
+            << " bits; only its first " << kMaxStoredCustomBits << " are saved\n";
+    }
+    const FileResult saved = SaveStimulusData(data, path.c_str(), true);
+    return saved.ok ? kExitOk : Fail(err, saved.reason);
+}
+
 int Run(Arguments args, std::ostream& out, std::ostream& err) {
     if (args.size() < 2) {
         throw UsageError{"stimulus needs an action (show, new, set) and a file"};
@@ -52,24 +151,11 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
         ModuleProfile().registryKey = std::string(kModuleRegistryKey);
     }
     const std::string path(args[1]);
-    CStimulusData data;
-    if (args[0] == "new") {
+    if (args[0] == "new" || args[0] == "show") {
         if (args.size() != 2) {
-            throw UsageError{"new takes only the file"};
+            throw UsageError{std::string(args[0]) + " takes only the file"};
         }
-        if (!data.Save(path.c_str(), true)) {
-            err << "kvcomctl: cannot write " << path << '\n';
-            return kExitFailure;
-        }
-        return kExitOk;
-    }
-    if (args[0] == "show") {
-        if (args.size() != 2) {
-            throw UsageError{"show takes only the file"};
-        }
-        data.Load(path.c_str(), true);
-        Show(data, out);
-        return kExitOk;
+        return args[0] == "new" ? RunNew(path, err) : RunShow(path, out, err);
     }
     if (args[0] != "set") {
         throw UsageError{"unknown action '" + std::string(args[0]) + "'"};
@@ -77,25 +163,7 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
     if (args.size() < 3) {
         throw UsageError{"set needs KEY=VALUE"};
     }
-    data.Load(path.c_str(), true);
-    for (std::string_view assignment : args.subspan(2)) {
-        const std::size_t equals = assignment.find('=');
-        if (equals == std::string_view::npos ||
-            !SetPersistedValue(data, assignment.substr(0, equals), assignment.substr(equals + 1))) {
-            throw UsageError{"cannot set '" + std::string(assignment) + "'"};
-        }
-    }
-    RegenerateBits(data);
-    const int storedLength = data.GetBitCount();
-    if (!data.IsValid(storedLength)) {
-        err << "kvcomctl: the values make the stimulus data invalid; " << path << " is unchanged\n";
-        return kExitFailure;
-    }
-    if (!data.Save(path.c_str(), true)) {
-        err << "kvcomctl: cannot write " << path << '\n';
-        return kExitFailure;
-    }
-    return kExitOk;
+    return RunSet(path, args.subspan(2), err);
 }
 
 const CommandRegistration kRegistration{

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/stimulus/EyeMask.h"
+#include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/JitterSeed.h"
 #include "core/stimulus/RegisterFill.h"
 #include "core/stimulus/SequenceType.h"
@@ -52,38 +53,13 @@ int64_t PrbsSequenceLength(int degree) {
     return (int64_t{1} << degree) - 1;
 }
 
-CStimulusData::CStimulusData() : m_mask(DefaultEyeMask()) {
+CStimulusData::CStimulusData() {
     GenerateSequence(0, m_bits);
 }
 
 CStimulusData& CStimulusData::operator=(const CStimulusData& other) {
     // m_description is a note of this object only and never travels.
-    m_cycleCount = other.m_cycleCount;
-    m_cycleMarks = other.m_cycleMarks;
-    m_auxFlag = other.m_auxFlag;
-    m_skipBits = other.m_skipBits;
-    m_eyeCount = other.m_eyeCount;
-    m_period = other.m_period;
-    m_dutyCycle = other.m_dutyCycle;
-    m_addJitter = other.m_addJitter;
-    m_jitterAsTime = other.m_jitterAsTime;
-    m_freqMeasured = other.m_freqMeasured;
-    m_maxJitter = other.m_maxJitter;
-    m_randomFreq = other.m_randomFreq;
-    m_jitterType = other.m_jitterType;
-    m_jitterRepeatable = other.m_jitterRepeatable;
-    m_advancedJitter = other.m_advancedJitter;
-    m_sineMag = other.m_sineMag;
-    m_sineFreq = other.m_sineFreq;
-    m_sineInit = other.m_sineInit;
-    m_uniformMag = other.m_uniformMag;
-    m_uniformMean = other.m_uniformMean;
-    m_listMode = other.m_listMode;
-    m_seqType = other.m_seqType;
-    m_bits = other.m_bits;
-    m_polyDegree = other.m_polyDegree;
-    m_initState = other.m_initState;
-    m_mask = other.m_mask;
+    static_cast<StimulusValues&>(*this) = other;
     return *this;
 }
 
@@ -143,22 +119,69 @@ void CStimulusData::GenerateSequence(int initState, BitVector& bits) const {
     }
 }
 
-bool CStimulusData::IsValid(int storedSequenceLength) const {
-    const int64_t bitCount = std::max<int64_t>(1, static_cast<int64_t>(m_bits.size()));
-    const bool bitsMatchType =
-        (m_seqType != seq::kPrbs || static_cast<int64_t>(m_bits.size()) == storedSequenceLength) &&
-        (m_seqType != seq::k8b10b ||
-         static_cast<int64_t>(m_bits.size()) == int64_t{m_cycleCount} * 10) &&
-        (m_seqType != seq::kUsbCompliance || m_bits.size() == 330);
-    return m_cycleCount >= 1 && m_cycleCount <= 32768 && m_skipBits >= 0 &&
-           m_skipBits <= int64_t{m_cycleCount} * bitCount && m_eyeCount >= 1 && m_eyeCount <= 3 &&
-           m_dutyCycle > 0 && m_dutyCycle < 100 && m_jitterType >= 0 && m_jitterType <= 2 &&
-           m_seqType >= 0 && m_seqType <= 9 && (m_initState == 0 || m_initState == 1) &&
-           m_polyDegree >= 3 && m_polyDegree <= 16 && bitsMatchType;
+std::optional<std::string_view> CStimulusData::InvalidReason(int storedSequenceLength) const {
+    const auto bitCount = static_cast<int64_t>(m_bits.size());
+    struct Rule {
+        bool (*holds)(const CStimulusData&, int64_t bitCount, int storedLength);
+        std::string_view reason;
+    };
+    // In the order Load checks them; the first that fails is named.
+    static constexpr Rule kRules[] = {
+        {[](const CStimulusData& d, int64_t, int) {
+             return d.m_cycleCount >= 1 && d.m_cycleCount <= 32768;
+         },
+         "the cycle count must be from 1 to 32768"},
+        {[](const CStimulusData& d, int64_t bits, int) {
+             // An empty sequence counts as one bit.
+             return d.m_skipBits >= 0 &&
+                    d.m_skipBits <= int64_t{d.m_cycleCount} * std::max<int64_t>(1, bits);
+         },
+         "the skipped bits must be from 0 to the cycle count times the bit count"},
+        {[](const CStimulusData& d, int64_t, int) {
+             return d.m_eyeCount >= 1 && d.m_eyeCount <= 3;
+         },
+         "the eye count must be from 1 to 3"},
+        {[](const CStimulusData& d, int64_t, int) {
+             return d.m_dutyCycle > 0 && d.m_dutyCycle < 100;
+         },
+         "the duty cycle must lie strictly between 0 and 100"},
+        {[](const CStimulusData& d, int64_t, int) {
+             return d.m_jitterType >= 0 && d.m_jitterType <= 2;
+         },
+         "the jitter type must be from 0 to 2"},
+        {[](const CStimulusData& d, int64_t, int) { return d.m_seqType >= 0 && d.m_seqType <= 9; },
+         "the sequence type must be from 0 to 9"},
+        {[](const CStimulusData& d, int64_t, int) {
+             return d.m_initState == 0 || d.m_initState == 1;
+         },
+         "the initial state must be 0 or 1"},
+        {[](const CStimulusData& d, int64_t, int) {
+             return d.m_polyDegree >= 3 && d.m_polyDegree <= 16;
+         },
+         "the polynomial degree must be from 3 to 16"},
+        {[](const CStimulusData& d, int64_t bits, int stored) {
+             return d.m_seqType != seq::kPrbs || bits == stored;
+         },
+         "a PRBS sequence must hold as many bits as its stored length"},
+        {[](const CStimulusData& d, int64_t bits, int) {
+             return d.m_seqType != seq::k8b10b || bits == int64_t{d.m_cycleCount} * 10;
+         },
+         "an 8B/10B sequence must hold ten bits per cycle"},
+        {[](const CStimulusData& d, int64_t bits, int) {
+             return d.m_seqType != seq::kUsbCompliance || bits == kUsbComplianceBits;
+         },
+         "a USB 2.0 compliance sequence must hold 330 bits"},
+    };
+    for (const Rule& rule : kRules) {
+        if (!rule.holds(*this, bitCount, storedSequenceLength)) {
+            return rule.reason;
+        }
+    }
+    return std::nullopt;
 }
 
 bool CStimulusData::Save(const char* location, bool toFile) {
-    return SaveStimulusData(*this, location, toFile);
+    return SaveStimulusData(*this, location, toFile).ok;
 }
 
 bool CStimulusData::Load(const char* location, bool fromFile) {

@@ -2,10 +2,12 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/stimulus/EyeMask.h"
 #include "kvcomctl/EyeMask.h"
 #include "kvcomctl/IEyeDiagramData.h"
 
@@ -17,10 +19,43 @@ using BitVector = std::vector<uint8_t>;
 inline constexpr std::string_view kInvalidEyeDiagramData =
     "Invalid eye diagram data.\nReverting to default values.";
 
+// Every field of the data object that travels with it: assignment copies
+// this group whole, so a field added here can never be left behind. Only the
+// description stays outside it. The pages use the fields directly, by their
+// framework names.
+struct StimulusValues {
+    int32_t m_cycleCount = 4;
+    std::vector<int32_t> m_cycleMarks;
+    bool m_auxFlag = true;
+    int32_t m_skipBits = 0;
+    int32_t m_eyeCount = 1;
+    double m_period = 3.3;
+    double m_dutyCycle = 50.0;
+    std::array<bool, 3> m_addJitter{};
+    std::array<bool, 3> m_jitterAsTime{};
+    std::array<bool, 3> m_freqMeasured{};
+    double m_maxJitter = 1.0;
+    double m_randomFreq = 100.0;
+    int32_t m_jitterType = 0;
+    bool m_jitterRepeatable = true;
+    bool m_advancedJitter = false;
+    double m_sineMag = 0.0;
+    double m_sineFreq = 100.0;
+    double m_sineInit = 0.0;
+    double m_uniformMag = 0.0;
+    double m_uniformMean = 0.0;
+    int32_t m_listMode = 0;
+    int32_t m_seqType = 7;
+    BitVector m_bits;
+    int32_t m_polyDegree = 5;
+    int32_t m_initState = 0;
+    EYEMASK m_mask = DefaultEyeMask();
+};
+
 // The stimulus and eye-diagram set-up of one simulation. It holds values
 // only: setters store what they are given, and Load checks the data as a
 // whole (IsValid).
-class CStimulusData final : public IEyeDiagramData {
+class CStimulusData final : public IEyeDiagramData, public StimulusValues {
 public:
     CStimulusData();
     // A copy is a copy of everything; assignment keeps the target's own
@@ -95,41 +130,17 @@ public:
     void GenerateSequence(int initState, BitVector& bits) const;
 
     // The whole-object check that Load applies; `storedSequenceLength` is the
-    // length that the store gave for the sequence.
-    bool IsValid(int storedSequenceLength) const;
+    // length that the store gave for the sequence. InvalidReason names the
+    // first rule that fails.
+    bool IsValid(int storedSequenceLength) const { return !InvalidReason(storedSequenceLength); }
+    std::optional<std::string_view> InvalidReason(int storedSequenceLength) const;
 
     const BitVector& Bits() const { return m_bits; }
     void SetBitVector(BitVector bits) { m_bits = std::move(bits); }
     const EYEMASK& Mask() const { return m_mask; }
 
-    // The fields the pages use directly, by their framework names.
+    // A note of this object alone: copied with the object, kept by assignment.
     std::string m_description;
-    int32_t m_cycleCount = 4;
-    std::vector<int32_t> m_cycleMarks;
-    bool m_auxFlag = true;
-    int32_t m_skipBits = 0;
-    int32_t m_eyeCount = 1;
-    double m_period = 3.3;
-    double m_dutyCycle = 50.0;
-    std::array<bool, 3> m_addJitter{};
-    std::array<bool, 3> m_jitterAsTime{};
-    std::array<bool, 3> m_freqMeasured{};
-    double m_maxJitter = 1.0;
-    double m_randomFreq = 100.0;
-    int32_t m_jitterType = 0;
-    bool m_jitterRepeatable = true;
-    bool m_advancedJitter = false;
-    double m_sineMag = 0.0;
-    double m_sineFreq = 100.0;
-    double m_sineInit = 0.0;
-    double m_uniformMag = 0.0;
-    double m_uniformMean = 0.0;
-    int32_t m_listMode = 0;
-    int32_t m_seqType = 7;
-    BitVector m_bits;
-    int32_t m_polyDegree = 5;
-    int32_t m_initState = 0;
-    EYEMASK m_mask;
 
 private:
     static std::size_t Index(int component) { return static_cast<std::size_t>(component); }

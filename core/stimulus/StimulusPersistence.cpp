@@ -1,19 +1,46 @@
 #include "core/stimulus/StimulusPersistence.h"
 
+#include <algorithm>
 #include <array>
+#include <climits>
 #include <optional>
+#include <type_traits>
 
 #include "core/ports/MessagePort.h"
 #include "core/settings/IniDocument.h"
 #include "core/settings/ProfileStore.h"
 #include "core/shared/NumberText.h"
 #include "core/stimulus/EyeMask.h"
+#include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/SequenceType.h"
-#include "core/stimulus/UsbCompliance.h"
 #include "core/stimulus/Uuencode.h"
 
 namespace kv {
 namespace {
+
+// Where a persisted value lives in the data object. Each accessor reaches
+// the same field of a const or a mutable object.
+template <auto Member>
+struct Field_ {
+    template <typename Data>
+    static auto& In(Data& data) {
+        return data.*Member;
+    }
+};
+template <auto Array, std::size_t Index>
+struct Element_ {
+    template <typename Data>
+    static auto& In(Data& data) {
+        return (data.*Array)[Index];
+    }
+};
+template <auto Member>
+struct Mask_ {
+    template <typename Data>
+    static auto& In(Data& data) {
+        return data.m_mask.*Member;
+    }
+};
 
 enum class Kind { Int, Bool, Real };
 
@@ -26,79 +53,90 @@ struct Field {
     void (*set)(CStimulusData&, double);
 };
 
-#define KV_INT(KEY, MEMBER)                                                        \
-    Field {                                                                        \
-        KEY, Kind::Int, [](const CStimulusData& d) { return double(d.MEMBER); },   \
-            [](CStimulusData& d, double v) { d.MEMBER = static_cast<int32_t>(v); } \
-    }
-#define KV_BOOL(KEY, MEMBER)                                                          \
-    Field {                                                                           \
-        KEY, Kind::Bool, [](const CStimulusData& d) { return d.MEMBER ? 1.0 : 0.0; }, \
-            [](CStimulusData& d, double v) { d.MEMBER = v != 0; }                     \
-    }
-#define KV_REAL(KEY, MEMBER)                                                      \
-    Field {                                                                       \
-        KEY, Kind::Real, [](const CStimulusData& d) { return double(d.MEMBER); }, \
-            [](CStimulusData& d, double v) { d.MEMBER = v; }                      \
-    }
+// The field of `key` behind `Access`; how it is written follows from the
+// member's type, so a table row cannot get it wrong.
+template <typename Access>
+constexpr Field Persisted(std::string_view key) {
+    using Value = std::remove_cvref_t<decltype(Access::In(std::declval<CStimulusData&>()))>;
+    constexpr Kind kind = std::is_same_v<Value, bool> ? Kind::Bool
+                          : std::is_integral_v<Value> ? Kind::Int
+                                                      : Kind::Real;
+    return {
+        key, kind, [](const CStimulusData& data) { return static_cast<double>(Access::In(data)); },
+        [](CStimulusData& data, double value) { Access::In(data) = static_cast<Value>(value); }};
+}
+
+using V = StimulusValues;
 
 // Keys 1 to 27, in the order Save writes them.
-const std::array<Field, 27> kDataFields{{
-    KV_INT("CYCLECOUNT", m_cycleCount),
-    KV_INT("SKIPBITS", m_skipBits),
-    KV_INT("EYECOUNT", m_eyeCount),
-    KV_REAL("PERIOD", m_period),
-    KV_REAL("DUTYCYCLE", m_dutyCycle),
-    KV_REAL("MAXJITTER", m_maxJitter),
-    KV_REAL("RANDOMFREQ", m_randomFreq),
-    KV_REAL("SINEMAG", m_sineMag),
-    KV_REAL("SINEFREQ", m_sineFreq),
-    KV_REAL("SINEINIT", m_sineInit),
-    KV_REAL("UNIFORMMAG", m_uniformMag),
-    KV_REAL("UNIFORMMEAN", m_uniformMean),
-    KV_BOOL("ADDGAUSSIAN", m_addJitter[0]),
-    KV_BOOL("ADDUNIFORM", m_addJitter[1]),
-    KV_BOOL("ADDSINE", m_addJitter[2]),
-    KV_BOOL("ADVJITTER", m_advancedJitter),
-    KV_BOOL("GAUSSIANFREQMEAS", m_freqMeasured[0]),
-    KV_BOOL("UNIFORMFREQMEAS", m_freqMeasured[1]),
-    KV_BOOL("SINEFREQMEAS", m_freqMeasured[2]),
-    KV_INT("JITTERTYPE", m_jitterType),
-    KV_BOOL("JITTERREPEATABLE", m_jitterRepeatable),
-    KV_BOOL("GAUSSIANJITASTIME", m_jitterAsTime[0]),
-    KV_BOOL("UNIFORMJITASTIME", m_jitterAsTime[1]),
-    KV_BOOL("SINEJITASTIME", m_jitterAsTime[2]),
-    KV_INT("SEQTYPE", m_seqType),
-    KV_INT("INITSTATE", m_initState),
-    KV_INT("POLYDEGREE", m_polyDegree),
-}};
+const std::array kDataFields{
+    Persisted<Field_<&V::m_cycleCount>>("CYCLECOUNT"),
+    Persisted<Field_<&V::m_skipBits>>("SKIPBITS"),
+    Persisted<Field_<&V::m_eyeCount>>("EYECOUNT"),
+    Persisted<Field_<&V::m_period>>("PERIOD"),
+    Persisted<Field_<&V::m_dutyCycle>>("DUTYCYCLE"),
+    Persisted<Field_<&V::m_maxJitter>>("MAXJITTER"),
+    Persisted<Field_<&V::m_randomFreq>>("RANDOMFREQ"),
+    Persisted<Field_<&V::m_sineMag>>("SINEMAG"),
+    Persisted<Field_<&V::m_sineFreq>>("SINEFREQ"),
+    Persisted<Field_<&V::m_sineInit>>("SINEINIT"),
+    Persisted<Field_<&V::m_uniformMag>>("UNIFORMMAG"),
+    Persisted<Field_<&V::m_uniformMean>>("UNIFORMMEAN"),
+    Persisted<Element_<&V::m_addJitter, 0>>("ADDGAUSSIAN"),
+    Persisted<Element_<&V::m_addJitter, 1>>("ADDUNIFORM"),
+    Persisted<Element_<&V::m_addJitter, 2>>("ADDSINE"),
+    Persisted<Field_<&V::m_advancedJitter>>("ADVJITTER"),
+    Persisted<Element_<&V::m_freqMeasured, 0>>("GAUSSIANFREQMEAS"),
+    Persisted<Element_<&V::m_freqMeasured, 1>>("UNIFORMFREQMEAS"),
+    Persisted<Element_<&V::m_freqMeasured, 2>>("SINEFREQMEAS"),
+    Persisted<Field_<&V::m_jitterType>>("JITTERTYPE"),
+    Persisted<Field_<&V::m_jitterRepeatable>>("JITTERREPEATABLE"),
+    Persisted<Element_<&V::m_jitterAsTime, 0>>("GAUSSIANJITASTIME"),
+    Persisted<Element_<&V::m_jitterAsTime, 1>>("UNIFORMJITASTIME"),
+    Persisted<Element_<&V::m_jitterAsTime, 2>>("SINEJITASTIME"),
+    Persisted<Field_<&V::m_seqType>>("SEQTYPE"),
+    Persisted<Field_<&V::m_initState>>("INITSTATE"),
+    Persisted<Field_<&V::m_polyDegree>>("POLYDEGREE"),
+};
+static_assert(kDataFields.size() == 27);
 
 // Keys 30 to 44: the mask's levels and times.
-const std::array<Field, 15> kMaskFields{{
-    KV_REAL("PTOPMAX", m_mask.PTopMax),
-    KV_REAL("PTOPMIN", m_mask.PTopMin),
-    KV_REAL("PBASEMIN", m_mask.PBaseMin),
-    KV_REAL("PBASEMAX", m_mask.PBaseMax),
-    KV_REAL("PCROSS", m_mask.PCross),
-    KV_REAL("TCROSS1MIN", m_mask.TCross1Min),
-    KV_REAL("TCROSS1MAX", m_mask.TCross1Max),
-    KV_REAL("TRISEDELAY", m_mask.TRiseDelay),
-    KV_REAL("TCROSS2MAX", m_mask.TCross2Max),
-    KV_REAL("TCROSS2MIN", m_mask.TCross2Min),
-    KV_REAL("TFALLDELAY", m_mask.TFallDelay),
-    KV_REAL("SCALETIME", m_mask.ScaleTime),
-    KV_REAL("SCALEVOLT", m_mask.ScaleVolt),
-    KV_REAL("OFFSETTIME", m_mask.OffsetTime),
-    KV_REAL("OFFSETVOLT", m_mask.OffsetVolt),
-}};
-
-#undef KV_INT
-#undef KV_BOOL
-#undef KV_REAL
+const std::array kMaskFields{
+    Persisted<Mask_<&EYEMASK::PTopMax>>("PTOPMAX"),
+    Persisted<Mask_<&EYEMASK::PTopMin>>("PTOPMIN"),
+    Persisted<Mask_<&EYEMASK::PBaseMin>>("PBASEMIN"),
+    Persisted<Mask_<&EYEMASK::PBaseMax>>("PBASEMAX"),
+    Persisted<Mask_<&EYEMASK::PCross>>("PCROSS"),
+    Persisted<Mask_<&EYEMASK::TCross1Min>>("TCROSS1MIN"),
+    Persisted<Mask_<&EYEMASK::TCross1Max>>("TCROSS1MAX"),
+    Persisted<Mask_<&EYEMASK::TRiseDelay>>("TRISEDELAY"),
+    Persisted<Mask_<&EYEMASK::TCross2Max>>("TCROSS2MAX"),
+    Persisted<Mask_<&EYEMASK::TCross2Min>>("TCROSS2MIN"),
+    Persisted<Mask_<&EYEMASK::TFallDelay>>("TFALLDELAY"),
+    Persisted<Mask_<&EYEMASK::ScaleTime>>("SCALETIME"),
+    Persisted<Mask_<&EYEMASK::ScaleVolt>>("SCALEVOLT"),
+    Persisted<Mask_<&EYEMASK::OffsetTime>>("OFFSETTIME"),
+    Persisted<Mask_<&EYEMASK::OffsetVolt>>("OFFSETVOLT"),
+};
+static_assert(kMaskFields.size() == 15);
 
 constexpr std::string_view kSequenceLength = "SEQUENCELENGTH";
 constexpr std::string_view kMaskName = "MASKNAME";
 constexpr std::string_view kBitSequence = "BITSEQUENCE";
+
+const Field* FindField(std::string_view key) {
+    for (const Field& field : kDataFields) {
+        if (EqualNoCase(field.key, key)) {
+            return &field;
+        }
+    }
+    for (const Field& field : kMaskFields) {
+        if (EqualNoCase(field.key, key)) {
+            return &field;
+        }
+    }
+    return nullptr;
+}
 
 std::string FormatField(const Field& field, const CStimulusData& data) {
     const double value = field.get(data);
@@ -117,41 +155,41 @@ std::optional<double> ParseFileValue(Kind kind, std::string_view text) {
     return number ? std::optional<double>(*number) : std::nullopt;
 }
 
-// Reads values either from a whole section of a file or key by key from a
-// settings store, with the rules of each.
+// Reads values either from the entries of a whole section of a file or key
+// by key from a settings store, with the rules of each.
 class ValueSource {
 public:
-    ValueSource(IProfileStore& store, bool fromFile) : m_store(store), m_fromFile(fromFile) {
-        if (fromFile) {
-            LoadSection();
-        }
+    // File rules over the section's "key=value" entries (none: no section).
+    explicit ValueSource(const std::optional<std::vector<std::string>>& section) {
+        LoadSection(section);
     }
+    // Settings-store rules: a store has no section call, so key by key.
+    explicit ValueSource(IProfileStore& store) : m_store(&store) {}
 
-    double Read(Kind kind, std::string_view key, double defaultValue) {
-        if (m_fromFile) {
+    double Read(Kind kind, std::string_view key, double defaultValue) const {
+        if (m_store == nullptr) {
             const auto text = Lookup(key);
             return text ? ParseFileValue(kind, *text).value_or(defaultValue) : defaultValue;
         }
         if (kind == Kind::Real) {
             // atof of the stored text: a stored text that is no number is 0.
             return ParseRealOrZero(
-                GetProfileString(m_store, kStimulusSection, key, FormatReal(defaultValue)));
+                GetProfileString(*m_store, kStimulusSection, key, FormatReal(defaultValue)));
         }
         const int value =
-            GetProfileInt(m_store, kStimulusSection, key, static_cast<int>(defaultValue));
+            GetProfileInt(*m_store, kStimulusSection, key, static_cast<int>(defaultValue));
         return kind == Kind::Bool ? (value > 0 ? 1.0 : 0.0) : value;
     }
 
-    std::string ReadText(std::string_view key, std::string_view defaultValue) {
-        if (m_fromFile) {
+    std::string ReadText(std::string_view key, std::string_view defaultValue) const {
+        if (m_store == nullptr) {
             return Lookup(key).value_or(std::string(defaultValue));
         }
-        return GetProfileString(m_store, kStimulusSection, key, defaultValue);
+        return GetProfileString(*m_store, kStimulusSection, key, defaultValue);
     }
 
 private:
-    void LoadSection() {
-        const auto entries = m_store.ReadSection(kStimulusSection);
+    void LoadSection(const std::optional<std::vector<std::string>>& entries) {
         if (!entries) {
             return;
         }
@@ -188,8 +226,7 @@ private:
         return std::nullopt;
     }
 
-    IProfileStore& m_store;
-    bool m_fromFile;
+    IProfileStore* m_store = nullptr;
     std::vector<std::pair<std::string, std::string>> m_entries;
 };
 
@@ -201,11 +238,58 @@ AppProfile ChooseProfile(const char* location, bool toFile) {
 }
 
 int StoredBitCount(const CStimulusData& data) {
-    const auto count = static_cast<int>(data.m_bits.size());
-    return data.m_seqType == seq::kCustom ? std::min(count, kMaxStoredCustomBits) : count;
+    const auto count = static_cast<int>(std::min<std::size_t>(data.m_bits.size(), INT_MAX));
+    return StoresItsBits(data.m_seqType) ? std::min(count, kMaxStoredCustomBits) : count;
+}
+
+void ReadMask(CStimulusData& data, const ValueSource& values, const CStimulusData& defaults) {
+    SetMaskName(data.m_mask, values.ReadText(kMaskName, ""));
+    for (const Field& field : kMaskFields) {
+        field.set(data, values.Read(field.kind, field.key, field.get(defaults)));
+    }
+}
+
+// Every key into the object, as Load reads them, and the verdict of the
+// validity rules; the object is left as read.
+StimulusReadResult ReadValues(CStimulusData& data, const ValueSource& values,
+                              const CStimulusData& defaults) {
+    StimulusReadResult result;
+    for (const Field& field : kDataFields) {
+        field.set(data, values.Read(field.kind, field.key, field.get(defaults)));
+    }
+    const int64_t cycle = PrbsSequenceLength(data.m_polyDegree);
+    const int length = static_cast<int>(
+        values.Read(Kind::Int, kSequenceLength,
+                    static_cast<double>(cycle < 0 || cycle > INT32_MAX ? -1 : cycle)));
+
+    if (StoresItsBits(data.m_seqType)) {
+        if (length >= 1 && length <= kMaxStoredCustomBits) {
+            if (auto bits = DecodeBitSequence(values.ReadText(kBitSequence, ""), length)) {
+                data.m_bits = std::move(*bits);
+            } else {
+                result.invalidReason =
+                    "the stored bit sequence is shorter than its length or "
+                    "cannot be decoded";
+            }
+        } else {
+            result.unreadSequenceLength = length;
+        }
+    }
+    RegenerateBits(data);
+    if (!result.invalidReason) {
+        if (const auto reason = data.InvalidReason(length)) {
+            result.invalidReason = std::string(*reason);
+        }
+    }
+    ReadMask(data, values, defaults);
+    return result;
 }
 
 }  // namespace
+
+bool StoresItsBits(int seqType) {
+    return seqType == seq::kCustom || seqType == 5 || seqType == 6;
+}
 
 std::string EncodeBitSequence(const BitVector& bits) {
     if (bits.size() < static_cast<std::size_t>(kUuencodedFromBits)) {
@@ -244,8 +328,8 @@ std::optional<BitVector> DecodeBitSequence(std::string_view text, int length) {
     return bits;
 }
 
-std::vector<std::pair<std::string_view, std::string>> PersistedEntries(const CStimulusData& data) {
-    std::vector<std::pair<std::string_view, std::string>> entries;
+std::vector<PersistedEntry> PersistedEntries(const CStimulusData& data) {
+    std::vector<PersistedEntry> entries;
     entries.reserve(45);
     for (const Field& field : kDataFields) {
         entries.emplace_back(field.key, FormatField(field, data));
@@ -256,21 +340,18 @@ std::vector<std::pair<std::string_view, std::string>> PersistedEntries(const CSt
     for (const Field& field : kMaskFields) {
         entries.emplace_back(field.key, FormatField(field, data));
     }
-    if (data.m_seqType == seq::kCustom) {
+    if (StoresItsBits(data.m_seqType)) {
         const BitVector first(data.m_bits.begin(), data.m_bits.begin() + stored);
         entries.emplace_back(kBitSequence, EncodeBitSequence(first));
     }
     return entries;
 }
 
-bool SaveStimulusData(const CStimulusData& data, const char* location, bool toFile) {
-    const auto store = OpenProfileStore(ChooseProfile(location, toFile));
-    for (const auto& [key, value] : PersistedEntries(data)) {
-        if (!WriteProfileString(*store, kStimulusSection, key, value)) {
-            return false;  // what was written stays written
-        }
-    }
-    return true;
+FileResult SaveStimulusData(const CStimulusData& data, const char* location, bool toFile) {
+    // One replace of the whole store: a failure (a full disk, a file that
+    // cannot be read) leaves every key as it was, never half of them.
+    return OpenProfileStore(ChooseProfile(location, toFile))
+        ->WriteEntries(kStimulusSection, PersistedEntries(data));
 }
 
 void RegenerateBits(CStimulusData& data) {
@@ -286,80 +367,92 @@ void RegenerateBits(CStimulusData& data) {
                 data.GenerateSequence(data.m_initState, data.m_bits);
             }
             return;
-        case seq::kToggling:
-            data.m_bits = TogglingBits(data.m_initState);
-            return;
         default:
-            return;
+            break;
+    }
+    // The USB 2.0 compliance pattern is made again here as well: its bits are
+    // not stored, and the validity rule asks for exactly its 330 bits, so
+    // this is the only way a saved compliance stimulus can load at all. Edge
+    // and Pulse are rebuilt from the initial state as the stimulus page
+    // builds them, and toggling gets its two bits.
+    if (auto pattern = FixedPattern(data.m_seqType, data.m_initState)) {
+        data.m_bits = std::move(*pattern);
     }
 }
 
-void LoadStimulusData(CStimulusData& data, const char* location, bool fromFile) {
+StimulusReadResult LoadStimulusData(CStimulusData& data, const char* location, bool fromFile) {
     const auto store = OpenProfileStore(ChooseProfile(location, fromFile));
     // A settings store has no section call; only a file is read whole.
-    ValueSource values(*store, fromFile && location != nullptr);
+    const ValueSource values = fromFile && location != nullptr
+                                   ? ValueSource(store->ReadSection(kStimulusSection))
+                                   : ValueSource(*store);
     const CStimulusData defaults;
-
-    for (const Field& field : kDataFields) {
-        field.set(data, values.Read(field.kind, field.key, field.get(defaults)));
-    }
-    const int64_t cycle = PrbsSequenceLength(data.m_polyDegree);
-    const int length = static_cast<int>(
-        values.Read(Kind::Int, kSequenceLength,
-                    static_cast<double>(cycle < 0 || cycle > INT32_MAX ? -1 : cycle)));
-
-    bool sequenceUnreadable = false;
-    if (length >= 1 && length <= kMaxStoredCustomBits && data.m_seqType == seq::kCustom) {
-        if (auto bits = DecodeBitSequence(values.ReadText(kBitSequence, ""), length)) {
-            data.m_bits = std::move(*bits);
-        } else {
-            sequenceUnreadable = true;  // too short or not decodable: nothing to trust
-        }
-    }
-    RegenerateBits(data);
-
-    if (sequenceUnreadable || !data.IsValid(length)) {
+    const StimulusReadResult result = ReadValues(data, values, defaults);
+    if (result.invalidReason) {
         ShowMessage(kInvalidEyeDiagramData, MessageIcon::Information, MessageButtons::Ok);
         data = defaults;
+        // The mask is read in every case, so it survives a reset of the rest.
+        ReadMask(data, values, defaults);
     }
-    // The mask is read in every case, so it survives a reset of the rest.
-    SetMaskName(data.m_mask, values.ReadText(kMaskName, ""));
-    for (const Field& field : kMaskFields) {
-        field.set(data, values.Read(field.kind, field.key, field.get(defaults)));
-    }
+    return result;
 }
 
-bool SetPersistedValue(CStimulusData& data, std::string_view key, std::string_view value) {
+StimulusReadResult ReadStimulusFile(CStimulusData& data, const std::string& path) {
+    const auto store = OpenProfileStore(AppProfile::File(path));
+    return ReadValues(data, ValueSource(store->ReadSection(kStimulusSection)), CStimulusData());
+}
+
+std::optional<std::string> FindRoundTripLoss(const CStimulusData& data) {
+    const std::vector<PersistedEntry> written = PersistedEntries(data);
+    IniDocument document;
+    document.SetEntries(kStimulusSection, written);
+    const IniDocument reread(document.Text());
+
+    CStimulusData loaded;  // what any loader starts from
+    const StimulusReadResult result =
+        ReadValues(loaded, ValueSource(reread.Section(kStimulusSection)), CStimulusData());
+    if (result.invalidReason) {
+        return "as stored it would load back as invalid data (" + *result.invalidReason +
+               ") and be replaced by the defaults";
+    }
+    if (result.unreadSequenceLength) {
+        return "its stored length " + std::to_string(*result.unreadSequenceLength) +
+               " lies outside 1 - " + std::to_string(kMaxStoredCustomBits) +
+               ", so its bits would not load back";
+    }
+    const std::vector<PersistedEntry> back = PersistedEntries(loaded);
+    for (std::size_t i = 0; i < written.size() && i < back.size(); ++i) {
+        if (written[i] != back[i]) {
+            return std::string(written[i].first) + "=" + written[i].second +
+                   " would load back as " + back[i].second;
+        }
+    }
+    if (written.size() != back.size()) {
+        return "its bit sequence would not load back";
+    }
+    return std::nullopt;
+}
+
+std::optional<PersistedKey> FindPersistedKey(std::string_view key) {
     if (EqualNoCase(key, kMaskName)) {
-        SetMaskName(data.m_mask, TrimSpace(value));
-        return true;
+        return PersistedKey{kMaskName, PersistedKind::Text};
     }
     if (EqualNoCase(key, kBitSequence)) {
-        BitVector bits;
-        for (char c : TrimSpace(value)) {
-            if (c != '0' && c != '1') {
-                return false;
-            }
-            bits.push_back(c == '1' ? 1 : 0);
-        }
-        data.m_bits = std::move(bits);
-        return true;
+        return PersistedKey{kBitSequence, PersistedKind::Bits};
     }
-    for (const auto* fields : {static_cast<const Field*>(kDataFields.data()), kMaskFields.data()}) {
-        const std::size_t count =
-            fields == kDataFields.data() ? kDataFields.size() : kMaskFields.size();
-        for (std::size_t i = 0; i < count; ++i) {
-            if (EqualNoCase(key, fields[i].key)) {
-                const auto parsed = ParseFileValue(fields[i].kind, TrimSpace(value));
-                if (!parsed) {
-                    return false;
-                }
-                fields[i].set(data, *parsed);
-                return true;
-            }
-        }
+    const Field* field = FindField(key);
+    if (field == nullptr) {
+        return std::nullopt;
     }
-    return false;
+    constexpr PersistedKind kKinds[] = {PersistedKind::Int, PersistedKind::Bool,
+                                        PersistedKind::Real};
+    return PersistedKey{field->key, kKinds[static_cast<int>(field->kind)]};
+}
+
+void SetPersistedNumber(CStimulusData& data, std::string_view key, double value) {
+    if (const Field* field = FindField(key)) {
+        field->set(data, value);
+    }
 }
 
 }  // namespace kv

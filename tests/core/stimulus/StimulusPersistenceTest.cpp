@@ -3,6 +3,7 @@
 #include <unistd.h>
 #include <cstdlib>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdio>
 #include <filesystem>
@@ -13,6 +14,7 @@
 #include "core/settings/ProfileStore.h"
 #include "core/shared/AppProfile.h"
 #include "core/stimulus/EyeMask.h"
+#include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/JitterSeed.h"
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/StimulusData.h"
@@ -172,20 +174,99 @@ TEST_F(Persistence, InvalidDataRevertsButTheMaskIsKept) {
     EXPECT_EQ(m_messages.Requests().size(), 1u);
     EXPECT_EQ(prbs.GetBitCount(), 31);
 
-    // Toggling gets its two bits; 8B/10B ten bits a cycle; USB needs 330.
+    // Toggling gets its two bits; 8B/10B ten bits a cycle.
     CStimulusData toggling;
     toggling.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=2\nINITSTATE=1\n").c_str(), true);
     EXPECT_EQ(toggling.Bits(), (kv::BitVector{0, 1}));
     CStimulusData code;
     code.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=1\nCYCLECOUNT=6\n").c_str(), true);
     EXPECT_EQ(code.GetBitCount(), 60);
-    m_messages.Clear();
-    CStimulusData usb;
-    usb.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=3\n").c_str(), true);
-    EXPECT_EQ(m_messages.Requests().size(), 1u);
     // A huge cycle count with 8B/10B is refused without generating first.
-    usb.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=1\nCYCLECOUNT=2000000000\n").c_str(), true);
-    EXPECT_EQ(usb.GetCycleCount(), 4);
+    m_messages.Clear();
+    code.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=1\nCYCLECOUNT=2000000000\n").c_str(), true);
+    EXPECT_EQ(code.GetCycleCount(), 4);
+    EXPECT_EQ(m_messages.Requests().size(), 1u);
+}
+
+TEST_F(Persistence, EveryKindSurvivesASaveAndALoad) {
+    struct Case {
+        int seqType;
+        int initState;
+        kv::BitVector expected;  // empty: the bits saved
+    };
+    const Case cases[] = {
+        {kv::seq::kUsbCompliance, 0, kv::UsbCompliancePattern()},
+        {kv::seq::kEdge, 0, {1}},      // "Rising"
+        {kv::seq::kEdge, 1, {0}},      // "Falling"
+        {kv::seq::kPulse, 1, {0, 1}},  // "High"
+        {kv::seq::kPulse, 0, {1, 0}},  // "Low"
+        {5, 0, {}},
+        {6, 1, {}},
+        {kv::seq::kCustom, 0, {}},
+    };
+    for (const Case& c : cases) {
+        CStimulusData data;
+        data.SetSeqType(c.seqType);
+        data.SetInitState(c.initState);
+        data.SetBitVector(SomeBits(3000, static_cast<unsigned>(c.seqType)));
+        kv::RegenerateBits(data);
+        const std::string path = m_folder.File("kind.ini");
+        ASSERT_TRUE(data.Save(path.c_str(), true));
+        m_messages.Clear();
+        CStimulusData loaded;
+        loaded.Load(path.c_str(), true);
+        EXPECT_TRUE(m_messages.Requests().empty()) << c.seqType;
+        EXPECT_EQ(loaded.GetSeqType(), c.seqType);
+        EXPECT_EQ(loaded.Bits(), c.expected.empty() ? data.Bits() : c.expected) << c.seqType;
+        EXPECT_EQ(kv::PersistedEntries(loaded), kv::PersistedEntries(data));
+        EXPECT_FALSE(kv::FindRoundTripLoss(data));
+    }
+}
+
+TEST_F(Persistence, RoundTripCheckNamesWhatWouldBeLost) {
+    CStimulusData duty;
+    duty.SetDutyCycle(99.99999999999999);  // valid, but stored as "100"
+    ASSERT_TRUE(duty.IsValid(duty.GetBitCount()));
+    const auto dutyLoss = kv::FindRoundTripLoss(duty);
+    ASSERT_TRUE(dutyLoss);
+    EXPECT_NE(dutyLoss->find("duty cycle"), std::string::npos) << *dutyLoss;
+
+    CStimulusData empty;
+    empty.SetSeqType(kv::seq::kCustom);
+    empty.SetBits(nullptr, 0);
+    const auto emptyLoss = kv::FindRoundTripLoss(empty);
+    ASSERT_TRUE(emptyLoss);
+    EXPECT_NE(emptyLoss->find("stored length 0"), std::string::npos) << *emptyLoss;
+
+    // A file whose custom length cannot be read says so and keeps the bits.
+    CStimulusData read;
+    const auto result =
+        kv::ReadStimulusFile(read, Ini("[EYEDIAGRAM]\nSEQTYPE=4\nSEQUENCELENGTH=-1\n"));
+    EXPECT_EQ(result.unreadSequenceLength, -1);
+    EXPECT_FALSE(result.invalidReason);
+    EXPECT_EQ(read.GetBitCount(), 31);
+}
+
+TEST_F(Persistence, SaveRewritesTheSectionOnceAndKeepsOtherBytes) {
+    const std::string other = "; kept\r\n[HOST]\r\na\r\r\nb = 2 \r\n\r\n";
+    const std::string path = Ini(other + "[EYEDIAGRAM]\r\nCYCLECOUNT=3\r\nPERIOD=2\r\n");
+    CStimulusData data;
+    data.SetCycleCount(9);
+    ASSERT_TRUE(data.Save(path.c_str(), true));
+    const std::string text = ReadText(path);
+    EXPECT_EQ(text.substr(0, other.size()), other);
+    EXPECT_NE(text.find("[EYEDIAGRAM]\r\nCYCLECOUNT=9\r\nPERIOD=3.3\r\nSKIPBITS=0\r\n"),
+              std::string::npos);
+    EXPECT_EQ(text.find("\n[", other.size() + 1), std::string::npos);  // one section
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'),
+              std::count(text.begin(), text.end(), '\r') - 1);  // CR LF throughout, a\r kept
+
+    // A store that cannot be read is not rewritten, and the reason says so.
+    const auto folder = m_folder.File("folder.ini");
+    std::filesystem::create_directories(folder);
+    const kv::FileResult saved = kv::SaveStimulusData(data, folder.c_str(), true);
+    EXPECT_FALSE(saved.ok);
+    EXPECT_EQ(saved.reason.rfind("cannot read " + folder + ": ", 0), 0u) << saved.reason;
 }
 
 TEST_F(Persistence, CustomSequencesAsTextUuencodedAndCapped) {

@@ -1,7 +1,9 @@
-#include "core/stimulus/UsbCompliance.h"
+#include "core/stimulus/FixedPatterns.h"
 
 #include <array>
+
 #include <string_view>
+#include "core/stimulus/SequenceType.h"
 
 namespace kv {
 namespace {
@@ -31,6 +33,25 @@ BitVector UsbCompliancePattern() {
 BitVector TogglingBits(int initState) {
     return {static_cast<uint8_t>(initState == 0 ? 1 : 0),
             static_cast<uint8_t>(initState != 0 ? 1 : 0)};
+}
+
+std::optional<BitVector> FixedPattern(int seqType, int initState) {
+    // The page's level list shows "High" first for state 1 and "Low" second
+    // for state 0 (the Edge list: "Falling", "Rising"). The page builds
+    // Oscillator and Pulse as 0 1 for "High" and 1 0 for "Low", which is the
+    // toggling pair, and Edge as the one bit 1 for "Rising" and 0 for
+    // "Falling", which is the toggling pair's first bit.
+    switch (seqType) {
+        case seq::kToggling:
+        case seq::kPulse:
+            return TogglingBits(initState);
+        case seq::kEdge:
+            return BitVector{TogglingBits(initState).front()};
+        case seq::kUsbCompliance:
+            return UsbCompliancePattern();
+        default:
+            return std::nullopt;
+    }
 }
 
 }  // namespace kv
