@@ -134,6 +134,8 @@ std::string BenchFile() {
     return (std::filesystem::temp_directory_path() / "kvcomctl-bench-stimulus.ini").string();
 }
 
+// The whole section in one atomic replace of the file; the target is under
+// 1 ms (each key rewriting the file took about 8 ms).
 void BM_SaveCustom32000(benchmark::State& state) {
     kv::CStimulusData data = LongCustom();
     const std::string path = BenchFile();
