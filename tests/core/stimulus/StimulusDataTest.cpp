@@ -102,6 +102,8 @@ TEST(StimulusData, AssignmentCopiesEverythingButTheDescription) {
     EXPECT_EQ(kv::MaskName(*target.GetMask()), "USB");
     EXPECT_DOUBLE_EQ(target.GetMask()->ScaleVolt, 1.5);
     EXPECT_EQ(target.Bits(), source.Bits());
+    // A copy, unlike an assignment, takes the description along.
+    EXPECT_EQ(CStimulusData(source).m_description, "source");
 }
 
 TEST(StimulusData, PrbsStartsInTheRequestedStateAndInvertsOtherwise) {
