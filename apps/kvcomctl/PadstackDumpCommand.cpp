@@ -21,7 +21,8 @@ constexpr std::string_view kHelp =
     "in the padstack diagnostic dump format, on standard output.\n"
     "\n"
     "  -o FILE         append the listing to FILE instead; when FILE is a folder,\n"
-    "                  to the file ViaVizData.dmp in it\n";
+    "                  to the file ViaVizData.dmp in it. A listing that cannot be\n"
+    "                  written whole (a full disk) is taken back out of the file.\n";
 
 int Run(Arguments args, std::ostream& out, std::ostream& err) {
     const ParsedArguments parsed(args, {}, {"-o"});
@@ -40,8 +41,9 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
     if (std::filesystem::is_directory(file)) {
         file /= kPadstackDumpFileName;
     }
-    if (!AppendToFile(file, listing.str()).ok) {
-        err << "kvcomctl padstack-dump: Cannot open file \"" << file.string() << "\"\n";
+    if (const FileResult written = AppendToFile(file, listing.str()); !written.ok) {
+        err << "kvcomctl padstack-dump: Cannot write file \"" << file.string()
+            << "\": " << written.reason << '\n';
         return kExitFailure;
     }
     return kExitOk;

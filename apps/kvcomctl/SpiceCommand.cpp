@@ -21,7 +21,8 @@ constexpr std::string_view kHelp =
     "VIA.json (format: see README.md).\n"
     "\n"
     "  -o FILE.cir     write to FILE.cir (replaced whole, never left half written)\n"
-    "                  instead of standard output\n"
+    "                  instead of standard output; a link is written through, a\n"
+    "                  read-only file refused, a FIFO or device written directly\n"
     "  --metric        lengths in the stackup table in um, mm, cm or m instead of\n"
     "                  inches and mils\n"
     "\n"
@@ -41,8 +42,8 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
         out << text;
         return kExitOk;
     }
-    if (!ReplaceFileAtomically(output, text).ok) {
-        err << "kvcomctl spice: Cannot open file \"" << output << "\"\n";
+    if (const FileResult written = ReplaceFileAtomically(output, text); !written.ok) {
+        err << "kvcomctl spice: Cannot open file \"" << output << "\": " << written.reason << '\n';
         return kExitFailure;
     }
     return kExitOk;

@@ -1,13 +1,17 @@
 #include "apps/kvcomctl/ViaDescription.h"
 
+#include <algorithm>
 #include <cmath>
-#include <fstream>
+#include <cstdint>
 #include <initializer_list>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
-#include <sstream>
 #include <utility>
+#include <vector>
+
+#include "core/shared/FileIo.h"
 
 namespace kv::cli {
 namespace {
@@ -118,11 +122,24 @@ double OptionalNumber(const Field& parent, const char* key) {
     return member ? member->Number() : 0.0;
 }
 
+// A NUL would cut the name short where it is stored, and a line break would end the comment
+// line of the SPICE file that shows the name and let the rest of it be read as a netlist line.
+void RefuseControlCharacters(const Field& field, const std::string& text) {
+    for (const char c : text) {
+        const auto code = static_cast<unsigned char>(c);
+        if (code < 0x20 || code == 0x7f) {
+            field.Fail(code == 0 ? "must not contain a NUL character (\\u0000)"
+                                 : "must not contain control characters (line breaks, tabs)");
+        }
+    }
+}
+
 void ReadName(const Field& field, char (&name)[VIA_NAME_CAPACITY + 1]) {
     const std::string text = field.String();
     if (text.empty()) {
         field.Fail("must not be empty");
     }
+    RefuseControlCharacters(field, text);
     if (!SetRecordName(name, text)) {
         field.Fail("longer than " + std::to_string(VIA_NAME_CAPACITY) + " bytes");
     }
@@ -134,11 +151,18 @@ std::vector<STACKUPLAYER> ReadStackup(const Field& field) {
         field.Fail("needs at least one layer");
     }
     std::vector<STACKUPLAYER> stackup(layers.size());
+    // Layers are found by name (ports, elements), so a name must say which layer it is.
+    std::map<std::string, std::size_t> named;
     for (std::size_t i = 0; i < layers.size(); ++i) {
         const Field layer = field.Element(i);
         layer.ExpectObject({"name", "kind", "usage", "thickness"});
         STACKUPLAYER& record = stackup[i];
-        ReadName(layer.Member("name"), record.name);
+        const Field name = layer.Member("name");
+        ReadName(name, record.name);
+        if (const auto [at, added] = named.emplace(record.name, i); !added) {
+            name.Fail("\"" + std::string(record.name) + "\" is already the name of stackup[" +
+                      std::to_string(at->second) + "]");
+        }
         record.kind = layer.Member("kind").Choice(
             {{"conductor", STACKUP_CONDUCTOR}, {"dielectric", STACKUP_DIELECTRIC}});
         const auto usage = layer.OptionalMember("usage");
@@ -165,7 +189,11 @@ int32_t ReadLayer(const Field& field, const std::vector<STACKUPLAYER>& stackup) 
     if (!field.value.is_number_integer()) {
         field.Fail("must be a layer index or a layer name");
     }
-    const long long index = field.value.get<long long>();
+    // A count beyond the signed range is as far outside the stackup as any.
+    const long long index = field.value.is_number_unsigned() &&
+                                    field.value.get<std::uint64_t>() > std::uint64_t{INT64_MAX}
+                                ? INT64_MAX
+                                : field.value.get<long long>();
     if (index < 0 || index >= static_cast<long long>(stackup.size())) {
         field.Fail("layer index " + std::to_string(index) + " is outside the stackup (0 to " +
                    std::to_string(stackup.size() - 1) + ")");
@@ -292,6 +320,115 @@ ViaDescriptionVia ReadVia(const Field& field, const std::vector<STACKUPLAYER>& s
     return via;
 }
 
+// Follows a parse event by event to tell in which field the parser stopped, so that a syntax
+// error or a number out of range is reported at its field like every other problem.
+class FieldLocator : public nlohmann::json_sax<json> {
+public:
+    bool null() override { return Value(); }
+    bool boolean(bool) override { return Value(); }
+    bool number_integer(number_integer_t) override { return Value(); }
+    bool number_unsigned(number_unsigned_t) override { return Value(); }
+    bool number_float(number_float_t, const string_t&) override { return Value(); }
+    bool string(string_t&) override { return Value(); }
+    bool binary(binary_t&) override { return Value(); }
+    bool start_object(std::size_t) override { return Open(false); }
+    bool key(string_t& name) override {
+        m_open.back().key = name;
+        return true;
+    }
+    bool end_object() override { return Close(); }
+    bool start_array(std::size_t) override { return Open(true); }
+    bool end_array() override { return Close(); }
+    bool parse_error(std::size_t position, const std::string&, const json::exception&) override {
+        m_position = position;
+        m_field = CurrentField();
+        return false;
+    }
+
+    std::size_t Position() const { return m_position; }
+    const std::string& FieldName() const { return m_field; }
+
+private:
+    struct Container {
+        bool array = false;
+        std::size_t values = 0;  // of an array, started so far
+        std::string key;         // of an object, the last one read
+    };
+
+    bool Value() {
+        if (!m_open.empty() && m_open.back().array) {
+            ++m_open.back().values;
+        }
+        return true;
+    }
+    bool Open(bool array) {
+        Value();
+        m_open.push_back({array, 0, {}});
+        return true;
+    }
+    bool Close() {
+        m_open.pop_back();
+        return true;
+    }
+    // The innermost array is reading its next element; an outer one the element it started.
+    std::string CurrentField() const {
+        std::string field;
+        for (std::size_t i = 0; i < m_open.size(); ++i) {
+            const Container& open = m_open[i];
+            if (open.array) {
+                const bool innermost = i + 1 == m_open.size();
+                field += '[';
+                field += std::to_string(innermost ? open.values : open.values - 1);
+                field += ']';
+            } else if (!open.key.empty()) {
+                if (!field.empty()) {
+                    field += '.';
+                }
+                field += open.key;
+            }
+        }
+        return field;
+    }
+
+    std::vector<Container> m_open;
+    std::size_t m_position = 0;
+    std::string m_field;
+};
+
+// The parser's message without its internal tag ("[json.exception.parse_error.101] ") and
+// without its own position, which the caller gives as line and column.
+std::string PlainParserMessage(const json::exception& error) {
+    std::string message = error.what();
+    if (!message.empty() && message.front() == '[') {
+        if (const std::size_t end = message.find("] "); end != std::string::npos) {
+            message.erase(0, end + 2);
+        }
+    }
+    if (message.rfind("parse error", 0) == 0) {
+        if (const std::size_t colon = message.find(": "); colon != std::string::npos) {
+            message.erase(0, colon + 2);
+        }
+    }
+    return message;
+}
+
+[[noreturn]] void FailAtSyntax(const std::string& jsonText, const json::exception& error) {
+    FieldLocator locator;
+    json::sax_parse(jsonText, &locator);
+    // The position counts the characters read, the one that stopped the parser included.
+    const std::size_t position = std::min(locator.Position(), jsonText.size());
+    std::size_t line = 1;
+    std::size_t column = 0;
+    for (std::size_t i = 0; i < position; ++i) {
+        column = jsonText[i] == '\n' ? 0 : column + 1;
+        line += jsonText[i] == '\n' ? 1 : 0;
+    }
+    column = std::max<std::size_t>(column, 1);
+    const std::string where = locator.FieldName().empty() ? "" : locator.FieldName() + ": ";
+    throw DescriptionError(where + "not valid JSON at line " + std::to_string(line) + ", column " +
+                           std::to_string(column) + ": " + PlainParserMessage(error));
+}
+
 }  // namespace
 
 SpiceExportInput ViaDescription::SpiceInput(bool metric) const {
@@ -310,8 +447,8 @@ ViaDescription ParseViaDescription(const std::string& jsonText) {
     json document;
     try {
         document = json::parse(jsonText);
-    } catch (const json::parse_error& error) {
-        throw DescriptionError(std::string("not valid JSON: ") + error.what());
+    } catch (const json::exception& error) {
+        FailAtSyntax(jsonText, error);
     }
     const Field root{document, ""};
     root.ExpectObject({"subcircuit", "pair", "stackup", "vias"});
@@ -322,6 +459,7 @@ ViaDescription ParseViaDescription(const std::string& jsonText) {
         description.subcircuit.find_first_of(" \t\r\n") != std::string::npos) {
         subcircuit.Fail("must be one word, as SPICE reads a subcircuit name");
     }
+    RefuseControlCharacters(subcircuit, description.subcircuit);
     const auto pair = root.OptionalMember("pair");
     description.pair = pair && pair->Boolean();
     const std::vector<STACKUPLAYER> stackup = ReadStackup(root.Member("stackup"));
@@ -338,14 +476,19 @@ ViaDescription ParseViaDescription(const std::string& jsonText) {
 }
 
 ViaDescription ReadViaDescription(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        throw DescriptionError("cannot read \"" + path.string() + "\"");
+    // Far more than any board's description; a bigger file is no description.
+    constexpr std::size_t kMaxDescriptionBytes = 64u << 20;
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored)) {
+        throw DescriptionError("\"" + path.string() + "\" is a folder, not a via description");
     }
-    std::ostringstream text;
-    text << file.rdbuf();
+    std::string reason;
+    const std::optional<std::string> text = ReadWholeFile(path, kMaxDescriptionBytes, &reason);
+    if (!text) {
+        throw DescriptionError("cannot read \"" + path.string() + "\": " + reason);
+    }
     try {
-        return ParseViaDescription(text.str());
+        return ParseViaDescription(*text);
     } catch (const DescriptionError& error) {
         throw DescriptionError(path.string() + ": " + error.what());
     }

@@ -19,15 +19,22 @@ struct FileResult {
 };
 
 // The file's bytes, up to `maxBytes`; none (with the reason) when it cannot
-// be read or is larger.
+// be read, is a folder or is larger.
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& path, std::size_t maxBytes,
                                          std::string* reason = nullptr);
 
 // Replaces (or creates) `path` with `contents`. A replaced file keeps its
-// permissions.
+// permissions. A symbolic link is written through: the file it names is
+// replaced in that file's folder and the link stays. A target that nobody
+// may write (no write permission bit at all) or that this process may not
+// open for writing is refused, even where the permission bits would not stop
+// the process. A FIFO, a device or a stream of this process (/dev/stdout) is
+// not replaced but written directly.
 FileResult ReplaceFileAtomically(const std::filesystem::path& path, std::string_view contents);
 
-// Appends `text` to `path` (created when missing) in one write.
+// Appends `text` to `path` (created when missing) in one write. When the
+// write fails part-way the file is cut back to its old length (removed when
+// the append created it), so no torn record is left.
 FileResult AppendToFile(const std::filesystem::path& path, std::string_view text);
 
 }  // namespace kv

@@ -320,32 +320,6 @@ struct SignedRun {
     std::size_t spelledLength;  // with sign and leading zeros
 };
 
-// The signed integer run of `text` that covers `position`: the digit run through the
-// position or ending right before it, with a sign just before the digits; or a sign at the
-// position followed by digits. False when there is none.
-bool SignedRunAt(const char* text, std::size_t position, SignedRun& run) {
-    std::size_t begin = position;
-    while (begin > 0 && IsDigit(text[begin - 1])) {
-        --begin;
-    }
-    char sign = '\0';
-    if (begin < position || IsDigit(text[position])) {
-        if (begin > 0 && IsSign(text[begin - 1])) {
-            sign = text[begin - 1];
-        }
-    } else if (IsSign(text[position]) && IsDigit(text[position + 1])) {
-        sign = text[position];
-        begin = position + 1;
-    } else {
-        return false;
-    }
-    run.digits = DigitRunAt(text + begin);
-    // "-0" is no negative number.
-    run.negative = sign == '-' && run.digits.find_first_not_of('0') != std::string_view::npos;
-    run.spelledLength = run.digits.size() + (sign != '\0' ? 1 : 0);
-    return true;
-}
-
 // Smaller numbers first, negative before positive; of equal numbers the one written with
 // more characters goes later, or earlier when negative.
 int CompareSignedRuns(const SignedRun& a, const SignedRun& b) {
@@ -358,6 +332,61 @@ int CompareSignedRuns(const SignedRun& a, const SignedRun& b) {
                        static_cast<long long>(b.spelledLength));
     }
     return a.negative ? -order : order;
+}
+
+// A name is read as a sequence of parts: single characters, and signed integers (a run of
+// digits with the "+" or "-" right before it). Parts compare by one order: characters by
+// their collation key, integers by value, and every integer sits where the digits sit among
+// the characters (after "." and before ":"). Comparing two names part by part in this one
+// order makes the comparison a strict weak ordering, which sorting relies on; deciding at the
+// first differing character whether it belongs to a number does not (it put "A+1" after "A1",
+// "A1" after "A+B", and yet "A+1" before "A+B").
+struct NamePart {
+    bool isNumber = false;
+    unsigned key = 0;  // the collation key of a character; 0 at the end of the text
+    SignedRun number{};
+    std::size_t length = 0;  // characters the part covers
+};
+
+constexpr unsigned kNumberKey = '0';
+
+NamePart NamePartAt(const char* text, const CollationTable& keys) {
+    const bool signedNumber = IsSign(text[0]) && IsDigit(text[1]);
+    if (!signedNumber && !IsDigit(text[0])) {
+        return {false, CollationKey(text[0], keys), {}, text[0] == '\0' ? 0u : 1u};
+    }
+    NamePart part{true, kNumberKey, {}, 0};
+    const std::string_view digits = DigitRunAt(text + (signedNumber ? 1 : 0));
+    // "-0" is no negative number.
+    part.number.negative =
+        text[0] == '-' && digits.find_first_not_of('0') != std::string_view::npos;
+    part.number.digits = digits;
+    part.number.spelledLength = digits.size() + (signedNumber ? 1 : 0);
+    part.length = part.number.spelledLength;
+    return part;
+}
+
+int CompareNameParts(const NamePart& a, const NamePart& b) {
+    if (a.key != b.key) {
+        return a.key < b.key ? -1 : 1;
+    }
+    // Only digits have the number key, and digits are always read as numbers.
+    return a.isNumber ? CompareSignedRuns(a.number, b.number) : 0;
+}
+
+// The names' characters in collation order, for names whose parts are all alike ("+0" and
+// "-0", "+05" and "005"): a tie-break that still keeps the order strict and weak.
+int CompareCollationKeys(const char* a, const char* b, const CollationTable& keys) {
+    for (;; ++a, ++b) {
+        const unsigned keyA = CollationKey(*a, keys);
+        const unsigned keyB = CollationKey(*b, keys);
+        if (keyA != keyB) {
+            return keyA < keyB ? -1 : 1;
+        }
+        if (*a == '\0') {
+            return 0;
+        }
+    }
 }
 
 enum IdentifierClass { kEnd = 0, kUnderscore = 1, kDigit = 2, kOther = 3, kLetter = 6 };
@@ -533,22 +562,21 @@ int CompareNames(const char* a, const char* b, bool caseSensitive) {
     KV_ASSERT_TEXT(a);
     KV_ASSERT_TEXT(b);
     const CollationTable& keys = caseSensitive ? kCaseSensitiveKeys : kCaseFoldingKeys;
-    std::size_t at = 0;
-    while (CollationKey(a[at], keys) == CollationKey(b[at], keys)) {
-        if (a[at] == '\0') {
-            return 0;
-        }
-        ++at;
-    }
-    SignedRun runA{};
-    SignedRun runB{};
-    if (SignedRunAt(a, at, runA) && SignedRunAt(b, at, runB)) {
-        if (const int order = CompareSignedRuns(runA, runB); order != 0) {
+    const char* restA = a;
+    const char* restB = b;
+    for (;;) {
+        const NamePart partA = NamePartAt(restA, keys);
+        const NamePart partB = NamePartAt(restB, keys);
+        if (const int order = CompareNameParts(partA, partB); order != 0) {
             return order;
         }
+        if (partA.length == 0) {
+            break;  // both texts ended
+        }
+        restA += partA.length;
+        restB += partB.length;
     }
-    // Not a number in both texts, or the same number spelled alike: the characters decide.
-    return CollationKey(a[at], keys) < CollationKey(b[at], keys) ? -1 : 1;
+    return CompareCollationKeys(a, b, keys);
 }
 
 int CompareIdentifiers(const char* a, const char* b) {

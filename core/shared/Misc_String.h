@@ -77,7 +77,9 @@ std::string FormatCompactExponentText(double value);
 
 // Orders names the way a person sorts them: digit runs (with a sign right before them) compare
 // as numbers, so "NET2" < "NET10" and "A-1" < "A+1", and the punctuation marks sort
-// "," "/" "-" "+" ".". Without `caseSensitive` letters compare case-insensitively.
+// "," "/" "-" "+" ".". A number sorts where the digits sort among the other characters
+// ("A+B" < "A1" < "A+1": the "+" of "A+1" is the number's sign). Without `caseSensitive`
+// letters compare case-insensitively. The order is a strict weak ordering, fit for std::sort.
 // Returns -1, 0 or +1.
 int CompareNames(const char* a, const char* b, bool caseSensitive);
 

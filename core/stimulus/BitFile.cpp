@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <vector>
 
 #include "core/ports/MessagePort.h"
 #include "core/shared/FileIo.h"
@@ -39,48 +40,79 @@ void ReportLoadFailure(const std::string& path, int error) {
 
 }  // namespace
 
-std::optional<BitVector> ReadBitFile(const std::string& path) {
+BitScan ScanBitFile(const std::string& path, std::size_t maxBits,
+                    const std::function<bool(std::span<const uint8_t>)>& take) {
+    errno = 0;
     std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
     if (!file) {
-        ReportLoadFailure(path, errno);
-        return std::nullopt;
+        return {BitScanEnd::Unreadable, 0, errno != 0 ? errno : EIO};
     }
-    BitVector bits;
-    bool truncated = false;
+    std::vector<uint8_t> bits;
+    std::size_t taken = 0;
+    std::uint64_t offset = 0;
     char buffer[65536];
-    // Read in chunks and stop as soon as the outcome is known, so that even
-    // a huge file costs no more than its first 32768 digits.
-    while (!truncated) {
+    // Chunk by chunk, stopping as soon as the outcome is known, so that even a huge file costs
+    // no more than the part that decides.
+    for (;;) {
         const std::size_t got = std::fread(buffer, 1, sizeof buffer, file.get());
         if (got == 0) {
             if (std::ferror(file.get())) {
-                ReportLoadFailure(path, errno != 0 ? errno : EIO);
-                return std::nullopt;
+                return {BitScanEnd::Unreadable, offset, errno != 0 ? errno : EIO};
             }
-            break;
+            return {BitScanEnd::Complete, offset, 0};
         }
-        for (std::size_t i = 0; i < got; ++i) {
+        bits.clear();
+        BitScan ended{BitScanEnd::Complete, 0, 0};
+        std::size_t i = 0;
+        for (; i < got; ++i) {
             const unsigned char c = static_cast<unsigned char>(buffer[i]);
-            if (bits.size() == kMaxBitFileBits) {
-                truncated = true;  // any byte left counts, even a line end
+            if (taken + bits.size() == maxBits) {
+                ended.end = BitScanEnd::Truncated;  // any byte left counts, even a line end
                 break;
             }
             if (IsSeparator(c)) {
                 continue;
             }
             if (c != '0' && c != '1') {
-                ShowMessage(
-                    Fill("Unable to load sequence\nFile %s is not valid sequence file", path),
-                    MessageIcon::Warning);
-                return std::nullopt;
+                ended.end = BitScanEnd::NotSequence;
+                break;
             }
             bits.push_back(c == '1' ? 1 : 0);
         }
+        ended.offset = offset + i;
+        offset += got;
+        taken += bits.size();
+        if (!bits.empty() && !take(bits)) {
+            return {BitScanEnd::Stopped, ended.offset, 0};
+        }
+        if (i < got) {
+            return ended;
+        }
     }
-    if (truncated) {
-        ShowMessage("Sequence too long\nSequence length will be truncated to " +
-                        std::to_string(kMaxBitFileBits),
-                    MessageIcon::Warning);
+}
+
+std::optional<BitVector> ReadBitFile(const std::string& path) {
+    BitVector bits;
+    const BitScan scan = ScanBitFile(path, kMaxBitFileBits, [&bits](std::span<const uint8_t> more) {
+        bits.insert(bits.end(), more.begin(), more.end());
+        return true;
+    });
+    switch (scan.end) {
+        case BitScanEnd::Unreadable:
+            ReportLoadFailure(path, scan.error);
+            return std::nullopt;
+        case BitScanEnd::NotSequence:
+            ShowMessage(Fill("Unable to load sequence\nFile %s is not valid sequence file", path),
+                        MessageIcon::Warning);
+            return std::nullopt;
+        case BitScanEnd::Truncated:
+            ShowMessage("Sequence too long\nSequence length will be truncated to " +
+                            std::to_string(kMaxBitFileBits),
+                        MessageIcon::Warning);
+            return bits;
+        case BitScanEnd::Complete:
+        case BitScanEnd::Stopped:
+            break;
     }
     return bits;
 }

@@ -33,10 +33,52 @@ TEST(SequenceCli, EveryKindPrintsOrWritesBits) {
     const CommandResult shifted = Cli("check-8b10b " + file + " --start 4", folder);
     EXPECT_EQ(shifted.status, 1);
     EXPECT_EQ(shifted.out, "Running parity rule violated\n");
-    EXPECT_EQ(Cli("check-8b10b " + file + " --start 5", folder).out,
-              "Invalid start group size: must be 4 or 6\n");
-    EXPECT_EQ(Cli("check-8b10b " + folder.File("missing.bit"), folder).status, 1);
     EXPECT_EQ(Cli("sequence usb -o " + folder.File("no/such/dir.bit"), folder).status, 1);
+}
+
+TEST(SequenceCli, CheckReadsFilesAsTheLoaderDoes) {
+    TestFolder folder;
+    const std::string file = folder.File("code.bit");
+    ASSERT_EQ(Cli("sequence 8b10b --cycles 200 --seed 8 -o " + file, folder).status, 0);
+    const std::string bits = ReadText(file);
+    // Separators as a .bit file may hold them: blanks, commas, semicolons, CR LF.
+    std::string spaced;
+    for (std::size_t i = 0; i < bits.size(); i += 10) {
+        spaced += bits.substr(i, 5) + ", " + bits.substr(i + 5, 5) + ";\t\r\n";
+    }
+    WriteText(file, spaced);
+    EXPECT_EQ(Cli("check-8b10b " + file, folder).out, "ok\n");
+    EXPECT_EQ(Cli("check-8b10b " + file + " --start 0", folder).out, "ok\n");
+
+    WriteText(file, "01+01");
+    CommandResult result = Cli("check-8b10b " + file, folder);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "kvcomctl check-8b10b: File " + file +
+                              " is not valid sequence file (byte 2 is neither 0, 1 nor a "
+                              "separator)\n");
+    // The first problem in reading order is told: here the run of six ones before the "x".
+    WriteText(file, "111111x");
+    EXPECT_EQ(Cli("check-8b10b " + file, folder).out, "Running length exceeded\n");
+
+    for (const std::string empty : {"", " \r\n;,"}) {
+        WriteText(file, empty);
+        result = Cli("check-8b10b " + file, folder);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.err, "kvcomctl check-8b10b: File " + file +
+                                  " is empty: it holds no 0 or 1 to check\n");
+    }
+    result = Cli("check-8b10b " + folder.File("missing.bit"), folder);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "kvcomctl check-8b10b: cannot read \"" + folder.File("missing.bit") +
+                              "\": No such file or directory\n");
+    EXPECT_NE(Cli("check-8b10b " + folder.Path().string(), folder).err.find("Is a directory"),
+              std::string::npos);
+
+    for (const std::string start : {"5", "4294967302", "-2", "6x"}) {
+        result = Cli("check-8b10b " + file + " --start " + start, folder);
+        EXPECT_EQ(result.status, 2) << start;
+        EXPECT_NE(result.err.find("--start"), std::string::npos) << result.err;
+    }
 }
 
 TEST(SequenceCli, StimulusFilesThroughLoadAndSave) {

@@ -100,7 +100,18 @@ TEST_F(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
         {"\"pair\": false", "\"pair\": true", "vias: a pair needs exactly two vias"},
         {"\"kind\": \"dielectric\",", "\"kind\": \"air\",", "stackup[9].kind: \"air\""},
         {"\"subcircuit\": \"VIA_TOP_SIG4\",", "", "subcircuit: missing"},
-        {"]\n}", "", "not valid JSON"},
+        {"]\n}", "", "vias[1]: not valid JSON at line 54, column 1: syntax error"},
+        {"\"drill\": 2.54e-4", "\"drill\": 1e999",
+         "vias[0].padstack.drill: not valid JSON at line 21, column 22: number overflow parsing "
+         "'1e999'"},
+        {"\"thickness\": 1.27e-4}", "\"thickness\": }",
+         "stackup[9].thickness: not valid JSON at line 14"},
+        {"\"name\": \"PREPREG1\"", "\"name\": \"TOP\"",
+         "stackup[1].name: \"TOP\" is already the name of stackup[0]"},
+        {"\"name\": \"VIA10_24\"", "\"name\": \"VIA\\u000010_24\"",
+         "vias[0].padstack.name: must not contain a NUL character"},
+        {"\"name\": \"SIG3\"", "\"name\": \"SIG\\n3\"",
+         "stackup[4].name: must not contain control characters"},
     };
     for (const auto& broken : cases) {
         std::string json = board;
@@ -108,14 +119,24 @@ TEST_F(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
         ASSERT_NE(at, std::string::npos) << broken.from;
         json.replace(at, broken.from.size(), broken.to);
         const fs::path output = m_folder.Path() / "out.cir";
-        EXPECT_EQ(Run("spice " + Description(json).string() + " -o " + output.string()), 1)
+        const fs::path described = Description(json);
+        EXPECT_EQ(Run("spice " + described.string() + " -o " + output.string()), 1)
             << broken.message;
         EXPECT_NE(m_error.find(broken.message), std::string::npos) << broken.message << "\n"
                                                                    << m_error;
+        // Named by file, with none of the parser's internal tags.
+        EXPECT_EQ(m_error.find("kvcomctl spice: " + described.string() + ": "), 0u) << m_error;
+        EXPECT_EQ(m_error.find("json.exception"), std::string::npos) << m_error;
         EXPECT_FALSE(fs::exists(output)) << broken.message;
     }
     EXPECT_EQ(Run("spice " + (m_folder.Path() / "absent.json").string()), 1);
     EXPECT_NE(m_error.find("cannot read"), std::string::npos);
+    for (const std::string command : {"spice ", "padstack-dump "}) {
+        EXPECT_EQ(Run(command + m_folder.Path().string()), 1);
+        EXPECT_EQ(m_error, "kvcomctl " + command.substr(0, command.size() - 1) + ": \"" +
+                               m_folder.Path().string() +
+                               "\" is a folder, not a via description\n");
+    }
     EXPECT_EQ(Run("spice"), 2);
     EXPECT_EQ(Run("spice " + Example("via_signal_6layer.json").string() + " -o " +
                   (m_folder.Path() / "missing" / "x.cir").string()),
