@@ -1,15 +1,39 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, runs every test through CTest, then runs
-# the core tests again under AddressSanitizer and UndefinedBehaviorSanitizer.
+# Installs what is missing, builds, runs every test through CTest, runs every
+# test again under AddressSanitizer and UndefinedBehaviorSanitizer, and fails
+# when the tests left a file behind in the working tree.
 set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/common.sh
+
+# What the tree holds before the run, ignored files included; the build
+# folders this script makes are its own.
+tree_state() {
+    git status --porcelain --ignored --untracked-files=all -- . ':!build' ':!build-sanitize'
+}
+in_checkout=false
+if git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
+    in_checkout=true
+    before="$(tree_state)"
+fi
 
 kv_install_missing
 kv_build build -DCMAKE_BUILD_TYPE=Release
 ctest --test-dir build --output-on-failure -j"$(nproc)"
 
-echo "== core tests under AddressSanitizer and UndefinedBehaviorSanitizer"
-kv_build build-sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKV_CORE_ONLY=ON -DKV_SANITIZE=ON
-ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
+echo "== every test under AddressSanitizer and UndefinedBehaviorSanitizer"
+kv_build build-sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKV_SANITIZE=ON -DKV_BENCHMARKS=OFF
+ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
+    LSAN_OPTIONS="suppressions=$PWD/tests/sanitizers/lsan.supp:print_suppressions=0" \
+    UBSAN_OPTIONS=print_stacktrace=1 \
     ctest --test-dir build-sanitize --output-on-failure -j"$(nproc)"
+
+if $in_checkout; then
+    stray="$(comm -13 <(echo "$before" | sort) <(tree_state | sort))"
+    if [ -n "$stray" ]; then
+        echo "The tests left files in the working tree:" >&2
+        echo "$stray" >&2
+        exit 1
+    fi
+    echo "== the working tree is as the tests found it"
+fi

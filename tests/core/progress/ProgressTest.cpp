@@ -9,15 +9,7 @@
 
 namespace {
 
-TEST(ProgressBarGeometry, ClampsTheShownPercentage) {
-    EXPECT_EQ(kv::ClampPercent(std::numeric_limits<int32_t>::min()), 0);
-    EXPECT_EQ(kv::ClampPercent(0), 0);
-    EXPECT_EQ(kv::ClampPercent(1), 1);
-    EXPECT_EQ(kv::ClampPercent(100), 100);
-    EXPECT_EQ(kv::ClampPercent(101), 100);
-}
-
-TEST(ProgressBarGeometry, DonePartTruncatesTowardZero) {
+TEST(ProgressBarGeometry, DonePartTruncatesTowardZeroAndStopsAtTheRightEdge) {
     EXPECT_EQ(kv::DoneRight(10, 199, 0), 10);
     EXPECT_EQ(kv::DoneRight(10, 199, 37), 10 + 73);  // 199 * 37 / 100 = 73.63
     EXPECT_EQ(kv::DoneRight(10, 199, 100), 209);
@@ -78,7 +70,7 @@ TEST(ProgressTextUpdate, NewTextIsShownThenPumpedOrRepainted) {
     EXPECT_FALSE(all.pumpMessages);
 }
 
-TEST(DelayedShow, StartDependsOnDelayAndCounter) {
+TEST(DelayedShow, ShowsAtOnceWithoutDelayOrCounterAndWaitsForTheHostOnTheLargestDelay) {
     EXPECT_EQ(kv::PlanDelayedShow(0, true), kv::DelayedShowStart::ShowNow);
     EXPECT_EQ(kv::PlanDelayedShow(500, false), kv::DelayedShowStart::ShowNow);
     EXPECT_EQ(kv::PlanDelayedShow(500, true), kv::DelayedShowStart::WaitForTick);
@@ -92,7 +84,7 @@ TEST(DelayedShow, TimerPeriodIsTheDelayButAtMost200) {
     EXPECT_EQ(kv::DelayTimerPeriodMs(1000), 200u);
 }
 
-TEST(DelayedShow, ElapsedMillisecondsFromCounterTicks) {
+TEST(DelayedShow, ElapsedMillisecondsTruncateAndDoNotOverflow) {
     EXPECT_EQ(kv::ElapsedMilliseconds(1000, 1000 + 200'000'000, 1'000'000'000), 200u);
     EXPECT_EQ(kv::ElapsedMilliseconds(5, 5 + 3579, 3'579'545), 0u);  // 0.9998 ms truncated
     EXPECT_EQ(kv::ElapsedMilliseconds(5, 5 + 3580, 3'579'545), 1u);
@@ -110,7 +102,7 @@ TEST(DelayedShow, FirstTickShowsOnlySlowWork) {
     EXPECT_TRUE(kv::ShowsAtFirstTick(1, 0, 1000));
 }
 
-TEST(DelayedShow, ProductsWrapIn32Bits) {
+TEST(DelayedShow, SlowWorkComparisonWrapsIn32Bits) {
     // 50'000'000 * 100 wraps to 705'032'704, below 10 * 100'000'000.
     EXPECT_FALSE(kv::ShowsAtFirstTick(50'000'000u, 10, 100'000'000u));
     // A negative percentage is a huge unsigned factor: 0xFFFFFFFF * 2 wraps to
@@ -118,7 +110,7 @@ TEST(DelayedShow, ProductsWrapIn32Bits) {
     EXPECT_FALSE(kv::ShowsAtFirstTick(1000, -1, 2));
 }
 
-TEST(DialogUnits, ConvertThroughTheFontsBaseUnits) {
+TEST(DialogUnits, RoundToTheNearestPixelThroughTheFontsBaseUnits) {
     const kv::DialogBaseUnits base = kv::BaseUnitsFromFont(52 * 6 + 20, 13);
     EXPECT_EQ(base.x, 6);  // 332 / 52 = 6.38
     EXPECT_EQ(base.y, 13);
