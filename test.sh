@@ -13,3 +13,9 @@ echo "== core tests under AddressSanitizer and UndefinedBehaviorSanitizer"
 kv_build build-sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKV_CORE_ONLY=ON -DKV_SANITIZE=ON
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
     ctest --test-dir build-sanitize --output-on-failure -j"$(nproc)"
+
+# --- fuzzing (fuzz/run.sh): every libFuzzer target for a few seconds over a
+# copy of its seed corpus; skipped with a message when clang is not installed.
+echo "== fuzz targets, a short run each"
+fuzz/run.sh all 5
+# --- end of fuzzing

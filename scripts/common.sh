@@ -7,6 +7,7 @@ KV_PACKAGES=(
     qt6-base-dev libgl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     python3 sharutils
+    clang libclang-rt-14-dev
     nlohmann-json3-dev ngspice
 )
 
