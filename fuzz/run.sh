@@ -3,7 +3,8 @@
 #
 # Builds the libFuzzer targets with clang (in build-fuzz, or $KV_FUZZ_BUILD)
 # and runs each named one for SECONDS (default 5) over a copy of its seed
-# corpus in fuzz/corpus/TARGET, so nothing is written to the source tree.
+# corpus in fuzz/corpus/TARGET (with the words of fuzz/dict/TARGET.dict when
+# there is one), so nothing is written to the source tree.
 # A target that fails leaves its log and the input that failed in a
 # temporary folder that is named on the way out; the status is then 1.
 # Without clang (or its libFuzzer runtime) it says so and succeeds.
@@ -56,7 +57,12 @@ for target in "${targets[@]}"; do
     work="$(mktemp -d "${TMPDIR:-/tmp}/kvfuzz-$target-XXXXXX")"
     mkdir "$work/corpus"
     cp -R "fuzz/corpus/$target/." "$work/corpus/"
-    if "$build/$target" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 \
+    dictionary=()
+    if [ -f "fuzz/dict/$target.dict" ]; then
+        dictionary=(-dict="fuzz/dict/$target.dict")
+    fi
+    # The targets keep their scratch files under $TMPDIR: inside the work folder.
+    if TMPDIR="$work" "$build/$target" "${dictionary[@]}" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 \
         -print_final_stats=1 -artifact_prefix="$work/" "$work/corpus" >"$work/log" 2>&1; then
         runs="$(sed -n 's/^stat::number_of_executed_units: *//p' "$work/log")"
         echo "$target: ${runs:-?} inputs in ${seconds} s, nothing found"

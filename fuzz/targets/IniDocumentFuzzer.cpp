@@ -42,8 +42,11 @@ bool SameLine(std::string_view before, std::string_view after) {
            (after.substr(before.size()) == "\n" || after.substr(before.size()) == "\r\n");
 }
 
+// The key stands on the entry's first line: the text before its '=', or the
+// whole line when it has none.
 std::string_view KeyOf(std::string_view entry) {
-    return TrimSpace(entry.substr(0, entry.find('=')));
+    const std::string_view first = entry.substr(0, entry.find("\r\n"));
+    return TrimSpace(first.substr(0, first.find('=')));
 }
 
 // The names of the header lines, in order, each once.
