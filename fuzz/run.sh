@@ -62,8 +62,8 @@ for target in "${targets[@]}"; do
         dictionary=(-dict="fuzz/dict/$target.dict")
     fi
     # The targets keep their scratch files under $TMPDIR: inside the work folder.
-    if TMPDIR="$work" "$build/$target" "${dictionary[@]}" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 \
-        -print_final_stats=1 -artifact_prefix="$work/" "$work/corpus" >"$work/log" 2>&1; then
+    if TMPDIR="$work" "$build/$target" "${dictionary[@]}" -max_total_time="$seconds" \
+        -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$work/" "$work/corpus" >"$work/log" 2>&1; then
         runs="$(sed -n 's/^stat::number_of_executed_units: *//p' "$work/log")"
         echo "$target: ${runs:-?} inputs in ${seconds} s, nothing found"
         rm -rf "$work"
