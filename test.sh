@@ -9,7 +9,7 @@ source scripts/common.sh
 # What the tree holds before the run, ignored files included; the build
 # folders this script makes are its own.
 tree_state() {
-    git status --porcelain --ignored --untracked-files=all -- . ':!build' ':!build-sanitize'
+    git status --porcelain --ignored --untracked-files=all -- . ':!build' ':!build-sanitize' ':!build-fuzz'
 }
 in_checkout=false
 if git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
@@ -27,6 +27,12 @@ ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
     LSAN_OPTIONS="suppressions=$PWD/tests/sanitizers/lsan.supp:print_suppressions=0" \
     UBSAN_OPTIONS=print_stacktrace=1 \
     ctest --test-dir build-sanitize --output-on-failure -j"$(nproc)"
+
+# --- fuzzing (fuzz/run.sh): every libFuzzer target for a few seconds over a
+# copy of its seed corpus; skipped with a message when clang is not installed.
+echo "== fuzz targets, a short run each"
+fuzz/run.sh all 5
+# --- end of fuzzing
 
 if $in_checkout; then
     stray="$(comm -13 <(echo "$before" | sort) <(tree_state | sort))"

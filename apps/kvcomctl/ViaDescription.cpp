@@ -18,6 +18,23 @@ namespace {
 
 using nlohmann::json;
 
+// A key as a message may show it: control characters (a NUL above all, which
+// would end the message early) written as \u00XX, as JSON writes them.
+std::string PrintableKey(std::string_view key) {
+    std::string text;
+    for (const char c : key) {
+        if (static_cast<unsigned char>(c) < 0x20) {
+            constexpr char kHex[] = "0123456789abcdef";
+            text += "\\u00";
+            text += kHex[(c >> 4) & 0xf];
+            text += kHex[c & 0xf];
+        } else {
+            text += c;
+        }
+    }
+    return text;
+}
+
 // A JSON value together with the path that names it in messages.
 struct Field {
     const json& value;
@@ -109,7 +126,9 @@ struct Field {
     }
 
 private:
-    std::string Join(const std::string& key) const { return path.empty() ? key : path + "." + key; }
+    std::string Join(const std::string& key) const {
+        return path.empty() ? PrintableKey(key) : path + "." + PrintableKey(key);
+    }
 };
 
 double OptionalNonNegative(const Field& parent, const char* key) {
@@ -384,7 +403,7 @@ private:
                 if (!field.empty()) {
                     field += '.';
                 }
-                field += open.key;
+                field += PrintableKey(open.key);
             }
         }
         return field;

@@ -1,0 +1,80 @@
+#!/usr/bin/env bash
+# Usage: fuzz/run.sh TARGET|all [SECONDS]
+#
+# Builds the libFuzzer targets with clang (in build-fuzz, or $KV_FUZZ_BUILD)
+# and runs each named one for SECONDS (default 5) over a copy of its seed
+# corpus in fuzz/corpus/TARGET (with the words of fuzz/dict/TARGET.dict when
+# there is one), so nothing is written to the source tree.
+# A target that fails leaves its log and the input that failed in a
+# temporary folder that is named on the way out; the status is then 1.
+# Without clang (or its libFuzzer runtime) it says so and succeeds.
+set -euo pipefail
+root="$(cd "$(dirname "$0")/.." && pwd)"
+cd "$root"
+
+all_targets=(IniDocumentFuzzer EngineeringTextFuzzer BitFileFuzzer UudecodeFuzzer
+             StimulusRoundTripFuzzer CheckStreamFuzzer ViaJsonFuzzer)
+
+usage() {
+    echo "usage: fuzz/run.sh TARGET|all [SECONDS]" >&2
+    echo "targets: ${all_targets[*]}" >&2
+    exit 2
+}
+
+[ $# -ge 1 ] && [ $# -le 2 ] || usage
+seconds="${2:-5}"
+[[ "$seconds" =~ ^[1-9][0-9]*$ ]] || usage
+if [ "$1" = all ]; then
+    targets=("${all_targets[@]}")
+else
+    [[ " ${all_targets[*]} " == *" $1 "* ]] || usage
+    targets=("$1")
+fi
+
+if ! command -v clang++ >/dev/null 2>&1; then
+    echo "fuzzing skipped: clang not installed"
+    exit 0
+fi
+probe="$(mktemp -d)"
+trap 'rm -rf "$probe"' EXIT
+echo 'extern "C" int LLVMFuzzerTestOneInput(const unsigned char*, unsigned long) { return 0; }' \
+    >"$probe/probe.cpp"
+if ! clang++ -fsanitize=fuzzer "$probe/probe.cpp" -o "$probe/probe" >/dev/null 2>&1; then
+    echo "fuzzing skipped: clang has no libFuzzer runtime (Debian: libclang-rt-14-dev)"
+    exit 0
+fi
+
+build="${KV_FUZZ_BUILD:-$root/build-fuzz}"
+if [ ! -f "$build/build.ninja" ]; then
+    cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++
+fi
+cmake --build "$build" -j"$(nproc)" --target "${targets[@]}"
+
+export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1}"
+export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
+failed=()
+for target in "${targets[@]}"; do
+    work="$(mktemp -d "${TMPDIR:-/tmp}/kvfuzz-$target-XXXXXX")"
+    mkdir "$work/corpus"
+    cp -R "fuzz/corpus/$target/." "$work/corpus/"
+    dictionary=()
+    if [ -f "fuzz/dict/$target.dict" ]; then
+        dictionary=(-dict="fuzz/dict/$target.dict")
+    fi
+    # The targets keep their scratch files under $TMPDIR: inside the work folder.
+    if TMPDIR="$work" "$build/$target" "${dictionary[@]}" -max_total_time="$seconds" \
+        -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$work/" "$work/corpus" >"$work/log" 2>&1; then
+        runs="$(sed -n 's/^stat::number_of_executed_units: *//p' "$work/log")"
+        echo "$target: ${runs:-?} inputs in ${seconds} s, nothing found"
+        rm -rf "$work"
+    else
+        echo "$target: FAILED; log and failing input in $work"
+        grep -E "==fuzz check failed==|ERROR: (AddressSanitizer|libFuzzer)|runtime error" \
+            "$work/log" | head -5 | cut -c1-400 || true
+        failed+=("$target")
+    fi
+done
+if [ ${#failed[@]} -gt 0 ]; then
+    echo "fuzz targets that failed: ${failed[*]}"
+    exit 1
+fi

@@ -1,0 +1,65 @@
+// The via description reader and the SPICE writer: any text is either
+// refused with a message that names the field in the reader's own words, or
+// read into vias whose subcircuit is written whole.
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <string>
+
+#include "FuzzSupport.h"
+#include "apps/kvcomctl/ViaDescription.h"
+#include "core/via/ViaSpiceWriter.h"
+
+namespace {
+
+using kv::fuzz::Escaped;
+using kv::fuzz::Expect;
+
+// A name with a NUL would be cut where it is copied; the reader must refuse it.
+bool HoldsNul(const nlohmann::json& value) {
+    if (value.is_string()) {
+        return value.get_ref<const std::string&>().find('\0') != std::string::npos;
+    }
+    if (value.is_array()) {
+        return std::any_of(value.begin(), value.end(), HoldsNul);
+    }
+    if (value.is_object()) {
+        for (const auto& [key, member] : value.items()) {
+            if (key.find('\0') != std::string::npos || HoldsNul(member)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
+    const std::string text(kv::fuzz::AsText(data, size));
+    kv::cli::ViaDescription description;
+    try {
+        description = kv::cli::ParseViaDescription(text);
+    } catch (const kv::cli::DescriptionError& error) {
+        const std::string message = error.what();
+        Expect(!message.empty() && message.find("[json.exception") == std::string::npos,
+               "the refusal of \"" + Escaped(text) + "\" says \"" + Escaped(message) + "\"");
+        return 0;
+    }
+    Expect(!HoldsNul(nlohmann::json::parse(text)),
+           "a NUL in a name was accepted in \"" + Escaped(text) + "\"");
+    const STACKUPARRAY& stackup = description.vias.front().data->Stackup();
+    std::set<std::string> names;
+    for (int32_t i = 0; i < stackup.count; ++i) {
+        Expect(names.insert(stackup.layers[i].name).second,
+               "two layers named \"" + Escaped(stackup.layers[i].name) + "\" were accepted in \"" +
+                   Escaped(text) + "\"");
+    }
+    for (const bool metric : {false, true}) {
+        const std::string spice = kv::SpiceModelText(description.SpiceInput(metric));
+        Expect(spice.find(".SUBCKT") != std::string::npos && spice.ends_with(".ENDS\n"),
+               "the subcircuit of \"" + Escaped(text) + "\" was not written whole");
+    }
+    return 0;
+}
