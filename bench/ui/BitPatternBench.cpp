@@ -42,7 +42,7 @@ std::unique_ptr<kv::ui::CBitPatternCtrl> LongPatternControl(bool drawEverything)
     return control;
 }
 
-void BM_FullRepaint(benchmark::State& state) {
+void BM_BitPatternFullRepaint(benchmark::State& state) {
     const auto control = LongPatternControl(state.range(0) != 0);
     for (auto _ : state) {
         control->repaint();
@@ -54,7 +54,7 @@ void SendKey(QWidget& widget, int key, const QString& text) {
     QApplication::sendEvent(&widget, &press);
 }
 
-void BM_TypeBitInMiddle(benchmark::State& state) {
+void BM_BitPatternTypeBitInMiddle(benchmark::State& state) {
     const auto control = LongPatternControl(state.range(0) != 0);
     control->Editor().OnKey(kv::BitKey::Home, {});
     control->SetCaretIndex(kBits / 2);
@@ -70,5 +70,5 @@ void BM_TypeBitInMiddle(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(BM_FullRepaint)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_TypeBitInMiddle)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BitPatternFullRepaint)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BitPatternTypeBitInMiddle)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
