@@ -93,6 +93,26 @@ private slots:
         QCOMPARE(m_control->cursor().shape(), Qt::IBeamCursor);
     }
 
+    void draggingTheEndPastTheEdgeScrollsAndGrows() {
+        const uint8_t bits[] = {1, 0, 1};
+        m_control->SetPattern(bits, 3);
+        const kv::BitPatternLayout& l = m_control->Editor().Layout();
+        const QPoint handle(l.CellX(3), l.highY);
+        QTest::mouseMove(m_control.get(), handle);
+        QTest::mousePress(m_control.get(), Qt::LeftButton, {}, handle);
+        QTest::mouseMove(m_control.get(), QPoint(l.CellX(6) + 2, l.highY));
+        QCOMPARE(BitsOf(*m_control), QStringLiteral("101111"));
+        QTest::mouseMove(m_control.get(), QPoint(m_control->width() - 1, l.highY));
+        const int grown = static_cast<int>(BitsOf(*m_control).size());
+        QTRY_VERIFY(m_control->HorizontalScrollBar()->value() >= 6);
+        QVERIFY(BitsOf(*m_control).size() >= grown + 3);
+        QTest::mouseRelease(m_control.get(), Qt::LeftButton, {},
+                            QPoint(m_control->width() - 1, l.highY));
+        const QString after = BitsOf(*m_control);
+        QTest::qWait(60);
+        QCOMPARE(BitsOf(*m_control), after);  // the timer stopped with the button
+    }
+
     void contextMenuOffersWhatApplies() {
         const uint8_t bits[] = {1, 1, 0, 0};
         m_control->SetPattern(bits, 4);
