@@ -2,8 +2,8 @@
 // a full repaint of a 1200-pixel control holding 32768 bits with a
 // selection, and typing one bit in the middle (edit and repaint). Each runs
 // with the grid and waveform clipped to the view (argument 0) and drawn over
-// every cell and bit as the plain description of the picture reads
-// (argument 1); both show the same pixels.
+// every cell of the grid and every bit (argument 1); both show the same
+// pixels.
 
 #include <benchmark/benchmark.h>
 
