@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "ui/bitpattern/BitPatternCtrl.h"
 #include "ui/shared/WidgetClassRegistry.h"
 
 namespace kv::module {
@@ -16,7 +17,10 @@ struct WidgetClass {
 // Bit Pattern Editor", "Velmorine Via Visualizer", "TOPVIEW" and "Curvana
 // Chart Control". Each joins this list together with its widget.
 const std::vector<WidgetClass>& ModuleWidgetClasses() {
-    static const std::vector<WidgetClass> classes{};
+    static const std::vector<WidgetClass> classes{
+        {ui::CBitPatternCtrl::kWidgetClassName,
+         [](QWidget* parent) -> QWidget* { return new ui::CBitPatternCtrl(parent); }},
+    };
     return classes;
 }
 

@@ -4,7 +4,7 @@
 # Packages the build, the tests and the demo need.
 KV_PACKAGES=(
     cmake ninja-build g++ pkg-config
-    qt6-base-dev libgl-dev
+    qt6-base-dev qt6-svg-dev libgl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     python3 sharutils
 <<<<<<< HEAD

@@ -49,4 +49,10 @@ void SaveText(const QString& text, const QDir& out, const QString& fileName, QTe
     LogResult(written, path, written ? QString() : ": " + file.errorString(), log);
 }
 
-int TourWriteFailures() { return g_writeFailures; }
+void LogTourWrite(bool written, const QString& path, QTextStream& log) {
+    LogResult(written, path, QString(), log);
+}
+
+int TourWriteFailures() {
+    return g_writeFailures;
+}

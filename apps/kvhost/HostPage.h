@@ -30,5 +30,7 @@ struct HostPageRegistration {
 void SaveWidgetPng(QWidget& widget, const QDir& out, const QString& fileName, QTextStream& log);
 // Writes `text` into `out`/`fileName` and logs it.
 void SaveText(const QString& text, const QDir& out, const QString& fileName, QTextStream& log);
+// Logs a file the tour wrote (or failed to write) and counts failures.
+void LogTourWrite(bool written, const QString& path, QTextStream& log);
 // How many files the tour failed to write so far.
 int TourWriteFailures();
