@@ -231,7 +231,8 @@ void IniDocument::SetEntries(std::string_view section, std::span<const Entry> en
     std::vector<bool> placed(entries.size(), false);
     for (std::size_t k = 0; k < entries.size(); ++k) {
         for (std::size_t e = existing.size(); e-- > 0;) {
-            if (EqualNoCase(KeyOf(m_lines[existing[e].firstLine].content), entries[k].first)) {
+            // The key as a reader sees it: of the whole entry, continuation lines included.
+            if (EqualNoCase(KeyOf(JoinedEntry(existing[e])), entries[k].first)) {
                 replacedBy[e] = k;
                 placed[k] = true;
                 break;

@@ -32,8 +32,8 @@ void CheckParser(const std::string& text, uint8_t flags) {
                                                   kv::FormatTime,        kv::FormatVoltage};
     std::array<char, 64> buffer{};
     const auto expectText = [&](std::string_view which) {
-        Expect(buffer[0] != '\0', "an empty " + std::string(which) + " text for " +
-                                      std::to_string(value));
+        Expect(buffer[0] != '\0',
+               "an empty " + std::string(which) + " text for " + std::to_string(value));
     };
     for (const Formatter format : formatters) {
         format(value, buffer.data(), buffer.size(), nullptr);

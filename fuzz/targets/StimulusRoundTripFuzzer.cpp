@@ -15,10 +15,10 @@
 
 #include "FuzzSupport.h"
 #include "core/settings/IniDocument.h"
+#include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/StimulusData.h"
 #include "core/stimulus/StimulusPersistence.h"
-#include "core/stimulus/FixedPatterns.h"
 
 namespace {
 

@@ -112,8 +112,7 @@ TEST_F(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
          "vias[0].padstack.name: must not contain a NUL character"},
         {"\"name\": \"SIG3\"", "\"name\": \"SIG\\n3\"",
          "stackup[4].name: must not contain control characters"},
-        {"\"pair\": false", "\"pa\\u0000ir\": false",
-         "pa\\u0000ir: unknown field"},
+        {"\"pair\": false", "\"pa\\u0000ir\": false", "pa\\u0000ir: unknown field"},
     };
     for (const auto& broken : cases) {
         std::string json = board;

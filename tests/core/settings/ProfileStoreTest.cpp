@@ -48,6 +48,12 @@ TEST(IniDocument, UntouchedLinesKeepEveryByte) {
     const std::pair<std::string_view, std::string> entries[] = {{"x", "5"}, {"new", "6"}};
     unix.SetEntries("s", entries);
     EXPECT_EQ(unix.Text(), "[S]\nx=5\nz=2\nnew=6\n");
+    // A writer replaces the entry a reader finds under the key: an entry
+    // whose "=" stands only on its continuation line is not "k".
+    kv::IniDocument continued("[A]\nk=1\nk\n\tx=2\n");
+    continued.Set("A", "k", "v");
+    EXPECT_EQ(continued.Text(), "[A]\nk=v\nk\n\tx=2\n");
+    EXPECT_EQ(continued.Get("A", "k"), "v");
     EXPECT_TRUE(kv::LooksLikeIniText("; c\n[S]\n"));
     EXPECT_FALSE(kv::LooksLikeIniText("just words\n"));
     EXPECT_FALSE(kv::LooksLikeIniText(std::string("[S]\nx=\0", 7)));
