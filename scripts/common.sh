@@ -7,11 +7,8 @@ KV_PACKAGES=(
     qt6-base-dev qt6-svg-dev libgl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     python3 sharutils
-<<<<<<< HEAD
     dpkg-dev file
-=======
     clang libclang-rt-14-dev
->>>>>>> fuzz
     nlohmann-json3-dev ngspice
 )
 
