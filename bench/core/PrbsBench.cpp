@@ -63,6 +63,8 @@ void BM_BlockFill(benchmark::State& state) {
 // 23 and 31 have two taps, 24 four; 31 (2 GiB) is far beyond every cache.
 BENCHMARK(BM_BlockFill)->Arg(7)->Arg(15)->Arg(23)->Arg(24)->Arg(31)->Unit(benchmark::kMicrosecond);
 
+// CPU time of this thread, as the library's own rates use: time spent
+// waiting for a core on a busy machine does not count.
 double ThreadSeconds() {
     timespec now{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
