@@ -9,9 +9,8 @@
 namespace kv {
 namespace {
 
-// Random numbers are drawn in batches of this many code groups: large enough
-// to hide the per-batch cost, small enough to stay in the first-level cache.
-constexpr std::size_t kGroupBatch = 256;
+// Code groups per block of random draws (two draws a group).
+constexpr std::size_t kGroupBatch = Ran1Block::kMaxCount / 2;
 
 }  // namespace
 
@@ -51,7 +50,9 @@ SymbolSource::SymbolSource(const SymbolSourceConfig& config) : m_config(config) 
         m_pattern.assign(config.pattern, config.pattern + config.patternLength);
     }
     m_config.pattern = nullptr;
-    m_cursor.seedWord = -config.seed;
+    // Minus the seed; the most negative seed has no opposite and stays as it
+    // is (negated modulo 2^32), which the generator reads as magnitude 2^31.
+    m_cursor.seedWord = static_cast<int32_t>(0u - static_cast<uint32_t>(config.seed));
     m_cursor.patternRemaining = m_pattern.size();
     m_cursor.repetitions = config.repetitions;
     if (config.degree != 0) {
@@ -208,7 +209,6 @@ std::size_t SymbolSource::FillCodeGroups(std::span<int8_t> out) {
     while (written < out.size() && m_cursor.pendingIndex < 10) {
         out[written++] = m_cursor.pending[static_cast<std::size_t>(m_cursor.pendingIndex++)];
     }
-    std::array<int32_t, 2 * kGroupBatch> raw;
     const EncodedGroup* table = EncodedGroupTable();
     // Whether a group flips the disparity does not depend on the disparity
     // it starts from, so the running disparity is a chain of XORs and the
@@ -216,17 +216,25 @@ std::size_t SymbolSource::FillCodeGroups(std::span<int8_t> out) {
     unsigned positive = m_cursor.disparity > 0 ? 1u : 0u;
     while (out.size() - written >= 10) {
         const std::size_t groups = std::min(kGroupBatch, (out.size() - written) / 10);
-        const std::span<int32_t> draws(raw.data(), 2 * groups);
-        Ran1Raw(m_cursor.seedWord, draws);
         int8_t* to = out.data() + written;
-        for (std::size_t g = 0; g < groups; ++g) {
-            const auto r6 = static_cast<unsigned>(Row6FromUniform(RawToUniform(draws[2 * g])));
-            const auto r4 = static_cast<unsigned>(Row4FromUniform(RawToUniform(draws[2 * g + 1])));
+        const int8_t* const end = out.data() + out.size();
+        Ran1Block draws(m_cursor.seedWord, 2 * groups);
+        // Both numbers are drawn before encoding, the 6-bit row first.
+        draws.Run<2>([&](const std::array<int32_t, 2>& raw) {
+            const auto r6 = static_cast<unsigned>(Row6FromUniform(RawToUniform(raw[0])));
+            const auto r4 = static_cast<unsigned>(Row4FromUniform(RawToUniform(raw[1])));
             const unsigned row = r6 * 9 + r4;
             const EncodedGroup& group = table[positive * 297 + row];
-            std::memcpy(to + 10 * g, group.symbols.data(), 10);
+            // A whole 16-byte copy is one move; the six bytes past the group
+            // are written again by the next one.
+            if (end - to >= static_cast<std::ptrdiff_t>(group.symbols.size())) {
+                std::memcpy(to, group.symbols.data(), group.symbols.size());
+            } else {
+                std::memcpy(to, group.symbols.data(), 10);
+            }
+            to += 10;
             positive ^= table[row].disparityAfter < 0 ? 0u : 1u;
-        }
+        });
         written += 10 * groups;
     }
     const int disparity = positive ? 1 : -1;

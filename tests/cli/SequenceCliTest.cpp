@@ -24,6 +24,14 @@ TEST(SequenceCli, EveryKindPrintsOrWritesBits) {
               Cli("sequence 8b10b --cycles 5 --seed 91847437", folder).out);
     EXPECT_EQ(Cli("sequence 8b10b --cycles 5", folder).out.size(), 51u);
     EXPECT_EQ(Cli("sequence random", folder).status, 2);
+    // A seed equal to the modulus draws 0 first, then what seed 1 draws: a
+    // zero bit ahead of seed 1's bits, and 6-bit row 0 ("+011000-" sent at
+    // the starting disparity +1) first.
+    const std::string fromModulus = Cli("sequence random --count 33 --seed 2147483647", folder).out;
+    EXPECT_EQ(fromModulus.substr(0, 1), "0");
+    EXPECT_EQ(fromModulus.substr(1), Cli("sequence random --count 32 --seed 1", folder).out);
+    EXPECT_EQ(Cli("sequence 8b10b --cycles 1 --seed 2147483647", folder).out.substr(0, 6),
+              "011000");
     EXPECT_EQ(Cli("sequence bogus", folder).status, 2);
 
     const std::string file = folder.File("code.bit");

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <set>
+#include <span>
 #include <vector>
 
 #include "core/stimulus/RegisterFill.h"
@@ -68,6 +70,27 @@ TEST(RegisterFill, ShortBuffersAroundTheDegreeAreExact) {
               std::size_t(degree + 1), std::size_t(2 * degree + 3)}) {
             EXPECT_EQ(Blockwise(degree, count, true), Stepwise(degree, count, true))
                 << "degree " << degree << " count " << count;
+        }
+    }
+}
+
+// The fill works in whole cache lines of memory, so where the buffer starts
+// decides where the lines fall; no byte outside the buffer may change.
+TEST(RegisterFill, EveryStartWithinACacheLineGivesTheSameBitsAndStaysInside) {
+    const std::size_t count = 70000;
+    std::vector<uint8_t> storage(count + 128, 0x5A);
+    for (int degree : {23, 31, 32}) {
+        const auto expected = Stepwise(degree, count, true);
+        for (std::size_t offset = 0; offset < 64; offset += 7) {
+            std::fill(storage.begin(), storage.end(), uint8_t{0x5A});
+            const std::span<uint8_t> out(storage.data() + offset, count);
+            kv::FillRegisterOutput(degree, out, true);
+            ASSERT_TRUE(std::equal(out.begin(), out.end(), expected.begin()))
+                << "degree " << degree << " offset " << offset;
+            const auto untouched = [](uint8_t b) { return b == 0x5A; };
+            const auto after = storage.begin() + static_cast<std::ptrdiff_t>(offset + count);
+            EXPECT_TRUE(std::all_of(storage.begin(), storage.begin() + offset, untouched));
+            EXPECT_TRUE(std::all_of(after, storage.end(), untouched));
         }
     }
 }
