@@ -42,11 +42,10 @@ bool SameLine(std::string_view before, std::string_view after) {
            (after.substr(before.size()) == "\n" || after.substr(before.size()) == "\r\n");
 }
 
-// The key stands on the entry's first line: the text before its '=', or the
-// whole line when it has none.
+// The key of an entry, continuation lines included, as a reader finds it:
+// the text before its first '=', or the whole entry when it has none.
 std::string_view KeyOf(std::string_view entry) {
-    const std::string_view first = entry.substr(0, entry.find("\r\n"));
-    return TrimSpace(first.substr(0, first.find('=')));
+    return TrimSpace(entry.substr(0, entry.find('=')));
 }
 
 // The names of the header lines, in order, each once.
