@@ -43,6 +43,23 @@ bool StartsHexadecimal(std::string_view digits) {
             (digits[2] == '.' && digits.size() > 3 && IsHexDigit(digits[3])));
 }
 
+// Where a number's digits start: after leading blanks and at most one sign.
+struct SignedStart {
+    std::size_t at = 0;
+    bool negative = false;
+};
+SignedStart SkipBlanksAndSign(std::string_view text) {
+    std::size_t at = 0;
+    while (at < text.size() && IsSpace(text[at])) {
+        ++at;
+    }
+    const bool negative = at < text.size() && text[at] == '-';
+    if (at < text.size() && (text[at] == '+' || text[at] == '-')) {
+        ++at;
+    }
+    return {at, negative};
+}
+
 }  // namespace
 
 std::string PrintNumber(double value, NumberStyle style, int precision) {
@@ -59,14 +76,7 @@ std::string PrintNumber(double value, NumberStyle style, int precision) {
 }
 
 std::optional<NumberPrefix> ReadNumberPrefix(std::string_view text) {
-    std::size_t at = 0;
-    while (at < text.size() && IsSpace(text[at])) {
-        ++at;
-    }
-    const bool negative = at < text.size() && text[at] == '-';
-    if (at < text.size() && (text[at] == '+' || text[at] == '-')) {
-        ++at;
-    }
+    auto [at, negative] = SkipBlanksAndSign(text);
     // from_chars takes no plus sign and a minus of its own: a second sign is
     // no number for strtod.
     if (at >= text.size() || text[at] == '+' || text[at] == '-') {
@@ -110,14 +120,7 @@ std::optional<double> ParseRealPrefix(std::string_view text) {
 }
 
 std::optional<int> ParseIntPrefix(std::string_view text) {
-    std::size_t at = 0;
-    while (at < text.size() && IsSpace(text[at])) {
-        ++at;
-    }
-    const bool negative = at < text.size() && text[at] == '-';
-    if (at < text.size() && (text[at] == '+' || text[at] == '-')) {
-        ++at;
-    }
+    auto [at, negative] = SkipBlanksAndSign(text);
     if (at >= text.size() || !IsDigit(text[at])) {
         return std::nullopt;
     }

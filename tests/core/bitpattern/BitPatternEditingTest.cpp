@@ -5,29 +5,13 @@
 
 #include <string>
 
-#include "core/bitpattern/BitPatternEditor.h"
-#include "tests/support/FakeControlWindow.h"
+#include "tests/core/bitpattern/BitPatternFixture.h"
 
 namespace kv {
 namespace {
 
-// "00" measures 14 x 13; in a 600 x 100 client the layout is: handle 4,
-// pattern left 13, high y 12, low y 61 (middle 36), 41 cells up to x 587,
-// digit row y 67..80.
-class BitPatternEditingTest : public testing::Test {
+class BitPatternEditingTest : public test::BitPatternFixture {
 protected:
-    BitPatternEditingTest() : editor(window, clipboard) {
-        editor.SetTextMetrics(14, 13);
-        editor.SetClientRect({0, 0, 600, 100});
-    }
-
-    void SetBits(const std::string& text) {
-        std::vector<uint8_t> bits;
-        for (const char c : text) {
-            bits.push_back(c == '1' ? 1 : 0);
-        }
-        editor.SetPattern(bits, false);
-    }
     std::string Bits() const {
         std::string text;
         for (const uint8_t bit : editor.m_bits.Data()) {
@@ -45,10 +29,6 @@ protected:
     bool Key(BitKey key, bool ctrl = false, bool shift = false) {
         return editor.OnKey(key, {ctrl, shift});
     }
-
-    test::FakeControlWindow window;
-    test::FakeClipboard clipboard;
-    BitPatternEditor editor;
 };
 
 TEST(BitArrayTest, GrowsInStepsOfAnEighthBetweenFourAndAThousandAndTwentyFour) {

@@ -6,8 +6,7 @@
 #include <set>
 #include <string>
 
-#include "core/bitpattern/BitPatternEditor.h"
-#include "tests/support/FakeControlWindow.h"
+#include "tests/core/bitpattern/BitPatternFixture.h"
 #include "tests/support/RecordingCanvas.h"
 
 namespace kv {
@@ -22,21 +21,8 @@ struct Segment {
     friend bool operator==(const Segment&, const Segment&) = default;
 };
 
-// Same layout as the editing tests: left 13, high y 12, low y 61, cells of
-// 14 up to x 587, digit row y 67..80.
-class BitPatternPaintTest : public testing::Test {
+class BitPatternPaintTest : public test::BitPatternFixture {
 protected:
-    BitPatternPaintTest() : editor(window, clipboard) {
-        editor.SetTextMetrics(14, 13);
-        editor.SetClientRect({0, 0, 600, 100});
-    }
-    void SetBits(const std::string& text) {
-        std::vector<uint8_t> bits;
-        for (const char c : text) {
-            bits.push_back(c == '1' ? 1 : 0);
-        }
-        editor.SetPattern(bits, false);
-    }
     test::RecordingCanvas Paint() const {
         test::RecordingCanvas canvas;
         editor.Paint(canvas);
@@ -59,10 +45,6 @@ protected:
         return digits;
     }
     static int CellMiddle(int cell) { return 13 + cell * 14 + 7; }
-
-    test::FakeControlWindow window;
-    test::FakeClipboard clipboard;
-    BitPatternEditor editor;
 };
 
 TEST_F(BitPatternPaintTest, EmptyPatternShowsTwoRedSquaresAndItsLength) {
