@@ -31,7 +31,7 @@ ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
 # --- fuzzing (fuzz/run.sh): every libFuzzer target for a few seconds over a
 # copy of its seed corpus; skipped with a message when clang is not installed.
 echo "== fuzz targets, a short run each"
-fuzz/run.sh all 5
+KV_FUZZ_SEED=1 fuzz/run.sh all 5
 # --- end of fuzzing
 
 if $in_checkout; then

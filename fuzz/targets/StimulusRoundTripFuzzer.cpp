@@ -67,10 +67,16 @@ std::string Describe(const CStimulusData& data) {
 // Whether the data can come back at all. Values whose stored text reads
 // back as something the validity rule refuses (a duty cycle of
 // 99.99999999999999 is written "100"), and an empty custom sequence (stored
-// with length 0, which a load reads as no sequence), cannot: the command line
-// refuses them before it saves, and they are not asked to survive here.
+// with length 0, which a load reads as no sequence), and a mask name with
+// blanks at either end (the reader trims values; the 20-byte cut can leave
+// such blanks), cannot: the command line refuses them before it saves, and
+// they are not asked to survive here.
 bool Storable(const CStimulusData& data) {
     if (data.m_seqType == kv::seq::kCustom && data.Bits().empty()) {
+        return false;
+    }
+    const std::string_view maskName(data.Mask().MaskName, strnlen(data.Mask().MaskName, 21));
+    if (kv::TrimSpace(maskName) != maskName) {
         return false;
     }
     const auto probe = kv::fuzz::ScratchFolder() / "probe.ini";
