@@ -34,6 +34,20 @@ struct ScrollInfo {
     int page = 0;
     int position = 0;
     friend bool operator==(const ScrollInfo&, const ScrollInfo&) = default;
+
+    // Copies the parts `mask` names into `state`, as a scroll bar takes them.
+    void ApplyTo(ScrollInfo& state) const {
+        if (mask & kRange) {
+            state.minimum = minimum;
+            state.maximum = maximum;
+        }
+        if (mask & kPage) {
+            state.page = page;
+        }
+        if (mask & kPosition) {
+            state.position = position;
+        }
+    }
 };
 
 class IControlWindow {

@@ -33,16 +33,7 @@ public:
         }
     }
     void SetScrollInfo(const ScrollInfo& info, bool /*redraw*/) override {
-        if (info.mask & ScrollInfo::kRange) {
-            scroll.minimum = info.minimum;
-            scroll.maximum = info.maximum;
-        }
-        if (info.mask & ScrollInfo::kPage) {
-            scroll.page = info.page;
-        }
-        if (info.mask & ScrollInfo::kPosition) {
-            scroll.position = info.position;
-        }
+        info.ApplyTo(scroll);
         ++scrollInfoUpdates;
     }
     ScrollInfo GetScrollInfo() const override { return scroll; }

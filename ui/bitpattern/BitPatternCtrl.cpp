@@ -127,13 +127,7 @@ public:
         }
     }
     void SetScrollInfo(const ScrollInfo& info, bool /*redraw*/) override {
-        if (info.mask & ScrollInfo::kRange) {
-            scroll.minimum = info.minimum;
-            scroll.maximum = info.maximum;
-        }
-        if (info.mask & ScrollInfo::kPage) {
-            scroll.page = info.page;
-        }
+        info.ApplyTo(scroll);
         QScrollBar& bar = *m_control.m_scrollBar;
         // The bar's last position leaves the final page in view.
         const int last = std::max(scroll.minimum, scroll.maximum - std::max(scroll.page - 1, 0));
