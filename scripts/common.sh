@@ -10,6 +10,7 @@ KV_PACKAGES=(
     dpkg-dev file
     clang libclang-rt-14-dev
     nlohmann-json3-dev ngspice
+    pybind11-dev python3-dev python3-numpy python3-pytest python3-matplotlib
 )
 
 kv_install_missing() {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "apps/kvcomctl/Command.h"
-#include "apps/kvcomctl/ViaDescription.h"
+#include "apps/viadescription/ViaDescription.h"
 #include "core/shared/FileIo.h"
 #include "core/via/PadstackDump.h"
 
@@ -13,6 +13,10 @@
 
 namespace kv::cli {
 namespace {
+
+using via_json::ReadViaDescription;
+using via_json::ViaDescription;
+using via_json::ViaDescriptionVia;
 
 constexpr std::string_view kHelp =
     "Usage: kvcomctl padstack-dump VIA.json [-o FILE]\n"

@@ -2,7 +2,7 @@
 #include <string>
 
 #include "apps/kvcomctl/Command.h"
-#include "apps/kvcomctl/ViaDescription.h"
+#include "apps/viadescription/ViaDescription.h"
 #include "core/shared/FileIo.h"
 #include "core/shared/LocalTime.h"
 #include "core/via/ViaSpiceExport.h"
@@ -13,6 +13,9 @@
 
 namespace kv::cli {
 namespace {
+
+using via_json::ReadViaDescription;
+using via_json::ViaDescription;
 
 constexpr std::string_view kHelp =
     "Usage: kvcomctl spice VIA.json [-o FILE.cir] [--metric]\n"

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "FuzzSupport.h"
-#include "apps/kvcomctl/ViaDescription.h"
+#include "apps/viadescription/ViaDescription.h"
 #include "core/via/ViaSpiceWriter.h"
 
 namespace {
@@ -38,10 +38,10 @@ bool HoldsNul(const nlohmann::json& value) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const std::string text(kv::fuzz::AsText(data, size));
-    kv::cli::ViaDescription description;
+    kv::via_json::ViaDescription description;
     try {
-        description = kv::cli::ParseViaDescription(text);
-    } catch (const kv::cli::DescriptionError& error) {
+        description = kv::via_json::ParseViaDescription(text);
+    } catch (const kv::via_json::DescriptionError& error) {
         const std::string message = error.what();
         // A parser tag in the message is a leak, unless the input wrote it itself.
         const bool tagged = message.find("[json.exception") != std::string::npos &&

@@ -1,4 +1,4 @@
-#include "apps/kvcomctl/ViaDescription.h"
+#include "apps/viadescription/ViaDescription.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +13,7 @@
 
 #include "core/shared/FileIo.h"
 
-namespace kv::cli {
+namespace kv::via_json {
 namespace {
 
 using nlohmann::json;
@@ -513,4 +513,4 @@ ViaDescription ReadViaDescription(const std::filesystem::path& path) {
     }
 }
 
-}  // namespace kv::cli
+}  // namespace kv::via_json

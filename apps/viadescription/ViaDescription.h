@@ -10,9 +10,12 @@
 #include "core/via/ViaVizData.h"
 
 // A via or a differential via pair read from a JSON description (format in README.md): the
-// stackup, and per via its padstack, elements and ports.
+// stackup, and per via its padstack, elements and ports. The command line reads it from a file
+// and the Python module from a dict turned into JSON text, so both front ends take the same
+// structure and refuse it with the same messages. It stays out of the core, which keeps to the
+// standard library, because it reads JSON through nlohmann_json.
 
-namespace kv::cli {
+namespace kv::via_json {
 
 // A description that cannot be read or does not hold together. The message names the field
 // ("vias[0].padstack.pads[3].shape: ...").
@@ -39,4 +42,4 @@ struct ViaDescription {
 ViaDescription ReadViaDescription(const std::filesystem::path& path);
 ViaDescription ParseViaDescription(const std::string& jsonText);
 
-}  // namespace kv::cli
+}  // namespace kv::via_json

@@ -1,0 +1,19 @@
+#include "apps/python/Bindings.h"
+#include "core/shared/AppProfile.h"
+
+// The `kvcomctl` Python module over the core: sequences, the 8B/10B check, .bit files,
+// engineering numbers, the stimulus data and the via exports. The package's __init__.py
+// re-exports everything defined here.
+
+PYBIND11_MODULE(_core, m) {
+    m.doc() = "Signal-integrity data objects, bit sequences and exports of KVComCtl.";
+    // The module's own settings store (the jitter seed of 8B/10B data, load and save without a
+    // location) is the one the library uses inside a host.
+    if (kv::ModuleProfile().registryKey.empty()) {
+        kv::ModuleProfile().registryKey = std::string(kv::kModuleRegistryKey);
+    }
+    kv::python::BindSequences(m);
+    kv::python::BindNumbers(m);
+    kv::python::BindStimulus(m);
+    kv::python::BindVia(m);
+}

@@ -1,0 +1,85 @@
+#include <pybind11/stl.h>
+
+#include <array>
+#include <string>
+#include <utility>
+
+#include "apps/python/Bindings.h"
+#include "core/shared/Misc_String.h"
+
+// The engineering formatters and the engineering parser.
+
+namespace kv::python {
+namespace {
+
+using Formatter = bool (*)(double, char*, std::size_t, char*);
+
+std::pair<std::string, bool> Format(Formatter format, double value) {
+    std::array<char, 64> text{};
+    const bool inRange = format(value, text.data(), text.size() - 1, nullptr);
+    return {text.data(), inRange};
+}
+
+struct Quantity {
+    const char* function;
+    Formatter format;
+    const char* doc;
+};
+
+constexpr std::array<Quantity, 6> kQuantities{{
+    {"format_capacitance", FormatCapacitance, "farads"},
+    {"format_inductance", FormatInductance, "henries"},
+    {"format_resistance", FormatResistance, "ohms"},
+    {"format_frequency", FormatFrequency, "hertz"},
+    {"format_time", FormatTime, "seconds"},
+    {"format_voltage", FormatVoltage, "volts"},
+}};
+
+double ParseEngineering(const std::string& text, bool spice, bool ampere, bool farad) {
+    // The reader stops at a NUL; a text that holds one is not what the caller meant to give.
+    if (text.find('\0') != std::string::npos) {
+        throw py::value_error("an engineering value cannot contain a NUL character");
+    }
+    double value = 0.0;
+    if (!ParseEngineeringValue(text.c_str(), value, ampere, spice, farad)) {
+        throw py::value_error("'" + text + "' is no engineering value");
+    }
+    return value;
+}
+
+}  // namespace
+
+void BindNumbers(py::module_& m) {
+    m.def(
+        "format_length",
+        [](double metres, bool metric) {
+            std::array<char, 64> text{};
+            const bool inRange = FormatLength(metres, text.data(), text.size() - 1, metric);
+            return std::pair<std::string, bool>(text.data(), inRange);
+        },
+        py::arg("metres"), py::arg("metric") = false,
+        "A length in metres as number, blank and unit: mils and inches, or um, mm, cm and m\n"
+        "when `metric`. Returns (text, ok); ok is False when the value was beyond the largest\n"
+        "unit (or no number) and printed as 999 with that unit.");
+    for (const Quantity& quantity : kQuantities) {
+        const Formatter format = quantity.format;
+        m.def(
+            quantity.function, [format](double value) { return Format(format, value); },
+            py::arg("value"),
+            (std::string("A value in ") + quantity.doc +
+             " as number, blank and engineering unit.\nReturns (text, ok); ok is False when "
+             "the value was beyond the largest unit\n(or no number) and printed as 999 with "
+             "that unit.")
+                .c_str());
+    }
+    m.def("parse_engineering", &ParseEngineering, py::arg("text"), py::arg("spice") = false,
+          py::arg("ampere") = false, py::arg("farad") = false,
+          "Reads an engineering value such as '1.5 n', '3M' or '47p' and returns it as a float.\n"
+          "Blanks anywhere are ignored; the one character after the number scales it (a 1e-18,\n"
+          "f/F 1e-15, p/P 1e-12, n/N 1e-9, u/U 1e-6, m 1e-3, k/K 1e3, M 1e6, G 1e9, T 1e12).\n"
+          "`spice`: 'M' is milli and 'X' mega; `ampere`: 'a'/'A' are amperes, unscaled;\n"
+          "`farad`: 'F' is farads, unscaled. Raises ValueError when the text holds no number\n"
+          "or one too large for a float.");
+}
+
+}  // namespace kv::python
