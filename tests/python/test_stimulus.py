@@ -1,0 +1,180 @@
+"""The stimulus data object: properties under their stored names, load and save."""
+
+import re
+
+import numpy as np
+import pytest
+
+import kvcomctl
+
+INVALID = "Invalid eye diagram data.\nReverting to default values."
+
+
+def stored_names(cls):
+    """Each property's stored key, read from its docstring."""
+    names = {}
+    for attr in dir(cls):
+        doc = getattr(cls, attr).__doc__ or ""
+        found = re.search(r"\(stored as ([A-Z0-9]+)\)", doc)
+        if found and isinstance(getattr(cls, attr), property):
+            names[found.group(1)] = attr
+    return names
+
+
+def cli_show(cli, path):
+    entries = {}
+    for line in cli.out("stimulus", "show", path).splitlines():
+        key, _, value = line.partition("=")
+        entries[key] = value
+    return entries
+
+
+def as_text(value):
+    if isinstance(value, bool):
+        return "1" if value else "0"
+    if isinstance(value, float):
+        return format(value, ".15g")
+    return str(value)
+
+
+def changed_data():
+    data = kvcomctl.StimulusData()
+    data.cycle_count = 12
+    data.skip_bits = 3
+    data.eye_count = 2
+    data.period = 2.5
+    data.duty_cycle = 40.0
+    data.max_jitter = 0.125
+    data.random_freq = 250.0
+    data.sine_mag, data.sine_freq, data.sine_init = 0.5, 33.0, 0.25
+    data.uniform_mag, data.uniform_mean = 0.75, 0.0625
+    data.add_gaussian, data.add_uniform, data.add_sine = True, False, True
+    data.advanced_jitter = True
+    data.gaussian_freq_measured, data.sine_freq_measured = True, True
+    data.jitter_type = 2
+    data.jitter_repeatable = False
+    data.uniform_jitter_as_time = True
+    data.seq_type = 4  # custom: the bits are stored
+    data.init_state = 1
+    data.poly_degree = 9
+    data.bits = np.array([1, 0, 0, 1, 1, 1, 0, 1], np.uint8)
+    data.mask.top_max = 6.0
+    data.mask.rise_delay = 25.0
+    data.mask.scale_time = 1.5
+    data.mask.name = "Gen2 mask"
+    return data
+
+
+def test_every_stored_key_is_a_documented_property(cli, tmp_path):
+    path = tmp_path / "data.ini"
+    changed_data().save(path)
+    shown = cli_show(cli, path)
+    names = stored_names(kvcomctl.StimulusData)
+    mask_names = stored_names(kvcomctl.EyeMask)
+    loaded = kvcomctl.StimulusData()
+    loaded.load(path)
+    for key, value in shown.items():
+        if key in names:
+            assert as_text(getattr(loaded, names[key])) == value, key
+        elif key in mask_names:
+            assert as_text(getattr(loaded.mask, mask_names[key])) == value, key
+        else:
+            assert key in ("SEQUENCELENGTH", "BITSEQUENCE"), key
+    assert shown["SEQUENCELENGTH"] == "8" and shown["BITSEQUENCE"] == "10011101"
+    assert len(names) + len(mask_names) + 2 == len(shown)
+
+
+def test_save_and_load_round_trip_every_value(tmp_path):
+    data = changed_data()
+    path = tmp_path / "round.ini"
+    data.save(str(path))
+    loaded = kvcomctl.StimulusData()
+    loaded.load(path)
+    for attr in stored_names(kvcomctl.StimulusData).values():
+        assert getattr(loaded, attr) == getattr(data, attr), attr
+    assert loaded.mask == data.mask and loaded.mask.name == "Gen2 mask"
+    np.testing.assert_array_equal(loaded.bits, data.bits)
+    assert loaded.bits.dtype == np.uint8
+
+    # The settings store, named and the module's own, keeps the same data.
+    data.save(store_key="Python tests")
+    data.cycle_count = 99
+    data.save()
+    from_key, own = kvcomctl.StimulusData(), kvcomctl.StimulusData()
+    from_key.load(store_key="Python tests")
+    own.load()
+    assert from_key.cycle_count == 12 and own.cycle_count == 99
+    np.testing.assert_array_equal(own.bits, data.bits)
+
+
+def test_values_set_by_the_command_line_load_in_python(cli, tmp_path):
+    path = tmp_path / "set.ini"
+    cli.out("stimulus", "new", path)
+    cli.out("stimulus", "set", path, "CYCLECOUNT=8", "SEQTYPE=0", "POLYDEGREE=7", "INITSTATE=1")
+    data = kvcomctl.StimulusData()
+    data.load(path)
+    assert (data.cycle_count, data.seq_type, data.poly_degree) == (8, 0, 7)
+    np.testing.assert_array_equal(data.bits, kvcomctl.prbs(7, init=1))
+
+
+def test_invalid_files_raise_after_the_reset(tmp_path):
+    path = tmp_path / "invalid.ini"
+    path.write_text("[EYEDIAGRAM]\nCYCLECOUNT=0\nPTOPMAX=7.5\nMASKNAME=kept\n")
+    data = changed_data()
+    with pytest.raises(ValueError) as raised:
+        data.load(path)
+    assert str(raised.value) == INVALID
+    assert "cycle count" in " ".join(getattr(raised.value, "__notes__", []))
+    defaults = kvcomctl.StimulusData()
+    assert data.cycle_count == defaults.cycle_count and data.seq_type == defaults.seq_type
+    np.testing.assert_array_equal(data.bits, defaults.bits)
+    assert data.mask.top_max == 7.5 and data.mask.name == "kept"
+
+    with pytest.raises(FileNotFoundError):
+        data.load(tmp_path / "missing.ini")
+    with pytest.raises(IsADirectoryError):
+        data.load(tmp_path)
+    with pytest.raises(ValueError, match="not both"):
+        data.load(path, store_key="x")
+    with pytest.raises(OSError):
+        data.save(tmp_path / "no" / "such" / "file.ini")
+
+
+def test_generate_and_bits(cli):
+    data = kvcomctl.StimulusData()
+    data.seq_type, data.poly_degree, data.init_state = 0, 10, 1
+    data.generate()
+    np.testing.assert_array_equal(data.bits, kvcomctl.prbs(10, init=1))
+    data.seq_type = 3
+    data.generate()
+    np.testing.assert_array_equal(data.bits, kvcomctl.usb_compliance())
+    assert data.invalid_reason() is None
+    data.seq_type, data.cycle_count = 1, 7
+    data.generate()
+    assert data.bits.shape == (70,) and kvcomctl.check_8b10b(data.bits) is None
+    data.bits = np.array([True, False])
+    assert data.bits.tolist() == [1, 0]
+    with pytest.raises(ValueError, match="must be 0 or 1"):
+        data.bits = np.array([0, 2], np.uint8)
+    with pytest.raises(TypeError):
+        data.cycle_count = 2**40
+    assert data.invalid_reason() == "an 8B/10B sequence must hold ten bits per cycle"
+
+
+def test_mask_checks_use_the_mask_page_messages():
+    mask = kvcomctl.EyeMask()
+    assert mask.order_error() is None and mask.placement_error() is None
+    mask.rise_delay = 5.0  # before the first crossing's end
+    assert "Rise delay" in mask.order_error()
+    mask = kvcomctl.EyeMask()
+    mask.offset_time = 2000.0
+    assert mask.placement_error() == "Invalid time offset value\nValid offset range is 0 - 1000"
+    mask.offset_time, mask.scale_time = 0.0, 3.0
+    assert mask.placement_error() == "Invalid scale value\nValid scale range is 50 - 200"
+    with pytest.raises(ValueError, match="at most 20 bytes"):
+        mask.name = "x" * 21
+    data = kvcomctl.StimulusData()
+    data.mask = mask
+    assert data.mask == mask
+    data.mask.scale_time = 1.0  # changes the object's own mask
+    assert data.mask.scale_time == 1.0 and mask.scale_time == 3.0
