@@ -217,6 +217,12 @@ void Generate(CStimulusData& data) {
         (data.m_cycleCount < 1 || data.m_cycleCount > 100'000'000)) {
         throw py::value_error("an 8B/10B sequence needs a cycle_count from 1 to 100000000");
     }
+    // The generator leaves the bits alone for a degree it cannot make; saying so beats an
+    // old sequence that looks new.
+    const bool prbs = data.m_seqType == seq::kPrbs || data.m_seqType == seq::kConstructionDefault;
+    if (prbs && (data.m_polyDegree < 1 || data.m_polyDegree > 30)) {
+        throw py::value_error("a PRBS sequence needs a poly_degree from 1 to 30");
+    }
     data.GenerateSequence(data.m_initState, data.m_bits);
     if (auto pattern = FixedPattern(data.m_seqType, data.m_initState)) {
         data.m_bits = std::move(*pattern);

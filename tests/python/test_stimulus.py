@@ -152,6 +152,11 @@ def test_generate_and_bits(cli):
     data.seq_type, data.cycle_count = 1, 7
     data.generate()
     assert data.bits.shape == (70,) and kvcomctl.check_8b10b(data.bits) is None
+    data.seq_type, data.poly_degree = 0, 31
+    with pytest.raises(ValueError, match="poly_degree from 1 to 30"):
+        data.generate()
+    assert data.bits.shape == (70,)  # left as they were
+    data.seq_type, data.poly_degree = 1, 9
     data.bits = np.array([True, False])
     assert data.bits.tolist() == [1, 0]
     with pytest.raises(ValueError, match="must be 0 or 1"):
