@@ -1,6 +1,7 @@
 #include "core/chart/CurveReduction.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kv {
 
@@ -43,39 +44,59 @@ void MapAllPoints(std::span<const VEC2> points, const AxisMapping& x, const Axis
     }
 }
 
-namespace {
-
-// Adds a point unless it repeats the last one (a repeat draws nothing new).
-void Append(std::vector<Point>& out, Point point) {
-    if (out.empty() || !(out.back() == point)) {
-        out.push_back(point);
-    }
-}
-
-}  // namespace
-
 void MapReducedPoints(std::span<const VEC2> points, const AxisMapping& x, const AxisMapping& y,
                       std::vector<Point>& out) {
     out.clear();
+    const auto add = [&](size_t index) {
+        out.push_back({x.ToPixel(points[index].x), y.ToPixel(points[index].y)});
+    };
     size_t i = 0;
     while (i < points.size()) {
-        // One run: the points from i on that share i's column. Its lowest
-        // and highest values are tracked in data units; the mapping keeps
-        // order, so they map to the run's extreme pixels.
+        // One run: the points from i on that share i's column.
         const int column = x.ToPixel(points[i].x);
-        double low = points[i].y;
-        double high = points[i].y;
         size_t end = i + 1;
         while (end < points.size() && x.ToPixel(points[end].x) == column) {
-            low = std::fmin(low, points[end].y);
-            high = std::fmax(high, points[end].y);
             ++end;
         }
-        Append(out, {column, y.ToPixel(points[i].y)});
-        if (end - i > 1) {
-            Append(out, {column, y.ToPixel(low)});
-            Append(out, {column, y.ToPixel(high)});
-            Append(out, {column, y.ToPixel(points[end - 1].y)});
+        if (end - i <= 4) {
+            for (size_t k = i; k < end; ++k) {
+                add(k);
+            }
+            i = end;
+            continue;
+        }
+        // The rasteriser decides the pixel where two lines meet from both
+        // lines, looking past lines of no length. So each end of the run
+        // keeps its point, a repeat of that place if there is one, and the
+        // nearest point elsewhere, as they are. Between those every line is
+        // vertical in this column; of them only the lowest and highest
+        // turning points matter, and they turn there in the reduced line as
+        // they did in the whole one. The mapping keeps order, so they are
+        // found in data units.
+        const size_t last = end - 1;
+        const int firstRow = y.ToPixel(points[i].y);
+        const int lastRow = y.ToPixel(points[last].y);
+        size_t leave = i + 1;
+        while (leave < last && y.ToPixel(points[leave].y) == firstRow) {
+            ++leave;
+        }
+        size_t arrive = last - 1;
+        while (arrive > leave && y.ToPixel(points[arrive].y) == lastRow) {
+            --arrive;
+        }
+        size_t lowest = leave;
+        size_t highest = leave;
+        for (size_t k = leave + 1; k <= arrive; ++k) {
+            lowest = points[k].y < points[lowest].y ? k : lowest;
+            highest = points[k].y > points[highest].y ? k : highest;
+        }
+        const size_t kept[] = {
+            i,      leave - 1,  leave, std::min(lowest, highest), std::max(lowest, highest),
+            arrive, arrive + 1, last};
+        for (size_t k = 0; k < std::size(kept); ++k) {
+            if (k == 0 || kept[k] > kept[k - 1]) {
+                add(kept[k]);
+            }
         }
         i = end;
     }

@@ -9,9 +9,9 @@
 
 // A curve of many points drawn as the few a screen can show. Consecutive
 // points that land in the same pixel column are joined by vertical lines
-// in that column only, so the whole run draws exactly what its first point,
-// its lowest and highest points and its last point draw: the run is
-// replaced by those. Across a million points this leaves at most four per
+// in that column only, so a run of them draws what its two first and two
+// last points and its lowest and highest points between draw: the run is
+// replaced by those. Across a million points this leaves at most six per
 // column, and the picture stays the same pixel for pixel.
 
 namespace kv {
@@ -33,7 +33,7 @@ IndexRange VisibleIndexRange(std::span<const VEC2> points, const AxisMapping& x,
 void MapAllPoints(std::span<const VEC2> points, const AxisMapping& x, const AxisMapping& y,
                   std::vector<Point>& out);
 
-// The points mapped and reduced to at most four per run in one column.
+// The points mapped and reduced to at most six per run in one column.
 void MapReducedPoints(std::span<const VEC2> points, const AxisMapping& x, const AxisMapping& y,
                       std::vector<Point>& out);
 

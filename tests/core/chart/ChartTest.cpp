@@ -104,7 +104,7 @@ TEST(ChartReductionTest, ReducedPolylineDrawsWhatEveryPointDraws) {
         std::vector<Point> reduced;
         MapAllPoints(points, x, y, all);
         MapReducedPoints(points, x, y, reduced);
-        EXPECT_LE(reduced.size(), 4u * 800u);
+        EXPECT_LE(reduced.size(), 8u * 800u);
         EXPECT_EQ(PictureOf(reduced), PictureOf(all));
         EXPECT_EQ(reduced.front(), all.front());
         EXPECT_EQ(reduced.back(), all.back());
@@ -248,7 +248,7 @@ TEST(ChartPaintTest, GridLabelsCurvesLegendAndReadout) {
     const auto red = canvas.Of(RecordingCanvas::Kind::Polyline, kRed);
     const auto blue = canvas.Of(RecordingCanvas::Kind::Polyline, kBlue);
     EXPECT_FALSE(blue.empty());
-    EXPECT_LE(red.size(), 4u * static_cast<size_t>(plot.Width()));
+    EXPECT_LE(red.size(), 8u * static_cast<size_t>(plot.Width()));
     EXPECT_GT(red.size(), static_cast<size_t>(plot.Width()) / 2);
 
     // The legend in the order of the names, only for curves that exist.
