@@ -25,7 +25,7 @@ constexpr std::string_view kHelp =
     "                     its blanks, or empty for a line without one\n"
     "--unit appends U to the labels, --no-prefix turns the SI prefixes off.\n"
     "--spacing is the minimum label spacing in pixels; by default the one the\n"
-    "control derives from its default font (56 for x, 15 for y); --y scales\n"
+    "control derives from its default font (64 for x, 14 for y); --y scales\n"
     "the y axis, which doubles the spacing. Exits 1 with a message when no\n"
     "step fits the range (an empty or reversed one, or with --log one that is\n"
     "not wholly above 0).\n";

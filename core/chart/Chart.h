@@ -52,10 +52,11 @@ struct LabelSpacing {
     int y = 0;
 };
 LabelSpacing LabelSpacingFromFont(int digitWidth, int textHeight);
-// What that gives for a digit 7 pixels wide and text 15 pixels high, the
-// control's own default font; the command line uses it without a font.
-inline constexpr int kNominalDigitWidth = 7;
-inline constexpr int kNominalTextHeight = 15;
+// The metric of the control's default font (9-point sans serif on a
+// Debian desktop: digits 8 pixels wide, lines 14 high); the command line
+// scales with it, having no font of its own.
+inline constexpr int kNominalDigitWidth = 8;
+inline constexpr int kNominalTextHeight = 14;
 
 // The point the pointer tracks: the nearest place on a curve.
 struct TrackedPoint {
