@@ -54,14 +54,14 @@ Chart::Chart() {
 }
 
 void Chart::AddCurve(Curve curve) {
-    m_risingX.push_back(HasRisingX(curve.m_points));
+    m_indexes.emplace_back(curve.m_points);
     m_curves.push_back(std::move(curve));
     m_tracked.reset();
 }
 
 void Chart::RemoveAllCurves() {
     m_curves.clear();
-    m_risingX.clear();
+    m_indexes.clear();
     m_tracked.reset();
 }
 
@@ -385,7 +385,7 @@ void Chart::Track(Point at) {
     for (size_t c = 0; c < m_curves.size(); ++c) {
         const std::span<const VEC2> points = m_curves[c].m_points;
         IndexRange range{0, points.size()};
-        if (m_risingX[c]) {
+        if (m_indexes[c].RisingX()) {
             range = VisibleIndexRange(points, x, at.x - radius, at.x + radius);
         }
         for (size_t i = range.begin; i < range.end; ++i) {

@@ -11,6 +11,7 @@
 #include "core/chart/AxisMapping.h"
 #include "core/chart/AxisScale.h"
 #include "core/chart/Curve.h"
+#include "core/chart/CurveReduction.h"
 #include "core/ports/Canvas.h"
 #include "core/shared/ColorRef.h"
 
@@ -150,7 +151,7 @@ private:
     void PaintPointer(ICanvas& canvas) const;
 
     std::vector<Curve> m_curves;
-    std::vector<bool> m_risingX;
+    std::vector<CurveIndex> m_indexes;
     std::vector<std::pair<uint32_t, std::string>> m_names;
     ChartAxisState m_axes[2];
     std::optional<AxisScale> m_scales[2];

@@ -103,16 +103,14 @@ void Chart::PaintCurves(ICanvas& canvas) const {
     const AxisMapping x = Mapping(ChartAxis::X);
     const AxisMapping y = Mapping(ChartAxis::Y);
     for (size_t c = 0; c < m_curves.size(); ++c) {
-        std::span<const VEC2> points = m_curves[c].m_points;
+        const std::span<const VEC2> points = m_curves[c].m_points;
         if (m_reduceCurves) {
-            if (m_risingX[c]) {
-                // Points beyond the neighbours of the plot's columns draw
-                // only outside it.
-                const IndexRange range =
-                    VisibleIndexRange(points, x, m_plot.left, m_plot.right - 1);
-                points = points.subspan(range.begin, range.end - range.begin);
-            }
-            MapReducedPoints(points, x, y, m_scratch);
+            // Points beyond the neighbours of the plot's columns draw only
+            // outside it.
+            const IndexRange range =
+                m_indexes[c].RisingX() ? VisibleIndexRange(points, x, m_plot.left, m_plot.right - 1)
+                                       : IndexRange{0, points.size()};
+            MapReducedPoints(points, range, m_indexes[c], x, y, m_scratch);
         } else {
             MapAllPoints(points, x, y, m_scratch);
         }

@@ -11,6 +11,39 @@ bool HasRisingX(std::span<const VEC2> points) {
            }) == points.end();
 }
 
+CurveIndex::CurveIndex(std::span<const VEC2> points) : m_risingX(HasRisingX(points)) {
+    const auto byY = [](const VEC2& a, const VEC2& b) { return a.y < b.y; };
+    for (size_t begin = 0; begin < points.size(); begin += kBlockSize) {
+        const auto block = points.subspan(begin, std::min(kBlockSize, points.size() - begin));
+        const auto [low, high] = std::minmax_element(block.begin(), block.end(), byY);
+        m_blockLowest.push_back(begin + static_cast<size_t>(low - block.begin()));
+        m_blockHighest.push_back(begin + static_cast<size_t>(high - block.begin()));
+    }
+}
+
+std::pair<size_t, size_t> CurveIndex::Extremes(std::span<const VEC2> points, size_t first,
+                                               size_t last) const {
+    size_t lowest = first;
+    size_t highest = first;
+    const auto consider = [&](size_t low, size_t high) {
+        lowest = points[low].y < points[lowest].y ? low : lowest;
+        highest = points[high].y > points[highest].y ? high : highest;
+    };
+    size_t k = first;
+    // Point by point up to a block boundary, block by block while whole
+    // blocks fit, then point by point again.
+    for (; k <= last && k % kBlockSize != 0; ++k) {
+        consider(k, k);
+    }
+    for (; k + kBlockSize - 1 <= last && k / kBlockSize < m_blockLowest.size(); k += kBlockSize) {
+        consider(m_blockLowest[k / kBlockSize], m_blockHighest[k / kBlockSize]);
+    }
+    for (; k <= last; ++k) {
+        consider(k, k);
+    }
+    return {lowest, highest};
+}
+
 IndexRange VisibleIndexRange(std::span<const VEC2> points, const AxisMapping& x, int firstColumn,
                              int lastColumn) {
     // With x rising the columns rise too (the mapping never goes back), so
@@ -44,19 +77,30 @@ void MapAllPoints(std::span<const VEC2> points, const AxisMapping& x, const Axis
     }
 }
 
-void MapReducedPoints(std::span<const VEC2> points, const AxisMapping& x, const AxisMapping& y,
-                      std::vector<Point>& out) {
+void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const CurveIndex& index,
+                      const AxisMapping& x, const AxisMapping& y, std::vector<Point>& out) {
     out.clear();
     const auto add = [&](size_t index) {
         out.push_back({x.ToPixel(points[index].x), y.ToPixel(points[index].y)});
     };
-    size_t i = 0;
+    const bool risingX = index.RisingX();
+    points = points.first(range.end);
+    size_t i = range.begin;
     while (i < points.size()) {
         // One run: the points from i on that share i's column.
         const int column = x.ToPixel(points[i].x);
+        const auto inColumn = [&](const VEC2& point) { return x.ToPixel(point.x) == column; };
         size_t end = i + 1;
-        while (end < points.size() && x.ToPixel(points[end].x) == column) {
-            ++end;
+        if (risingX) {
+            // The run is where the column is reached: a search, not a walk.
+            end = static_cast<size_t>(
+                std::partition_point(points.begin() + static_cast<std::ptrdiff_t>(end),
+                                     points.end(), inColumn) -
+                points.begin());
+        } else {
+            while (end < points.size() && inColumn(points[end])) {
+                ++end;
+            }
         }
         if (end - i <= 4) {
             for (size_t k = i; k < end; ++k) {
@@ -84,12 +128,7 @@ void MapReducedPoints(std::span<const VEC2> points, const AxisMapping& x, const 
         while (arrive > leave && y.ToPixel(points[arrive].y) == lastRow) {
             --arrive;
         }
-        size_t lowest = leave;
-        size_t highest = leave;
-        for (size_t k = leave + 1; k <= arrive; ++k) {
-            lowest = points[k].y < points[lowest].y ? k : lowest;
-            highest = points[k].y > points[highest].y ? k : highest;
-        }
+        const auto [lowest, highest] = index.Extremes(points, leave, arrive);
         const size_t kept[] = {
             i,      leave - 1,  leave, std::min(lowest, highest), std::max(lowest, highest),
             arrive, arrive + 1, last};

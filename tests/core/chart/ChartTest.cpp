@@ -96,6 +96,8 @@ TEST(ChartReductionTest, ReducedPolylineDrawsWhatEveryPointDraws) {
     for (int i = 0; i < 200000; ++i) {
         points.push_back({i * 1e-3, std::sin(i * 1e-3) + noise(random)});
     }
+    const CurveIndex index(points);
+    ASSERT_TRUE(index.RisingX());
     for (const bool logarithmicY : {false, true}) {
         const AxisMapping x({0.0, 200.0}, false, 50, 849);
         const AxisMapping y(logarithmicY ? Range{0.01, 10.0} : Range{-2.0, 2.0}, logarithmicY, 499,
@@ -103,7 +105,7 @@ TEST(ChartReductionTest, ReducedPolylineDrawsWhatEveryPointDraws) {
         std::vector<Point> all;
         std::vector<Point> reduced;
         MapAllPoints(points, x, y, all);
-        MapReducedPoints(points, x, y, reduced);
+        MapReducedPoints(points, {0, points.size()}, index, x, y, reduced);
         EXPECT_LE(reduced.size(), 8u * 800u);
         EXPECT_EQ(PictureOf(reduced), PictureOf(all));
         EXPECT_EQ(reduced.front(), all.front());
@@ -117,9 +119,21 @@ TEST(ChartReductionTest, ReducedPolylineDrawsWhatEveryPointDraws) {
     const IndexRange window = VisibleIndexRange(points, x, 0, 599);
     EXPECT_EQ(window.begin, 99999u);
     EXPECT_EQ(window.end, 100502u);
-    // An x that falls back anywhere rules the binary search out.
-    points[5].x = -1.0;
-    EXPECT_FALSE(HasRisingX(points));
+    // An x that falls back anywhere rules the binary search out; the walk
+    // through every point finds the same runs.
+    std::vector<Point> searched;
+    MapReducedPoints(points, window, index, x, y, searched);
+    points[window.begin - 5].x = -1.0;
+    const CurveIndex walked(points);
+    EXPECT_FALSE(walked.RisingX());
+    std::vector<Point> walkedPoints;
+    MapReducedPoints(points, window, walked, x, y, walkedPoints);
+    EXPECT_EQ(walkedPoints, searched);
+    // Extremes from whole blocks are those of the points themselves.
+    const auto [low, high] = index.Extremes(points, 1000, 5000);
+    const auto byY = [](const VEC2& a, const VEC2& b) { return a.y < b.y; };
+    EXPECT_EQ(points[low].y, std::min_element(&points[1000], &points[5001], byY)->y);
+    EXPECT_EQ(points[high].y, std::max_element(&points[1000], &points[5001], byY)->y);
 }
 
 TEST(ChartReductionTest, PixelsRoundHalfUpAndHoldAtTheLimit) {
