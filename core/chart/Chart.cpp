@@ -199,10 +199,10 @@ void Chart::FitAxis(ChartAxis axis) {
 
 void Chart::SetVisibleRange(ChartAxis axis, Range range) {
     ChartAxisState& state = m_axes[Index(axis)];
-    range = WidenRange(range, state.logarithmic);
     if (range.hi < range.lo) {
         std::swap(range.lo, range.hi);
     }
+    range = WidenRange(range, state.logarithmic);
     if (Resolvable(range, state.logarithmic)) {
         state.visible = range;
         m_tracked.reset();
@@ -226,8 +226,8 @@ void Chart::ZoomAbout(Point at, double factor) {
 }
 
 void Chart::ZoomToPixels(const Rect& band) {
-    const VEC2 a = ToValue({band.left, band.bottom});
-    const VEC2 b = ToValue({band.right, band.top});
+    const VEC2 a = ToValue({band.left, band.bottom - 1});
+    const VEC2 b = ToValue({band.right - 1, band.top});
     SetVisibleRange(ChartAxis::X, {std::fmin(a.x, b.x), std::fmax(a.x, b.x)});
     SetVisibleRange(ChartAxis::Y, {std::fmin(a.y, b.y), std::fmax(a.y, b.y)});
 }
