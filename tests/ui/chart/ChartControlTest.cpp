@@ -14,6 +14,7 @@
 #include <random>
 
 #include "module/ModuleWidgetClasses.h"
+#include "tests/support/RecordingMessagePort.h"
 #include "tests/support/ScriptedFileChooser.h"
 #include "ui/chart/ChartControl.h"
 #include "ui/shared/WidgetClassRegistry.h"
@@ -212,6 +213,14 @@ private slots:
             QVERIFY(head.startsWith("\x89PNG") || head.contains("<?xml"));
         }
         QCOMPARE(QImage(folder.filePath("chart.png")).size(), m_control->size());
+        // A folder that is not there: a message says so, nothing is written.
+        kv::test::RecordingMessagePort messages;
+        const kv::ScopedMessagePort installed(messages);
+        chooser.answer = kv::ChosenFile{folder.filePath("missing").toStdString(), "chart.png"};
+        QVERIFY(!m_control->SaveImage());
+        QCOMPARE(messages.Requests().size(), size_t{1});
+        QVERIFY(messages.Requests()[0].text.find("missing") != std::string::npos);
+        QVERIFY(!QFile::exists(folder.filePath("missing")));
         m_control->CopyImage();
         QCOMPARE(QApplication::clipboard()->image().size(), m_control->size());
     }
