@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "ui/bitpattern/BitPatternCtrl.h"
+#include "ui/chart/ChartControl.h"
 #include "ui/shared/WidgetClassRegistry.h"
 
 namespace kv::module {
@@ -20,6 +21,8 @@ const std::vector<WidgetClass>& ModuleWidgetClasses() {
     static const std::vector<WidgetClass> classes{
         {ui::CBitPatternCtrl::kWidgetClassName,
          [](QWidget* parent) -> QWidget* { return new ui::CBitPatternCtrl(parent); }},
+        {ui::CChartControl::kWidgetClassName,
+         [](QWidget* parent) -> QWidget* { return new ui::CChartControl(parent); }},
     };
     return classes;
 }

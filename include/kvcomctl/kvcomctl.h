@@ -10,4 +10,5 @@
 #include "kvcomctl/IKVComCtlFactory.h"
 #include "kvcomctl/IProgress.h"
 #include "kvcomctl/IViaVizData.h"
+#include "kvcomctl/Vec2.h"
 #include "kvcomctl/ViaRecords.h"

@@ -1,0 +1,242 @@
+// The chart control as a user meets it: wheel, keys, pointer, context
+// menu, and what it paints.
+
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QFile>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QWheelEvent>
+#include <QtTest>
+#include <cmath>
+#include <random>
+
+#include "module/ModuleWidgetClasses.h"
+#include "tests/support/RecordingMessagePort.h"
+#include "tests/support/ScriptedFileChooser.h"
+#include "ui/chart/ChartControl.h"
+#include "ui/shared/WidgetClassRegistry.h"
+
+using kv::ChartAxis;
+using kv::ui::CChartControl;
+
+namespace {
+
+constexpr uint32_t kRed = kv::MakeColorRef(255, 0, 0);
+constexpr uint32_t kBlue = kv::MakeColorRef(0, 0, 255);
+
+kv::Curve NoisySine(int count, double amplitude, uint32_t colour, uint32_t identifier) {
+    std::mt19937 random(3);
+    std::normal_distribution<double> noise(0.0, amplitude * 0.05);
+    std::vector<VEC2> points(static_cast<size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        const double t = i * 1e-9;
+        points[static_cast<size_t>(i)] = {t, amplitude * std::sin(t * 2e6 * M_PI) + noise(random)};
+    }
+    kv::Curve curve(points.data(), count, colour);
+    curve.m_identifier = identifier;
+    return curve;
+}
+
+void SendWheel(QWidget& widget, QPoint at, int eighths) {
+    QWheelEvent event(at, widget.mapToGlobal(at), QPoint(), QPoint(0, eighths), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &event);
+}
+
+// A pointer move as the window system delivers it.
+void MoveMouse(QWidget& widget, QPoint at) {
+    QMouseEvent event(QEvent::MouseMove, at, widget.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+}
+
+int CountColour(const QImage& image, const QRect& area, const QColor& colour) {
+    int count = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            count += image.pixelColor(x, y) == colour ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+QRect ToQRect(const kv::Rect& rect) {
+    return QRect(rect.left, rect.top, rect.Width(), rect.Height());
+}
+
+}  // namespace
+
+class ChartControlTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_control = std::make_unique<CChartControl>();
+        QFont font = m_control->font();
+        font.setPixelSize(13);
+        m_control->setFont(font);
+        m_control->resize(800, 500);
+        m_control->SetUnits("s", "V");
+        m_control->AddCurve(NoisySine(20000, 1.0, kRed, 1));
+        const double x[] = {0.0, 5e-6, 1e-5, 2e-5};
+        const double y[] = {0.5, -0.5, 0.5, -0.5};
+        m_control->AddCurve(x, y, 4, kBlue, 2);
+        m_control->SetCurveName(1, "noisy sine");
+        m_control->SetCurveName(2, "zigzag");
+        m_control->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_control.get()));
+        m_control->Fit();
+        m_control->setFocus();
+    }
+    void cleanup() { m_control.reset(); }
+
+    void wheelZoomsAboutThePointerAndHomeFits() {
+        const kv::Chart& chart = m_control->GetChart();
+        const kv::Range fitted = chart.Axis(ChartAxis::X).visible;
+        const kv::Rect plot = chart.PlotRect();
+        const QPoint at(plot.left + plot.Width() / 3, plot.top + plot.Height() / 2);
+        const VEC2 under = chart.ToValue({at.x(), at.y()});
+        SendWheel(*m_control, at, 120);
+        const kv::Range zoomed = chart.Axis(ChartAxis::X).visible;
+        QVERIFY(std::fabs((zoomed.hi - zoomed.lo) - 0.8 * (fitted.hi - fitted.lo)) < 1e-15);
+        QVERIFY(std::fabs(chart.ToValue({at.x(), at.y()}).x - under.x) < 1e-12);
+        SendWheel(*m_control, at, 240);
+        const kv::Range twice = chart.Axis(ChartAxis::X).visible;
+        QVERIFY(std::fabs((twice.hi - twice.lo) - 0.64 * (zoomed.hi - zoomed.lo)) < 1e-15);
+        QTest::keyClick(m_control.get(), Qt::Key_Home);
+        QCOMPARE(chart.Axis(ChartAxis::X).visible, fitted);
+        QTest::keyClick(m_control.get(), Qt::Key_Minus);
+        QVERIFY(chart.Axis(ChartAxis::X).visible.hi > fitted.hi);
+        QTest::mouseDClick(m_control.get(), Qt::LeftButton, {}, at);
+        QCOMPARE(chart.Axis(ChartAxis::X).visible, fitted);
+        // A middle-button drag pans, and shows no readout meanwhile.
+        QTest::mousePress(m_control.get(), Qt::MiddleButton, {}, at);
+        QTest::mouseMove(m_control.get(), at + QPoint(50, 0));
+        QVERIFY(chart.IsPanning());
+        QCOMPARE(chart.Readout(), std::string());
+        QTest::mouseRelease(m_control.get(), Qt::MiddleButton, {}, at + QPoint(50, 0));
+        QVERIFY(chart.Axis(ChartAxis::X).visible.lo < fitted.lo);
+    }
+
+    void readoutFollowsThePointer() {
+        m_control->RemoveAllCurves();
+        const double x[] = {0.0, 5e-6, 1e-5, 2e-5};
+        const double y[] = {0.5, -0.5, 0.5, -0.5};
+        m_control->AddCurve(x, y, 4, kBlue, 2);
+        m_control->Fit();
+        const kv::Chart& chart = m_control->GetChart();
+        const kv::Point onZigzag = chart.ToPixel({1.25e-5, 0.25});
+        MoveMouse(*m_control, QPoint(onZigzag.x, onZigzag.y));
+        const std::string first = chart.Readout();
+        QVERIFY2(first.rfind("zigzag   12.", 0) == 0, first.c_str());
+        QVERIFY2(first.find("us ,2") != std::string::npos, first.c_str());
+        const kv::Point elsewhere = chart.ToPixel({1.7e-5, 0.45});
+        MoveMouse(*m_control, QPoint(elsewhere.x, elsewhere.y));
+        const std::string second = chart.Readout();
+        QVERIFY2(second.rfind("   1", 0) == 0, second.c_str());  // no curve, no name
+        QVERIFY2(second.find("us ,4") != std::string::npos, second.c_str());
+        // The readout is drawn: the text line below the plot changes with it.
+        const kv::Rect plot = chart.PlotRect();
+        const QRect line(plot.left, plot.bottom + 3 * QFontMetrics(m_control->font()).height(),
+                         plot.Width(), QFontMetrics(m_control->font()).height());
+        const QImage shown = m_control->grab().toImage().copy(line);
+        MoveMouse(*m_control, QPoint(onZigzag.x, onZigzag.y));
+        QVERIFY(m_control->grab().toImage().copy(line) != shown);
+    }
+
+    void legendListsTheNamedCurvesAndTheGrabShowsTheirColours() {
+        const QImage image = m_control->grab().toImage();
+        const kv::Rect plot = m_control->GetChart().PlotRect();
+        QVERIFY(CountColour(image, ToQRect(plot), Qt::red) > plot.Width() / 2);
+        QVERIFY(CountColour(image, ToQRect(plot), Qt::blue) > 100);
+        // The legend box in the top right corner: a swatch of each colour.
+        const QRect corner(plot.right - 200, plot.top, 200, 60);
+        const int redInLegend = CountColour(image, corner, Qt::red);
+        QVERIFY(redInLegend > 20);
+        m_control->SetCurveName(1, "");
+        m_control->RemoveAllCurves();
+        m_control->AddCurve(NoisySine(100, 1.0, kRed, 5));  // no name listed
+        m_control->Fit();
+        QVERIFY(CountColour(m_control->grab().toImage(), corner, Qt::red) < redInLegend);
+    }
+
+    void reducedCurvesPaintTheSamePixelsAsEveryPoint() {
+        m_control->RemoveAllCurves();
+        m_control->AddCurve(NoisySine(300000, 2.0, kRed, 1));
+        m_control->Fit();
+        SendWheel(*m_control, QPoint(300, 200), 120);  // some points off the plot
+        const QImage reduced = m_control->RenderImage();
+        m_control->GetChart().SetReduceCurves(false);
+        const QImage naive = m_control->RenderImage();
+        QCOMPARE(reduced, naive);
+    }
+
+    void contextMenuSwitchesScalesAndSavesImages() {
+        QStringList offered;
+        QTimer::singleShot(0, this, [&offered] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            QVERIFY(menu != nullptr);
+            for (QAction* action : menu->actions()) {
+                if (!action->isSeparator()) {
+                    offered << action->text();
+                }
+                if (action->text() == QStringLiteral("Logarithmic Y")) {
+                    action->trigger();
+                }
+            }
+            menu->close();
+        });
+        const QPoint at(200, 200);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, m_control->mapToGlobal(at));
+        QApplication::sendEvent(m_control.get(), &event);
+        QCOMPARE(offered, (QStringList{"Fit", "Logarithmic X", "Logarithmic Y", "Prefixes",
+                                       "Copy image", "Save image..."}));
+        const kv::Chart& chart = m_control->GetChart();
+        QVERIFY(chart.Axis(ChartAxis::Y).logarithmic);
+        QVERIFY(chart.Axis(ChartAxis::Y).visible.lo > 0.0);
+
+        QTemporaryDir folder;
+        kv::test::ScriptedFileChooser chooser;
+        m_control->SetFileChooser(&chooser);
+        QVERIFY(!m_control->SaveImage());  // cancelled
+        QCOMPARE(chooser.queries.size(), size_t{1});
+        QCOMPARE(chooser.queries[0].defaultExtension, std::string("png"));
+        for (const char* name : {"chart.png", "chart.svg"}) {
+            chooser.answer = kv::ChosenFile{folder.path().toStdString(), name};
+            QVERIFY(m_control->SaveImage());
+            QFile file(folder.filePath(QString::fromLatin1(name)));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QByteArray head = file.read(64);
+            QVERIFY(head.startsWith("\x89PNG") || head.contains("<?xml"));
+        }
+        QCOMPARE(QImage(folder.filePath("chart.png")).size(), m_control->size());
+        // A folder that is not there: a message says so, nothing is written.
+        kv::test::RecordingMessagePort messages;
+        const kv::ScopedMessagePort installed(messages);
+        chooser.answer = kv::ChosenFile{folder.filePath("missing").toStdString(), "chart.png"};
+        QVERIFY(!m_control->SaveImage());
+        QCOMPARE(messages.Requests().size(), size_t{1});
+        QVERIFY(messages.Requests()[0].text.find("missing") != std::string::npos);
+        QVERIFY(!QFile::exists(folder.filePath("missing")));
+        m_control->CopyImage();
+        QCOMPARE(QApplication::clipboard()->image().size(), m_control->size());
+    }
+
+    void registeredUnderItsClassName() {
+        kv::module::RegisterModuleWidgetClasses();
+        QWidget parent;
+        QWidget* made = kv::ui::WidgetClassRegistry::Instance().Create(
+            QStringLiteral("Curvana Chart Control"), &parent);
+        QVERIFY(qobject_cast<CChartControl*>(made) != nullptr);
+        kv::module::UnregisterModuleWidgetClasses();
+    }
+
+private:
+    std::unique_ptr<CChartControl> m_control;
+};
+
+QTEST_MAIN(ChartControlTest)
+#include "ChartControlTest.moc"
