@@ -62,5 +62,6 @@ void BindSequences(py::module_& m);
 void BindNumbers(py::module_& m);
 void BindStimulus(py::module_& m);
 void BindVia(py::module_& m);
+void BindAxis(py::module_& m);
 
 }  // namespace kv::python

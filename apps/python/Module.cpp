@@ -2,7 +2,7 @@
 #include "core/shared/AppProfile.h"
 
 // The `kvcomctl` Python module over the core: sequences, the 8B/10B check, .bit files,
-// engineering numbers, the stimulus data and the via exports. The package's __init__.py
+// engineering numbers, chart axes, the stimulus data and the via exports. The package's __init__.py
 // re-exports everything defined here.
 
 PYBIND11_MODULE(_core, m) {
@@ -16,4 +16,5 @@ PYBIND11_MODULE(_core, m) {
     kv::python::BindNumbers(m);
     kv::python::BindStimulus(m);
     kv::python::BindVia(m);
+    kv::python::BindAxis(m);
 }

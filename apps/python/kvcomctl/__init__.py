@@ -7,6 +7,7 @@ the library's own messages.
 from ._core import (
     EyeMask,
     StimulusData,
+    axis,
     check_8b10b,
     code_8b10b,
     format_capacitance,
@@ -30,6 +31,7 @@ from ._core import (
 __all__ = [
     "EyeMask",
     "StimulusData",
+    "axis",
     "check_8b10b",
     "code_8b10b",
     "format_capacitance",

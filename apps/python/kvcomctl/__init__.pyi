@@ -1,7 +1,7 @@
 """Type stub of the kvcomctl package, for editors and type checkers."""
 
 import os
-from typing import Any, Optional, Tuple, Union
+from typing import Any, List, Optional, Tuple, Union
 
 import numpy as np
 import numpy.typing as npt
@@ -33,6 +33,18 @@ def read_bit_file(path: _Path) -> _Bits:
 
 def write_bit_file(path: _Path, bits: _BitsIn) -> None:
     """Writes the bits as a .bit file, replacing it whole."""
+
+def axis(
+    lo: float,
+    hi: float,
+    pixels: int,
+    log: bool = False,
+    prefixes: bool = True,
+    unit: str = "",
+    spacing: Optional[int] = None,
+    y: bool = False,
+) -> Tuple[Tuple[float, float], float, int, List[Tuple[float, str]]]:
+    """One chart axis: ((lo', hi'), step, label interval, [(value, label), ...])."""
 
 def format_length(metres: float, metric: bool = False) -> Tuple[str, bool]:
     """A length as text in mils and inches, or metric units; (text, in range)."""
