@@ -9,5 +9,6 @@
 #include "kvcomctl/IEyeDiagramDialog.h"
 #include "kvcomctl/IKVComCtlFactory.h"
 #include "kvcomctl/IProgress.h"
+#include "kvcomctl/IViaVizCtrl.h"
 #include "kvcomctl/IViaVizData.h"
 #include "kvcomctl/ViaRecords.h"
