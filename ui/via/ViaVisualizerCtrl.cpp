@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
 #include <QMenu>
@@ -136,6 +137,17 @@ bool CViaVisualizerCtrl::SaveImageInteractively() {
         return false;
     }
     const QString path = QString::fromStdString(chosen->Path().string());
+    if (QFileInfo::exists(path)) {
+        MessageRequest question;
+        question.text = "File \"" + path.toStdString() + "\" exists.\nDo you want to overwrite it?";
+        question.caption = std::string(kOverwriteCaption);
+        question.icon = MessageIcon::Warning;
+        question.buttons = MessageButtons::YesNo;
+        question.defaultAnswer = MessageAnswer::No;
+        if (ShowMessage(question) != MessageAnswer::Yes) {
+            return false;
+        }
+    }
     if (!SaveImage(path)) {
         MessageRequest report;
         report.text = "Cannot open file \"" + path.toStdString() + "\"";
