@@ -214,8 +214,8 @@ TEST_F(ViaView, InconsistentDataIsDrawnWithoutReadingOutside) {
     EXPECT_EQ(m_layout.layerY[1], m_layout.layerY[2]);
     EXPECT_FALSE(m_model.ExportToSpiceFile(
         (std::filesystem::temp_directory_path() / "kv_never_written.cir").string()));
-    EXPECT_FALSE(std::filesystem::exists(std::filesystem::temp_directory_path() /
-                                         "kv_never_written.cir"));
+    EXPECT_FALSE(
+        std::filesystem::exists(std::filesystem::temp_directory_path() / "kv_never_written.cir"));
 
     kv::ViaVisualizer empty;
     kv::test::RecordingCanvas canvas;
@@ -263,9 +263,9 @@ TEST(PadTopView, LayerIsDrawnToOneScaleWithItsValues) {
     EXPECT_NEAR(plating[0].rect.Width(), 250 * kUm * scale, 1.0);
     EXPECT_NEAR(hole[0].rect.Width(), 200 * kUm * scale, 1.0);
     const auto texts = canvas.Texts();
-    for (const char* expected : {"layer 1 TOP", "Pad: RECT 23.6 mils x 15.7 mils, 90 deg",
-                                 "Anti-pad: none", "Drill: 9.8 mils, finished hole: 7.9 mils",
-                                 "pad 15.7 mils"}) {
+    for (const char* expected :
+         {"layer 1 TOP", "Pad: RECT 23.6 mils x 15.7 mils, 90 deg", "Anti-pad: none",
+          "Drill: 9.8 mils, finished hole: 7.9 mils", "pad 15.7 mils"}) {
         EXPECT_NE(std::find(texts.begin(), texts.end(), expected), texts.end()) << expected;
     }
 }
