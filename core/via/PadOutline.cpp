@@ -112,25 +112,52 @@ OutlineCut CutAlongX(std::span<const PointM> outline) {
     return cut;
 }
 
-LayerPadShapes PadShapesOf(const PADDATA& pad, double drilledDiameter) {
-    LayerPadShapes shapes;
+std::vector<PointM> PadOutline(const PadShape& shape) {
+    return PadOutline(shape.shape, shape.width, shape.height, shape.angle);
+}
+
+OutlineCut CutAlongX(const PadShape& shape) {
+    if (shape.shape < PAD_SHAPE_ROUND || shape.shape > PAD_SHAPE_CUSTOM ||
+        !UsableSize(shape.width)) {
+        return {};
+    }
+    const double height = UsableSize(shape.height) ? shape.height : shape.width;
+    const double turn = std::isfinite(shape.angle) ? std::fmod(std::fabs(shape.angle), 180.0) : 0.0;
+    if (turn == 0.0 || shape.shape == PAD_SHAPE_ROUND) {
+        return {shape.width / 2, shape.width / 2};
+    }
+    if (turn == 90.0) {
+        return {height / 2, height / 2};
+    }
+    return CutAlongX(PadOutline(shape));
+}
+
+LayerPadSpecs PadSpecsOf(const PADDATA& pad, double drilledDiameter) {
+    LayerPadSpecs specs;
     const double clearance = UsableSize(pad.clearance) ? pad.clearance : 0.0;
+    const double height = UsableSize(pad.pad_y) ? pad.pad_y : pad.pad_x;
     if (pad.padType == PAD_TYPE_PAD) {
-        shapes.pad = PadOutline(pad.shape, pad.pad_x, pad.pad_y, pad.angle);
+        specs.pad = {pad.shape, pad.pad_x, pad.pad_y, pad.angle};
         if (UsableSize(pad.antipad_x)) {
-            shapes.antipad = PadOutline(pad.shape, pad.antipad_x, pad.antipad_y, pad.antipadAngle);
+            specs.antipad = {pad.shape, pad.antipad_x, pad.antipad_y, pad.antipadAngle};
         } else if (clearance > 0.0) {
-            const double height = UsableSize(pad.pad_y) ? pad.pad_y : pad.pad_x;
-            shapes.antipad =
-                PadOutline(pad.shape, pad.pad_x + 2 * clearance, height + 2 * clearance, pad.angle);
+            specs.antipad = {pad.shape, pad.pad_x + 2 * clearance, height + 2 * clearance,
+                             pad.angle};
         }
     } else if (pad.padType == PAD_TYPE_ANTIPAD) {
-        shapes.antipad = PadOutline(pad.shape, pad.pad_x, pad.pad_y, pad.angle);
-        if (shapes.antipad.empty() && clearance > 0.0 && UsableSize(drilledDiameter)) {
-            shapes.antipad = PadOutline(PAD_SHAPE_ROUND, drilledDiameter + 2 * clearance, 0.0, 0.0);
+        specs.antipad = {pad.shape, pad.pad_x, pad.pad_y, pad.angle};
+        const bool drawable =
+            pad.shape >= PAD_SHAPE_ROUND && pad.shape <= PAD_SHAPE_CUSTOM && UsableSize(pad.pad_x);
+        if (!drawable && clearance > 0.0 && UsableSize(drilledDiameter)) {
+            specs.antipad = {PAD_SHAPE_ROUND, drilledDiameter + 2 * clearance, 0.0, 0.0};
         }
     }
-    return shapes;
+    return specs;
+}
+
+LayerPadShapes PadShapesOf(const PADDATA& pad, double drilledDiameter) {
+    const LayerPadSpecs specs = PadSpecsOf(pad, drilledDiameter);
+    return {PadOutline(specs.pad), PadOutline(specs.antipad)};
 }
 
 }  // namespace kv

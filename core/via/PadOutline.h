@@ -34,16 +34,34 @@ struct OutlineCut {
 };
 OutlineCut CutAlongX(std::span<const PointM> outline);
 
-// What a layer's pad record puts around the barrel, as outlines.
+// One shape at its size and angle.
+struct PadShape {
+    int32_t shape = PAD_SHAPE_NONE;
+    double width = 0.0;
+    double height = 0.0;
+    double angle = 0.0;  // degrees
+};
+std::vector<PointM> PadOutline(const PadShape& shape);
+// The cut of the shape's outline along the x axis; quarter turns are worked out directly, as
+// the side view needs them for every layer of a large board on every repaint.
+OutlineCut CutAlongX(const PadShape& shape);
+
+// What a layer's pad record puts around the barrel.
+struct LayerPadSpecs {
+    PadShape pad;      // copper connected to the barrel
+    PadShape antipad;  // clearance cut into the layer's copper
+};
 struct LayerPadShapes {
-    std::vector<PointM> pad;      // copper connected to the barrel
-    std::vector<PointM> antipad;  // clearance cut into the layer's copper
+    std::vector<PointM> pad;
+    std::vector<PointM> antipad;
 };
 
 // The pad and anti-pad of `pad`. A pad record's anti-pad has the pad's shape at the anti-pad
 // size and angle, or, without an anti-pad size, the pad grown by the clearance on every side.
 // An anti-pad record is the anti-pad alone: its shape at the pad size, or, without a size, a
 // circle the clearance wider than the drilled hole of `drilledDiameter`.
+LayerPadSpecs PadSpecsOf(const PADDATA& pad, double drilledDiameter);
+// The same as outlines.
 LayerPadShapes PadShapesOf(const PADDATA& pad, double drilledDiameter);
 
 }  // namespace kv

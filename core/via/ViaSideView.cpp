@@ -109,9 +109,9 @@ double ViaReach(const SpiceExportInput& input, int via, int layerCount) {
     double reach = DrilledDiameter(*padstack) / 2;
     for (int layer = 0; layer < layerCount; ++layer) {
         if (const PADDATA* pad = PadOf(padstack, layer)) {
-            const LayerPadShapes shapes = PadShapesOf(*pad, DrilledDiameter(*padstack));
-            for (const auto* outline : {&shapes.pad, &shapes.antipad}) {
-                const OutlineCut cut = CutAlongX(*outline);
+            const LayerPadSpecs specs = PadSpecsOf(*pad, DrilledDiameter(*padstack));
+            for (const PadShape* shape : {&specs.pad, &specs.antipad}) {
+                const OutlineCut cut = CutAlongX(*shape);
                 reach = std::max({reach, cut.left, cut.right});
             }
         }
@@ -163,17 +163,15 @@ void PaintPads(ICanvas& canvas, const SpiceExportInput& input, const SideViewLay
             if (pad == nullptr || layers[i].kind == STACKUP_DIELECTRIC) {
                 continue;
             }
-            const LayerPadShapes shapes = PadShapesOf(*pad, drilled);
+            const LayerPadSpecs specs = PadSpecsOf(*pad, drilled);
             const int top = layout.layerY[i];
             const int bottom = layout.layerY[i + 1];
-            if (!shapes.antipad.empty()) {
-                const OutlineCut cut = CutAlongX(shapes.antipad);
+            if (const OutlineCut cut = CutAlongX(specs.antipad); cut.right > 0.0) {
                 canvas.FillRect({x - ToPixels(cut.left, layout.scale), top,
                                  x + ToPixels(cut.right, layout.scale), bottom},
                                 style::kClearance);
             }
-            if (!shapes.pad.empty()) {
-                const OutlineCut cut = CutAlongX(shapes.pad);
+            if (const OutlineCut cut = CutAlongX(specs.pad); cut.right > 0.0) {
                 canvas.FillRect({x - ToPixels(cut.left, layout.scale), top,
                                  x + ToPixels(cut.right, layout.scale), std::max(bottom, top + 1)},
                                 style::kPad);
@@ -260,9 +258,9 @@ void PaintElements(ICanvas& canvas, const SpiceExportInput& input, const SideVie
                               kLanes;
             laneBottom[lane] = bottom;
             const int x = base + side * static_cast<int>(lane) * kLaneWidth;
-            canvas.SelectPen(ElementColor(element), 2);
-            canvas.MoveTo({x, top + 1});
-            canvas.LineTo({x, bottom - 1});
+            // A two-pixel bar, filled rather than stroked: a wide pen's round caps cost far
+            // more than the bar on a board with hundreds of elements.
+            canvas.FillRect({x - 1, top + 1, x + 1, bottom - 1}, ElementColor(element));
             if (element.startEndType == kViaEndCapacitance) {
                 PaintCapacitor(canvas, x, top, side);
             }
@@ -271,14 +269,17 @@ void PaintElements(ICanvas& canvas, const SpiceExportInput& input, const SideVie
             }
             // Labels that would run into the one above or out of their column are shortened or
             // left to the hover text.
+            const int labelTop = (top + bottom - textHeight) / 2;
+            if (labelTop < labelBottom) {
+                continue;
+            }
             std::string label = ViaElementLabel(element);
             int width = canvas.TextExtent(label).width;
             if (width > layout.labelWidth) {
                 label = ViaElementLabel(element, false);
                 width = canvas.TextExtent(label).width;
             }
-            const int labelTop = (top + bottom - textHeight) / 2;
-            if (labelTop >= labelBottom && width <= layout.labelWidth) {
+            if (width <= layout.labelWidth) {
                 canvas.SetTextColor(ElementColor(element));
                 canvas.TextOut({side > 0 ? labelX : labelX - width, labelTop}, label);
                 labelBottom = labelTop + textHeight;

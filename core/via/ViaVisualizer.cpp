@@ -21,6 +21,8 @@ CViaVizData* ViaVisualizer::ViaData(int32_t via) {
     if (via < 0 || via >= ViaCount()) {
         return nullptr;
     }
+    // Whoever takes the data may change it.
+    Invalidate();
     return &m_data[static_cast<std::size_t>(via)];
 }
 
@@ -28,6 +30,7 @@ bool ViaVisualizer::SetElements(int32_t via, const VIAELEMENT* elements, int32_t
     if (via < 0 || via >= kMaxVias || !ValidList(elements, count)) {
         return false;
     }
+    Invalidate();
     std::vector<CViaVizElement>& copy = m_models[static_cast<std::size_t>(via)].elements;
     copy.clear();
     for (int32_t i = 0; i < count; ++i) {
@@ -42,6 +45,7 @@ bool ViaVisualizer::SetPorts(int32_t via, const int32_t* layers, int32_t count) 
     if (via < 0 || via >= kMaxVias || !ValidList(layers, count)) {
         return false;
     }
+    Invalidate();
     std::vector<CViaVizPort>& copy = m_models[static_cast<std::size_t>(via)].ports;
     copy.assign(count, {});
     for (int32_t i = 0; i < count; ++i) {
@@ -83,13 +87,22 @@ SpiceExportInput ViaVisualizer::Input() const {
     return input;
 }
 
+const SideViewLayout& ViaVisualizer::LayoutFor(const SpiceExportInput& input, const Rect& client,
+                                               const ITextMetrics& metrics) const {
+    const Extent textSize = metrics.TextExtent("Xg");
+    if (!m_layout || m_layout->client != client || m_layout->textSize != textSize) {
+        m_layout = CachedLayout{client, textSize, LayOutSideView(input, client, metrics)};
+    }
+    return m_layout->layout;
+}
+
 void ViaVisualizer::Paint(ICanvas& canvas, const Rect& client) const {
     const SpiceExportInput input = Input();
     if (m_view == ViaView::Top && HasData()) {
         PaintViaTopView(canvas, client, input, m_topViewLayer);
         return;
     }
-    PaintSideView(canvas, input, LayOutSideView(input, client, canvas));
+    PaintSideView(canvas, input, LayoutFor(input, client, canvas));
 }
 
 std::string ViaVisualizer::HoverText(Point at, const Rect& client,
@@ -101,7 +114,7 @@ std::string ViaVisualizer::HoverText(Point at, const Rect& client,
     if (m_view == ViaView::Top) {
         return ViaLayerSummary(input, m_topViewLayer);
     }
-    return ViaLayerSummary(input, LayOutSideView(input, client, metrics).LayerAt(at.y));
+    return ViaLayerSummary(input, LayoutFor(input, client, metrics).LayerAt(at.y));
 }
 
 SpiceExportOutcome ViaVisualizer::ExportToSpice(IFileChooser& chooser,

@@ -27,7 +27,10 @@ public:
 
     // Via 0, and via 1 while the control shows a pair; null for any other index.
     CViaVizData* ViaData(int32_t via);
-    void SetPair(bool pair) { m_pair = pair; }
+    void SetPair(bool pair) {
+        m_pair = pair;
+        Invalidate();
+    }
     bool IsPair() const { return m_pair; }
     // Copies. Null with a count of 0 empties; a negative count, null with a positive count or
     // a via other than 0 and 1 is ignored (false).
@@ -35,7 +38,10 @@ public:
     bool SetPorts(int32_t via, const int32_t* layers, int32_t count);
     // Null names are empty.
     void SetNames(const char* subcircuit, const char* baseName, const char* exportFile);
-    void SetMetric(bool metric) { m_metric = metric; }
+    void SetMetric(bool metric) {
+        m_metric = metric;
+        Invalidate();
+    }
     bool IsMetric() const { return m_metric; }
     // 0 side, 1 top; anything else is ignored (false).
     bool SetView(int32_t view);
@@ -48,6 +54,10 @@ public:
     // The vias shown, as the export and the views read them; refers into this object.
     SpiceExportInput Input() const;
     SpiceExportNames Names() const { return {m_exportFile, m_baseName}; }
+
+    // Drops the side view's layout, worked out once per size and font while the data stay as
+    // they are: the host changes the via data in place and says so with Refresh.
+    void Invalidate() { m_layout.reset(); }
 
     void Paint(ICanvas& canvas, const Rect& client) const;
     // The layer under `at` and its values, or empty.
@@ -67,6 +77,15 @@ private:
         std::vector<CViaVizPort> ports;
     };
     int ViaCount() const { return m_pair ? 2 : 1; }
+    const SideViewLayout& LayoutFor(const SpiceExportInput& input, const Rect& client,
+                                    const ITextMetrics& metrics) const;
+
+    struct CachedLayout {
+        Rect client;
+        Extent textSize;
+        SideViewLayout layout;
+    };
+    mutable std::optional<CachedLayout> m_layout;
 
     std::array<CViaVizData, kMaxVias> m_data;
     std::array<Model, kMaxVias> m_models;

@@ -99,6 +99,7 @@ void CViaVisualizerCtrl::SetTopViewLayer(int32_t layer) {
 }
 
 void CViaVisualizerCtrl::Refresh() {
+    m_model.Invalidate();
     update();
 }
 

@@ -181,10 +181,10 @@ TEST_F(ViaView, ModelNonFunctionalLayersAndHoverAreShown) {
     EXPECT_FALSE(kv::IsNonFunctionalLayer(m_input, 0, 1));  // a dielectric
     EXPECT_EQ(m_canvas.Of(Kind::FillRect, style::kPort).size(), 2u);
     // The inductance runs from under TOP to the top of BOT, with its end capacitance.
-    const auto lines = m_canvas.Of(Kind::Line, style::kInductance);
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0].from.y, m_layout.layerY[1] + 1);
-    EXPECT_EQ(lines[0].to.y, m_layout.layerY[4] - 1);
+    const auto bars = m_canvas.Of(Kind::FillRect, style::kInductance);
+    ASSERT_EQ(bars.size(), 1u);
+    EXPECT_EQ(bars[0].rect.top, m_layout.layerY[1] + 1);
+    EXPECT_EQ(bars[0].rect.bottom, m_layout.layerY[4] - 1);
     const auto texts = m_canvas.Texts();
     // A label wider than its column drops the capacitance; the hover text keeps it.
     EXPECT_NE(std::find(texts.begin(), texts.end(), "L 200.0 pH"), texts.end());
@@ -210,7 +210,7 @@ TEST_F(ViaView, InconsistentDataIsDrawnWithoutReadingOutside) {
     m_model.SetPorts(0, &port, 1);
     Paint();
     EXPECT_TRUE(m_canvas.Of(Kind::FillRect, style::kPlating).empty());
-    EXPECT_TRUE(m_canvas.Of(Kind::Line, style::kLine).empty());
+    EXPECT_TRUE(m_canvas.Of(Kind::FillRect, style::kLine).empty());
     EXPECT_EQ(m_layout.layerY[1], m_layout.layerY[2]);
     EXPECT_FALSE(m_model.ExportToSpiceFile(
         (std::filesystem::temp_directory_path() / "kv_never_written.cir").string()));
