@@ -1,5 +1,7 @@
 #include "core/via/ViaViewStyle.h"
 
+#include <array>
+
 #include "core/shared/Misc_String.h"
 #include "kvcomctl/ViaRecords.h"
 
@@ -12,20 +14,12 @@ std::string LengthText(double metres, bool metric) {
 }
 
 std::string ShapeText(int32_t shape) {
-    switch (shape) {
-        case PAD_SHAPE_ROUND:
-            return "RND";
-        case PAD_SHAPE_RECTANGLE:
-            return "RECT";
-        case PAD_SHAPE_OVAL:
-            return "OVAL";
-        case PAD_SHAPE_OBLONG:
-            return "OBL";
-        case PAD_SHAPE_CUSTOM:
-            return "CUST";
-        default:
-            return "";
-    }
+    // Indexed by the shape code; 0 and 1 are no shape.
+    static constexpr std::array<const char*, 7> kShapes{"",     "",    "RND", "RECT",
+                                                        "OVAL", "OBL", "CUST"};
+    return shape >= 0 && shape < static_cast<int32_t>(kShapes.size())
+               ? kShapes[static_cast<std::size_t>(shape)]
+               : "";
 }
 
 }  // namespace kv::via_view
