@@ -110,6 +110,12 @@ SideViewLayout LayOutSideView(const SpiceExportInput& input, const Rect& client,
         layout.viaX.push_back(input.vias.size() < 2 ? centre
                                                     : (v == 0 ? centre + half : centre - half));
     }
+    // Labels may use all the board beside the outer via, which is at least the column kept
+    // for them and more when the stackup's height set the scale.
+    if (!layout.viaX.empty()) {
+        const int labelLeft = layout.viaX[0] + layout.viaReach + 6 + kLanes * kLaneWidth + 4;
+        layout.labelWidth = std::max(layout.labelWidth, layout.board.right - 4 - labelLeft);
+    }
     return layout;
 }
 

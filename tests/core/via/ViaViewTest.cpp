@@ -186,8 +186,17 @@ TEST_F(ViaView, ModelNonFunctionalLayersAndHoverAreShown) {
     EXPECT_EQ(bars[0].rect.top, m_layout.layerY[1] + 1);
     EXPECT_EQ(bars[0].rect.bottom, m_layout.layerY[4] - 1);
     const auto texts = m_canvas.Texts();
-    // A label wider than its column drops the capacitance; the hover text keeps it.
-    EXPECT_NE(std::find(texts.begin(), texts.end(), "L 200.0 pH"), texts.end());
+    EXPECT_NE(std::find(texts.begin(), texts.end(), "L 200.0 pH C 50.0 fF"), texts.end());
+    // In a narrow control a label drops its capacitance, or goes, rather than leave the board.
+    kv::test::RecordingCanvas narrow;
+    const kv::Rect small{0, 0, 400, 400};
+    const kv::SideViewLayout tight = kv::LayOutSideView(m_input, small, narrow);
+    kv::PaintSideView(narrow, m_input, tight);
+    ASSERT_EQ(narrow.Of(Kind::Text, style::kInductance).size(), 1u);
+    for (const Primitive& p : narrow.Of(Kind::Text, style::kInductance)) {
+        EXPECT_EQ(p.text, "L 200.0 pH");
+        EXPECT_LE(p.from.x + narrow.TextExtent(p.text).width, tight.board.right);
+    }
 
     const std::string hover =
         m_model.HoverText({400, (m_layout.layerY[2] + m_layout.layerY[3]) / 2}, kClient, m_canvas);

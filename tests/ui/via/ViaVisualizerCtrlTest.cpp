@@ -11,9 +11,11 @@
 #include <memory>
 
 #include "apps/kvhost/ViaExample.h"
+#include "core/via/ViaViewStyle.h"
 #include "module/ModuleWidgetClasses.h"
 #include "tests/support/RecordingMessagePort.h"
 #include "tests/support/ScriptedFileChooser.h"
+#include "ui/shared/ControlIds.h"
 #include "ui/shared/WidgetClassRegistry.h"
 #include "ui/via/ViaVisualizerCtrl.h"
 
@@ -219,6 +221,27 @@ private slots:
         const QImage top = control->grab().toImage();
         QVERIFY(side != top);
         QVERIFY(side.pixelColor(400, 100) != side.pixelColor(2, 2));
+    }
+
+    void padTopViewShowsOnePadOnItsOwn() {
+        kv::ui::CPadTopViewCtrl view;
+        view.resize(300, 300);
+        PADDATA pad{};
+        pad.padType = PAD_TYPE_PAD;
+        pad.shape = PAD_SHAPE_ROUND;
+        pad.pad_x = pad.pad_y = 600e-6;
+        view.SetPad(&pad, 200e-6, 25e-6, true, QStringLiteral("layer 1 TOP"));
+        const QImage image = view.grab().toImage();
+        // Between the plated hole and the pad's rim, the pad's copper shows.
+        int copper = 0;
+        for (int x = 0; x < image.width(); ++x) {
+            copper += image.pixelColor(x, image.height() / 2 - 40) ==
+                      kv::ui::ColorFromColorRef(kv::via_view::kPad);
+        }
+        QVERIFY(copper > 20);
+        view.SetPad(nullptr, 200e-6, 25e-6, true);
+        const QImage drillOnly = view.grab().toImage();
+        QVERIFY(drillOnly != image);
     }
 };
 
