@@ -46,6 +46,9 @@ SideViewLayout LayOutSideView(const SpiceExportInput& input, const Rect& client,
     SideViewLayout layout;
     layout.client = client;
     const std::span<const STACKUPLAYER> layers = LayersOf(input);
+    if (layers.empty()) {
+        return layout;  // nothing to scale: the view says there is no data
+    }
     const int textHeight = metrics.TextExtent("Xg").height;
     int nameWidth = 0;
     int valueWidth = 0;

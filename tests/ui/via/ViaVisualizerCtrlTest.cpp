@@ -2,8 +2,10 @@
 // boards as a host fills it, both exports, the context menu, images and the hover text. File
 // dialogs and message boxes are answered through the ports.
 
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QFile>
+#include <QGuiApplication>
 #include <QImage>
 #include <QMenu>
 #include <QTemporaryDir>
@@ -182,6 +184,8 @@ private slots:
                               QStringLiteral("Save image...")}));
         menu->actions().at(3)->trigger();  // "Top view"
         QCOMPARE(control->Model().View(), kv::ViaView::Top);
+        menu->actions().at(5)->trigger();  // "Copy image"
+        QCOMPARE(QGuiApplication::clipboard()->image().size(), QSize(800, 500));
 
         AnswerWith(QStringLiteral("top.png"));
         QVERIFY(control->SaveImageInteractively());
