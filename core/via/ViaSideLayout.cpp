@@ -65,14 +65,19 @@ SideViewLayout LayOutSideView(const SpiceExportInput& input, const Rect& client,
     // Names may take at most a quarter of the width; longer ones are cut by the board.
     nameWidth = std::min(nameWidth, client.Width() / 4);
     valueWidth = std::min(valueWidth, client.Width() / 4);
+    // The label column is kept at most a sixth of the width: measuring stops there.
+    const int labelCap = client.Width() / 6;
     int elementWidth = 0;
     for (const SpiceViaInput& via : input.vias) {
         for (const CViaVizElement& element : via.elements) {
+            if (elementWidth >= labelCap) {
+                break;
+            }
             elementWidth =
                 std::max(elementWidth, metrics.TextExtent(ViaElementLabel(element)).width);
         }
     }
-    layout.labelWidth = std::min(elementWidth, client.Width() / 6);
+    layout.labelWidth = std::min(elementWidth, labelCap);
     elementWidth = layout.labelWidth + kLanes * kLaneWidth + 12;
 
     layout.nameRight = client.left + kMargin + nameWidth;
