@@ -6,6 +6,7 @@
 #include "ui/progress/ProgressDlg.h"
 #include "ui/progress/ProgressReport.h"
 #include "ui/shared/ModuleState.h"
+#include "ui/via/ViaVisualizerCtrl.h"
 
 // Components not built into this module yet are handed out as null, and
 // their destroy operations have nothing to destroy.
@@ -93,13 +94,14 @@ IEyeDiagramDialog* CKVComCtlFactory::CreateEyeDiagramSheet() {
 }
 
 IViaVizCtrl* CKVComCtlFactory::CreateViaVisualizerCtrl() {
-    ui::ModuleStateGuard moduleState;
-    return nullptr;
+    return CreateWidgetComponent<ui::CViaVisualizerCtrl, IViaVizCtrl>("The via visualizer");
 }
 
+// The control carries IViaVizCtrl as its second base: static_cast finds the widget around it,
+// and the widget's virtual destructor deletes all of it.
 void CKVComCtlFactory::DestroyViaVisualizerCtrl(IViaVizCtrl* control) {
     ui::ModuleStateGuard moduleState;
-    (void)control;  // none handed out yet
+    delete static_cast<ui::CViaVisualizerCtrl*>(control);
 }
 
 IPadstackEditorCtrl* CKVComCtlFactory::CreatePadstackEditorDlg() {

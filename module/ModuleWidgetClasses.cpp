@@ -5,6 +5,7 @@
 #include "ui/bitpattern/BitPatternCtrl.h"
 #include "ui/chart/ChartControl.h"
 #include "ui/shared/WidgetClassRegistry.h"
+#include "ui/via/ViaVisualizerCtrl.h"
 
 namespace kv::module {
 namespace {
@@ -21,6 +22,10 @@ const std::vector<WidgetClass>& ModuleWidgetClasses() {
     static const std::vector<WidgetClass> classes{
         {ui::CBitPatternCtrl::kWidgetClassName,
          [](QWidget* parent) -> QWidget* { return new ui::CBitPatternCtrl(parent); }},
+        {ui::CViaVisualizerCtrl::kWidgetClassName,
+         [](QWidget* parent) -> QWidget* { return new ui::CViaVisualizerCtrl(parent); }},
+        {ui::CPadTopViewCtrl::kWidgetClassName,
+         [](QWidget* parent) -> QWidget* { return new ui::CPadTopViewCtrl(parent); }},
         {ui::CChartControl::kWidgetClassName,
          [](QWidget* parent) -> QWidget* { return new ui::CChartControl(parent); }},
     };

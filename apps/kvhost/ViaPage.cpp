@@ -1,23 +1,31 @@
-// The via SPICE export as a host meets it today. The factory has no operation that hands out
-// via data (its operations are fixed, and the via visualizer control that will carry the
-// export belongs to a later step), so this page does not reach into the library for it.
-// Instead it runs the command line tool, the library's other public face, on the example
-// boards and shows the subcircuits it writes.
+// The via visualizer as a host uses it: the control comes from the factory, the host fills
+// each via's data in place through GetViaData, hands over the electrical model, and exports
+// through the control.
 
+#include <QButtonGroup>
 #include <QComboBox>
 #include <QDir>
-#include <QFont>
+#include <QFileInfo>
+#include <QHBoxLayout>
 #include <QLabel>
-#include <QPlainTextEdit>
+#include <QPainter>
 #include <QProcess>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QSvgGenerator>
 #include <QTextStream>
 #include <QVBoxLayout>
 #include <QWidget>
 #include <memory>
 
 #include "HostPage.h"
+#include "ViaExample.h"
+#include "kvcomctl/kvcomctl.h"
 
 namespace {
+
+constexpr int32_t kControlId = 1300;
 
 const QStringList kExamples = {QStringLiteral("via_signal_6layer"),
                                QStringLiteral("via_pair_6layer")};
@@ -26,71 +34,135 @@ QString ExamplePath(const QString& name) {
     return QDir(QStringLiteral(KV_EXAMPLES_DIR)).filePath(name + QStringLiteral(".json"));
 }
 
-struct ToolResult {
-    bool ok = false;
-    QByteArray output;
-    QString error;
+// The page holds the control and gives it back to the factory before its children go.
+class ViaPageWidget final : public QWidget {
+public:
+    explicit ViaPageWidget(IKVComCtlFactory& factory)
+        : m_factory(factory), m_control(factory.CreateViaVisualizerCtrl()) {}
+    ~ViaPageWidget() override { m_factory.DestroyViaVisualizerCtrl(m_control); }
+    ViaPageWidget(const ViaPageWidget&) = delete;
+    ViaPageWidget& operator=(const ViaPageWidget&) = delete;
+
+    IViaVizCtrl* Control() const { return m_control; }
+
+private:
+    IKVComCtlFactory& m_factory;
+    IViaVizCtrl* m_control;
 };
 
-ToolResult RunTool(const QStringList& arguments) {
-    QProcess process;
-    process.start(QStringLiteral(KV_CLI_PATH), arguments);
-    ToolResult result;
-    if (!process.waitForFinished(30000)) {
-        result.error = QStringLiteral("kvcomctl did not run: ") + process.errorString();
-        return result;
-    }
-    result.output = process.readAllStandardOutput();
-    result.error = QString::fromUtf8(process.readAllStandardError()).trimmed();
-    result.ok = process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-    return result;
-}
-
-QString SubcircuitText(const QString& example) {
-    const ToolResult result = RunTool({QStringLiteral("spice"), ExamplePath(example)});
-    return result.ok ? QString::fromUtf8(result.output) : result.error;
-}
-
-QWidget* CreateViaWidget(IKVComCtlFactory& /*factory*/) {
-    auto* page = new QWidget;
+QWidget* CreateViaWidget(IKVComCtlFactory& factory) {
+    auto* page = new ViaPageWidget(factory);
     auto* layout = new QVBoxLayout(page);
-    layout->addWidget(new QLabel(
-        QObject::tr("SPICE subcircuit of an example board, written by kvcomctl spice:")));
+    IViaVizCtrl* control = page->Control();
+    if (control == nullptr || !control->Create(page, kControlId)) {
+        layout->addWidget(new QLabel(QObject::tr("The library handed out no via visualizer.")));
+        return page;
+    }
+    auto* bar = new QHBoxLayout;
     auto* examples = new QComboBox;
     examples->addItems(kExamples);
-    layout->addWidget(examples);
-    auto* text = new QPlainTextEdit;
-    text->setReadOnly(true);
-    text->setLineWrapMode(QPlainTextEdit::NoWrap);
-    text->setFont(QFont(QStringLiteral("monospace")));
-    layout->addWidget(text);
-    const auto show = [text](const QString& example) {
-        text->setPlainText(SubcircuitText(example));
+    bar->addWidget(examples);
+    auto* side = new QRadioButton(QObject::tr("Side view"));
+    auto* top = new QRadioButton(QObject::tr("Top view of layer"));
+    side->setChecked(true);
+    auto* views = new QButtonGroup(page);
+    views->addButton(side, 0);
+    views->addButton(top, 1);
+    auto* layer = new QSpinBox;
+    layer->setRange(1, 99);
+    auto* exportButton = new QPushButton(QObject::tr("Export to Spice..."));
+    auto* status = new QLabel;
+    bar->addWidget(side);
+    bar->addWidget(top);
+    bar->addWidget(layer);
+    bar->addWidget(exportButton);
+    bar->addStretch();
+    layout->addLayout(bar);
+    layout->addWidget(control->GetWindow(), 1);
+    layout->addWidget(status);
+
+    const auto load = [control, status](const QString& example) {
+        QString error;
+        status->setText(FillViaControl(*control, ExamplePath(example), &error)
+                            ? QObject::tr("Hover over a layer for its values; right-click for "
+                                          "the control's menu.")
+                            : error);
     };
-    QObject::connect(examples, &QComboBox::currentTextChanged, page, show);
-    show(examples->currentText());
+    QObject::connect(examples, &QComboBox::currentTextChanged, page, load);
+    QObject::connect(views, &QButtonGroup::idClicked, page,
+                     [control](int view) { control->SetView(view); });
+    QObject::connect(layer, &QSpinBox::valueChanged, page,
+                     [control](int value) { control->SetTopViewLayer(value - 1); });
+    QObject::connect(exportButton, &QPushButton::clicked, page, [control, status] {
+        status->setText(control->ExportToSpice() ? QObject::tr("Subcircuit written.")
+                                                 : QObject::tr("Nothing written."));
+    });
+    load(examples->currentText());
     return page;
+}
+
+bool SaveWidgetSvg(QWidget& widget, const QString& path, const QString& title) {
+    QSvgGenerator generator;
+    generator.setFileName(path);
+    generator.setSize(widget.size());
+    generator.setViewBox(QRect(QPoint(0, 0), widget.size()));
+    generator.setTitle(title);
+    widget.render(&generator);
+    return QFileInfo(path).size() > 0;
+}
+
+void TourOneVia(IKVComCtlFactory& factory, const QString& example, const QDir& out,
+                QTextStream& log) {
+    IViaVizCtrl* control = factory.CreateViaVisualizerCtrl();
+    QString error;
+    if (control == nullptr || !control->Create(nullptr, kControlId) ||
+        !FillViaControl(*control, ExamplePath(example), &error)) {
+        log << example << ": " << (error.isEmpty() ? QStringLiteral("no control") : error) << '\n';
+        LogTourWrite(false, out.filePath(example), log);
+        factory.DestroyViaVisualizerCtrl(control);
+        return;
+    }
+    QWidget& window = *control->GetWindow();
+    window.resize(900, 600);
+    const struct {
+        int32_t view;
+        const char* tag;
+    } views[] = {{0, "side"}, {1, "top"}};
+    for (const auto& view : views) {
+        control->SetView(view.view);
+        control->SetTopViewLayer(0);
+        const QString name = QStringLiteral("%1_%2").arg(example, QLatin1String(view.tag));
+        // Grabbed at the size set here; the shared helper would shrink it to its size hint.
+        const QString png = out.filePath(name + QStringLiteral(".png"));
+        LogTourWrite(window.grab().save(png, "PNG"), png, log);
+        const QString svg = out.filePath(name + QStringLiteral(".svg"));
+        LogTourWrite(SaveWidgetSvg(window, svg, name), svg, log);
+    }
+    const QString cir = out.filePath(example + QStringLiteral(".cir"));
+    LogTourWrite(control->ExportToSpiceFile(cir.toUtf8().constData()), cir, log);
+    factory.DestroyViaVisualizerCtrl(control);
 }
 
 void TourVia(IKVComCtlFactory& factory, const QDir& out, QTextStream& log) {
     for (const QString& example : kExamples) {
-        const QString cir = out.filePath(example + QStringLiteral(".cir"));
-        const ToolResult spice =
-            RunTool({QStringLiteral("spice"), ExamplePath(example), QStringLiteral("-o"), cir});
-        log << (spice.ok ? QStringLiteral("wrote ") + cir : spice.error) << '\n';
-        const ToolResult dump = RunTool({QStringLiteral("padstack-dump"), ExamplePath(example)});
-        if (dump.ok) {
-            SaveText(QString::fromUtf8(dump.output), out, example + QStringLiteral(".dmp"), log);
+        TourOneVia(factory, example, out, log);
+        // The padstack dump is the command line tool's, not the control's.
+        QProcess dump;
+        dump.start(QStringLiteral(KV_CLI_PATH),
+                   {QStringLiteral("padstack-dump"), ExamplePath(example)});
+        if (dump.waitForFinished(30000) && dump.exitCode() == 0) {
+            SaveText(QString::fromUtf8(dump.readAllStandardOutput()), out,
+                     example + QStringLiteral(".dmp"), log);
         } else {
-            log << dump.error << '\n';
+            log << "kvcomctl padstack-dump did not run: " << dump.errorString() << '\n';
         }
     }
     std::unique_ptr<QWidget> widget(CreateViaWidget(factory));
-    widget->resize(720, 640);
+    widget->resize(900, 640);
     SaveWidgetPng(*widget, out, QStringLiteral("via.png"), log);
 }
 
 const HostPageRegistration kRegistration{
-    {QStringLiteral("Via SPICE export"), CreateViaWidget, TourVia}};
+    {QStringLiteral("Via visualizer"), CreateViaWidget, TourVia}};
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "kvcomctl/IEyeDiagramDialog.h"
 #include "kvcomctl/IKVComCtlFactory.h"
 #include "kvcomctl/IProgress.h"
+#include "kvcomctl/IViaVizCtrl.h"
 #include "kvcomctl/IViaVizData.h"
 #include "kvcomctl/Vec2.h"
 #include "kvcomctl/ViaRecords.h"

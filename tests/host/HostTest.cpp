@@ -6,15 +6,24 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QFile>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "apps/kvhost/ViaExample.h"
 #include "kvcomctl/kvcomctl.h"
 
 namespace {
@@ -165,6 +174,151 @@ TEST(HostStimulusData, SaveAndLoadRoundTripThroughTheInterface) {
     }
     g_factory->Destroy(saved);
     std::filesystem::remove_all(folder);
+}
+
+QByteArray ReadFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The export's fourth line names the time it ran.
+QByteArray WithoutTime(const QByteArray& text) {
+    QList<QByteArray> lines = text.split('\n');
+    if (lines.size() > 3 && lines[3].startsWith("*    generated ")) {
+        lines.removeAt(3);
+    }
+    return lines.join('\n');
+}
+
+// Answers the modal windows that open next, one step per window, as a user would.
+class ModalAnswers {
+public:
+    using Step = std::function<void(QWidget* modal)>;
+    explicit ModalAnswers(std::deque<Step> steps) : m_steps(std::move(steps)) {
+        QObject::connect(&m_timer, &QTimer::timeout, [this] { Poll(); });
+        m_timer.start(10);
+    }
+    bool AllAnswered() const { return m_steps.empty(); }
+
+private:
+    void Poll() {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (modal == nullptr || modal == m_last || m_steps.empty()) {
+            return;
+        }
+        m_last = modal;
+        Step step = std::move(m_steps.front());
+        m_steps.pop_front();
+        step(modal);
+    }
+    std::deque<Step> m_steps;
+    QWidget* m_last = nullptr;
+    QTimer m_timer;
+};
+
+ModalAnswers::Step TypeFileName(const QString& path) {
+    return [path](QWidget* modal) {
+        auto* dialog = qobject_cast<QFileDialog*>(modal);
+        ASSERT_NE(dialog, nullptr);
+        dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
+        QMetaObject::invokeMethod(dialog, "accept");  // what the Save button does
+    };
+}
+
+ModalAnswers::Step Cancel() {
+    return [](QWidget* modal) {
+        auto* dialog = qobject_cast<QFileDialog*>(modal);
+        ASSERT_NE(dialog, nullptr);
+        dialog->reject();
+    };
+}
+
+ModalAnswers::Step Click(QMessageBox::StandardButton button, QString* text) {
+    return [button, text](QWidget* modal) {
+        auto* box = qobject_cast<QMessageBox*>(modal);
+        ASSERT_NE(box, nullptr);
+        *text = box->text();
+        box->button(button)->click();
+    };
+}
+
+TEST(HostVia, ControlFilledThroughItsDataAndExportedToTheGoldenFiles) {
+    QTemporaryDir folder;
+    QWidget window;
+    for (const char* name : {"via_signal_6layer", "via_pair_6layer"}) {
+        IViaVizCtrl* control = g_factory->CreateViaVisualizerCtrl();
+        ASSERT_NE(control, nullptr);
+        EXPECT_EQ(control->GetWindow(), nullptr);
+        ASSERT_TRUE(control->Create(&window, 1300));
+        EXPECT_FALSE(control->Create(&window, 1300));
+        EXPECT_EQ(control->GetWindow()->parentWidget(), &window);
+        QString error;
+        ASSERT_TRUE(FillViaControl(
+            *control, QStringLiteral(KV_EXAMPLES_DIR "/%1.json").arg(QLatin1String(name)), &error))
+            << error.toStdString();
+        EXPECT_EQ(control->IsPair(), std::string(name) == "via_pair_6layer");
+        EXPECT_EQ(control->GetViaData(control->IsPair() ? 2 : 1), nullptr);
+        EXPECT_EQ(control->GetViaData(0)->GetStackup()->count, 11);
+        const QString path = folder.filePath(QLatin1String(name) + QStringLiteral(".cir"));
+        ASSERT_TRUE(control->ExportToSpiceFile(path.toUtf8().constData()));
+        EXPECT_EQ(WithoutTime(ReadFile(path)).toStdString(),
+                  WithoutTime(
+                      ReadFile(QStringLiteral(KV_TEST_DATA_DIR "/%1.cir").arg(QLatin1String(name))))
+                      .toStdString());
+        g_factory->DestroyViaVisualizerCtrl(control);
+    }
+    EXPECT_TRUE(window.children().isEmpty());
+}
+
+TEST(HostVia, InteractiveExportAnsweredInItsDialogs) {
+    QTemporaryDir folder;
+    IViaVizCtrl* control = g_factory->CreateViaVisualizerCtrl();
+    ASSERT_TRUE(control->Create(nullptr, 1300));
+    ASSERT_TRUE(FillViaControl(*control, QStringLiteral(KV_EXAMPLES_DIR "/via_signal_6layer.json"),
+                               nullptr));
+    const QString path = folder.filePath(QStringLiteral("via.cir"));
+    {
+        ModalAnswers answers({Cancel()});
+        EXPECT_FALSE(control->ExportToSpice());
+        EXPECT_TRUE(answers.AllAnswered());
+        EXPECT_TRUE(QDir(folder.path()).isEmpty());
+    }
+    {
+        ModalAnswers answers({TypeFileName(path)});
+        EXPECT_TRUE(control->ExportToSpice());
+        EXPECT_TRUE(answers.AllAnswered());
+        EXPECT_TRUE(ReadFile(path).contains(".SUBCKT VIA_TOP_SIG4\n"));
+    }
+    QFile::remove(path);
+    QFile old(path);
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write("old");
+    old.close();
+    QString question;
+    {
+        ModalAnswers answers({TypeFileName(path), Click(QMessageBox::No, &question)});
+        EXPECT_FALSE(control->ExportToSpice());
+        EXPECT_TRUE(answers.AllAnswered());
+    }
+    EXPECT_EQ(question,
+              QStringLiteral("File \"%1\" exists.\nDo you want to overwrite it?").arg(path));
+    EXPECT_EQ(ReadFile(path), QByteArray("old"));
+    {
+        ModalAnswers answers({TypeFileName(path), Click(QMessageBox::Yes, &question)});
+        EXPECT_TRUE(control->ExportToSpice());
+    }
+    EXPECT_TRUE(ReadFile(path).contains(".ENDS\n"));
+    g_factory->DestroyViaVisualizerCtrl(control);
+}
+
+TEST(HostVia, DestroyedWithoutEverBeingCreated) {
+    IViaVizCtrl* control = g_factory->CreateViaVisualizerCtrl();
+    ASSERT_NE(control, nullptr);
+    control->SetPair(true);
+    EXPECT_NE(control->GetViaData(1), nullptr);
+    EXPECT_FALSE(control->ExportToSpiceFile("/nonexistent/never.cir"));
+    g_factory->DestroyViaVisualizerCtrl(control);
+    g_factory->DestroyViaVisualizerCtrl(nullptr);
 }
 
 TEST(HostFactory, NullIsAcceptedByEveryDestroy) {

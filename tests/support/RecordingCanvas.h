@@ -16,7 +16,7 @@ public:
     static constexpr int kCharWidth = 7;
     static constexpr int kTextHeight = 13;
 
-    enum class Kind { Line, FillRect, Rectangle, Text, CentredText, Polyline };
+    enum class Kind { Line, FillRect, Rectangle, Text, CentredText, Polyline, FillPolygon };
     struct Primitive {
         Kind kind;
         Point from;      // lines: start; text: top-left
@@ -29,6 +29,7 @@ public:
     };
 
     std::vector<Primitive> primitives;
+    std::vector<std::vector<Point>> polygons;
 
     Extent TextExtent(std::string_view text) const override {
         return {static_cast<int>(text.size()) * kCharWidth, kTextHeight};
@@ -64,6 +65,19 @@ public:
     }
     void Rectangle(const Rect& rect) override {
         primitives.push_back({Kind::Rectangle, {}, {}, rect, m_penColor, m_penWidth, {}, m_origin});
+    }
+    // Kept as its bounding box; the corner points go to `polygons` in the same order.
+    void FillPolygon(std::span<const Point> points, uint32_t color) override {
+        Rect box{};
+        if (!points.empty()) {
+            box = {points[0].x, points[0].y, points[0].x, points[0].y};
+            for (const Point& p : points) {
+                box = {std::min(box.left, p.x), std::min(box.top, p.y), std::max(box.right, p.x),
+                       std::max(box.bottom, p.y)};
+            }
+        }
+        primitives.push_back({Kind::FillPolygon, {}, {}, box, color, 0, {}, m_origin});
+        polygons.emplace_back(points.begin(), points.end());
     }
     void SetTextColor(uint32_t color) override { m_textColor = color; }
     void SetTransparentBackground(bool transparent) override { transparentText = transparent; }

@@ -90,6 +90,21 @@ void QtCanvas::Rectangle(const Rect& rect) {
     m_painter.drawRect(rect.left, rect.top, rect.Width() - 1, rect.Height() - 1);
 }
 
+void QtCanvas::FillPolygon(std::span<const Point> points, uint32_t color) {
+    std::vector<QPoint> qtPoints;
+    qtPoints.reserve(points.size());
+    for (const Point& point : points) {
+        qtPoints.emplace_back(point.x, point.y);
+    }
+    const QPen pen = m_painter.pen();
+    const QBrush brush = m_painter.brush();
+    m_painter.setPen(Qt::NoPen);
+    m_painter.setBrush(ColorFromColorRef(color));
+    m_painter.drawPolygon(qtPoints.data(), static_cast<int>(qtPoints.size()), Qt::OddEvenFill);
+    m_painter.setPen(pen);
+    m_painter.setBrush(brush);
+}
+
 void QtCanvas::SetTextColor(uint32_t color) {
     m_textColor = ColorFromColorRef(color);
 }

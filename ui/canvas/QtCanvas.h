@@ -34,6 +34,7 @@ public:
     void Polyline(std::span<const Point> points) override;
     void FillRect(const Rect& rect, uint32_t color) override;
     void Rectangle(const Rect& rect) override;
+    void FillPolygon(std::span<const Point> points, uint32_t color) override;
     void SetTextColor(uint32_t color) override;
     void SetTransparentBackground(bool transparent) override;
     void TextOut(Point at, std::string_view text) override;

@@ -31,6 +31,8 @@ std::optional<ChosenFile> Run(QWidget* parent, const FileQuery& query,
                                                        : QFileDialog::AnyFile);
     dialog.setDefaultSuffix(QString::fromStdString(query.defaultExtension));
     dialog.setOption(QFileDialog::ReadOnly, false);
+    // Commands that save ask their own overwrite question, with their own text and default.
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, true);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;
     }

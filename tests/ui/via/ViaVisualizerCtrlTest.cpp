@@ -1,0 +1,253 @@
+// The via visualizer control as a widget: created once into its parent, filled from the example
+// boards as a host fills it, both exports, the context menu, images and the hover text. File
+// dialogs and message boxes are answered through the ports.
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QFile>
+#include <QGuiApplication>
+#include <QImage>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <memory>
+
+#include "apps/kvhost/ViaExample.h"
+#include "core/via/ViaViewStyle.h"
+#include "module/ModuleWidgetClasses.h"
+#include "tests/support/RecordingMessagePort.h"
+#include "tests/support/ScriptedFileChooser.h"
+#include "ui/shared/ControlIds.h"
+#include "ui/shared/WidgetClassRegistry.h"
+#include "ui/via/ViaVisualizerCtrl.h"
+
+namespace {
+
+using kv::ui::CViaVisualizerCtrl;
+
+QByteArray ReadFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The export's fourth line names the time it ran; everything else must match to the byte.
+QByteArray WithoutTime(QByteArray text) {
+    QList<QByteArray> lines = text.split('\n');
+    if (lines.size() > 3 && lines[3].startsWith("*    generated ")) {
+        lines.removeAt(3);
+    }
+    return lines.join('\n');
+}
+
+QString Example(const char* name) {
+    return QStringLiteral(KV_EXAMPLES_DIR "/%1.json").arg(QLatin1String(name));
+}
+
+QString Golden(const char* name) {
+    return QStringLiteral(KV_TEST_DATA_DIR "/%1.cir").arg(QLatin1String(name));
+}
+
+}  // namespace
+
+class ViaVisualizerCtrlTest : public QObject {
+    Q_OBJECT
+
+    // A filled control of 800 x 500 pixels with scripted dialogs.
+    std::unique_ptr<CViaVisualizerCtrl> Filled(const char* example) {
+        auto control = std::make_unique<CViaVisualizerCtrl>();
+        control->SetFileChooser(&m_chooser);
+        control->resize(800, 500);
+        QString error;
+        if (!FillViaControl(*control, Example(example), &error)) {
+            qWarning() << error;
+            return nullptr;
+        }
+        return control;
+    }
+
+    void AnswerWith(const QString& fileName) {
+        m_chooser.answer = kv::ChosenFile{m_folder->path().toStdString(), fileName.toStdString()};
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    kv::test::ScriptedFileChooser m_chooser;
+    kv::test::RecordingMessagePort m_messages;
+    kv::ScopedMessagePort m_scope{m_messages};
+
+private slots:
+    void init() {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_chooser = {};
+        m_messages.Clear();
+    }
+
+    void createdOnceAsAChildNamedByItsId() {
+        QWidget parent;
+        CViaVisualizerCtrl control;
+        QCOMPARE(control.GetWindow(), nullptr);
+        QVERIFY(control.Create(&parent, 1300));
+        QCOMPARE(control.GetWindow(), &control);
+        QCOMPARE(control.parentWidget(), &parent);
+        QCOMPARE(control.objectName(), QStringLiteral("ctl1300"));
+        QVERIFY(!control.Create(nullptr, 1301));
+        QCOMPARE(control.parentWidget(), &parent);
+        control.setParent(nullptr);
+
+        kv::module::RegisterModuleWidgetClasses();
+        for (const char* name :
+             {CViaVisualizerCtrl::kWidgetClassName, kv::ui::CPadTopViewCtrl::kWidgetClassName}) {
+            std::unique_ptr<QWidget> made(
+                kv::ui::WidgetClassRegistry::Instance().Create(QLatin1String(name), &parent));
+            QVERIFY2(made != nullptr, name);
+            made->setParent(nullptr);
+        }
+        kv::module::UnregisterModuleWidgetClasses();
+    }
+
+    void fileExportGivesTheGoldenSubcircuits() {
+        for (const char* name : {"via_signal_6layer", "via_pair_6layer"}) {
+            const auto control = Filled(name);
+            QVERIFY(control != nullptr);
+            const QString path = m_folder->filePath(QLatin1String(name) + QStringLiteral(".cir"));
+            QVERIFY(control->ExportToSpiceFile(path.toUtf8().constData()));
+            const QByteArray written = ReadFile(path);
+            QVERIFY(written != WithoutTime(written));
+            QCOMPARE(WithoutTime(written), WithoutTime(ReadFile(Golden(name))));
+        }
+        QVERIFY(m_chooser.queries.empty());
+        QVERIFY(m_messages.Requests().empty());
+    }
+
+    void interactiveExportAsksAndNeverLosesAFile() {
+        const auto control = Filled("via_signal_6layer");
+        m_chooser.answer.reset();
+        QVERIFY(!control->ExportToSpice());
+        QCOMPARE(m_chooser.queries.size(), std::size_t{1});
+        QCOMPARE(m_chooser.queries[0].defaultFileName, std::string("VIA10_24.cir"));
+        QCOMPARE(m_chooser.queries[0].filter,
+                 std::string("SPICE files (*.cir;*.inc)|*.cir; *.inc||"));
+        QVERIFY(QDir(m_folder->path()).isEmpty());
+
+        control->SetNames("SUB", "board", nullptr);
+        AnswerWith(QStringLiteral("board.cir"));
+        QVERIFY(control->ExportToSpice());
+        QCOMPARE(m_chooser.queries.back().defaultFileName, std::string("board.cir"));
+        const QString path = m_folder->filePath(QStringLiteral("board.cir"));
+        QVERIFY(ReadFile(path).contains(".SUBCKT SUB\n"));
+        QVERIFY(m_messages.Requests().empty());
+
+        QFile::remove(path);
+        QFile old(path);
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("old");
+        old.close();
+        m_messages.QueueAnswer(kv::MessageAnswer::No);
+        QVERIFY(!control->ExportToSpice());
+        QCOMPARE(ReadFile(path), QByteArray("old"));
+        QCOMPARE(m_messages.Requests().size(), std::size_t{1});
+        QCOMPARE(m_messages.Requests()[0].caption, std::string("Warning"));
+        QCOMPARE(m_messages.Requests()[0].defaultAnswer, kv::MessageAnswer::No);
+        m_messages.QueueAnswer(kv::MessageAnswer::Yes);
+        QVERIFY(control->ExportToSpice());
+        QVERIFY(ReadFile(path).startsWith("\n*****"));
+
+        control->SetNames("SUB", "", "given.cir");
+        m_chooser.answer.reset();
+        control->ExportToSpice();
+        QCOMPARE(m_chooser.queries.back().defaultFileName, std::string("given.cir"));
+    }
+
+    void emptyControlExportsNothing() {
+        CViaVisualizerCtrl control;
+        control.SetFileChooser(&m_chooser);
+        AnswerWith(QStringLiteral("empty.cir"));
+        QVERIFY(!control.ExportToSpice());
+        QVERIFY(!control.ExportToSpiceFile(m_folder->filePath(QStringLiteral("e.cir")).toUtf8()));
+        QVERIFY(!control.ExportToSpiceFile(nullptr));
+        QVERIFY(m_chooser.queries.empty());
+        QVERIFY(QDir(m_folder->path()).isEmpty());
+        QCOMPARE(control.GetViaData(1), nullptr);
+    }
+
+    void menuSwitchesViewsAndSavesImages() {
+        const auto control = Filled("via_pair_6layer");
+        const std::unique_ptr<QMenu> menu = control->CreateContextMenu();
+        QStringList texts;
+        for (QAction* action : menu->actions()) {
+            if (!action->isSeparator()) {
+                texts << action->text();
+            }
+        }
+        QCOMPARE(texts,
+                 QStringList({QStringLiteral("Export to Spice..."), QStringLiteral("Side view"),
+                              QStringLiteral("Top view"), QStringLiteral("Copy image"),
+                              QStringLiteral("Save image...")}));
+        menu->actions().at(3)->trigger();  // "Top view"
+        QCOMPARE(control->Model().View(), kv::ViaView::Top);
+        menu->actions().at(5)->trigger();  // "Copy image"
+        QCOMPARE(QGuiApplication::clipboard()->image().size(), QSize(800, 500));
+
+        AnswerWith(QStringLiteral("top.png"));
+        QVERIFY(control->SaveImageInteractively());
+        const QImage png(m_folder->filePath(QStringLiteral("top.png")));
+        QCOMPARE(png.size(), QSize(800, 500));
+        AnswerWith(QStringLiteral("top.svg"));
+        QVERIFY(control->SaveImageInteractively());
+        QVERIFY(ReadFile(m_folder->filePath(QStringLiteral("top.svg"))).contains("<svg"));
+        // An existing picture is replaced only when the user says so.
+        m_messages.QueueAnswer(kv::MessageAnswer::No);
+        QVERIFY(!control->SaveImageInteractively());
+        m_chooser.answer.reset();
+        QVERIFY(!control->SaveImageInteractively());
+    }
+
+    void hoverNamesTheLayerUnderTheMouse() {
+        const auto control = Filled("via_signal_6layer");
+        control->show();
+        QVERIFY(QTest::qWaitForWindowExposed(control.get()));
+        QString previous;
+        QStringList seen;
+        for (int y = 0; y < control->height(); y += 2) {
+            const QString text = control->HoverText(QPoint(400, y));
+            if (!text.isEmpty() && text != previous) {
+                seen << text.section(u':', 0, 0);
+            }
+            previous = text;
+        }
+        QCOMPARE(seen.size(), 11);
+        QCOMPARE(seen.first(), QStringLiteral("1 TOP"));
+        QCOMPARE(seen.last(), QStringLiteral("11 BOTTOM"));
+        const QImage side = control->grab().toImage();
+        control->SetView(1);
+        control->SetTopViewLayer(2);
+        QVERIFY(control->HoverText(QPoint(10, 10)).startsWith(QStringLiteral("3 GND2: plane")));
+        // The views are what the widget paints.
+        const QImage top = control->grab().toImage();
+        QVERIFY(side != top);
+        QVERIFY(side.pixelColor(400, 100) != side.pixelColor(2, 2));
+    }
+
+    void padTopViewShowsOnePadOnItsOwn() {
+        kv::ui::CPadTopViewCtrl view;
+        view.resize(300, 300);
+        PADDATA pad{};
+        pad.padType = PAD_TYPE_PAD;
+        pad.shape = PAD_SHAPE_ROUND;
+        pad.pad_x = pad.pad_y = 600e-6;
+        view.SetPad(&pad, 200e-6, 25e-6, true, QStringLiteral("layer 1 TOP"));
+        const QImage image = view.grab().toImage();
+        // Between the plated hole and the pad's rim, the pad's copper shows.
+        int copper = 0;
+        for (int x = 0; x < image.width(); ++x) {
+            copper += image.pixelColor(x, image.height() / 2 - 40) ==
+                      kv::ui::ColorFromColorRef(kv::via_view::kPad);
+        }
+        QVERIFY(copper > 20);
+        view.SetPad(nullptr, 200e-6, 25e-6, true);
+        const QImage drillOnly = view.grab().toImage();
+        QVERIFY(drillOnly != image);
+    }
+};
+
+QTEST_MAIN(ViaVisualizerCtrlTest)
+#include "ViaVisualizerCtrlTest.moc"
