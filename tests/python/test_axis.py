@@ -60,7 +60,9 @@ def test_axes_match_the_command_line(cli, lo, hi, pixels, options):
 
 def test_labels_carry_prefix_and_unit():
     _, _, _, lines = kvcomctl.axis(0, 0.001, 400, unit="V")
-    assert " 500uV " in [label for _, label in lines]
+    labels = [label for _, label in lines if label]
+    assert " 200uV " in labels
+    assert all(label.endswith("uV ") for label in labels)
 
 
 @pytest.mark.parametrize(

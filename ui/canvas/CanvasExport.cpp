@@ -1,20 +1,26 @@
 #include "ui/canvas/CanvasExport.h"
 
-#include <QImage>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QSvgGenerator>
 
+#include "core/ports/MessagePort.h"
 #include "ui/canvas/QtCanvas.h"
 
 namespace kv::ui {
 
-bool SaveCanvasPng(const QString& path, QSize size, const QFont& font, const CanvasDrawing& draw) {
+QImage RenderCanvasImage(QSize size, const QFont& font, const CanvasDrawing& draw) {
     QImage image(size, QImage::Format_RGB32);
     image.fill(Qt::white);
     {
         QtCanvas canvas(image, font);
         draw(canvas);
     }
+    return image;
+}
+
+bool SaveCanvasPng(const QString& path, QSize size, const QFont& font, const CanvasDrawing& draw) {
+    const QImage image = RenderCanvasImage(size, font, draw);
     // A half-written picture never replaces a good one.
     QSaveFile file(path);
     return file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit();
@@ -36,6 +42,45 @@ bool SaveCanvasSvg(const QString& path, QSize size, const QFont& font, const QSt
         draw(canvas);
     }
     return file.commit();
+}
+
+bool SaveCanvasImageAs(IFileChooser& chooser, const CanvasImageSave& image,
+                       const CanvasDrawing& draw) {
+    FileQuery query;
+    query.title = "Save image";
+    query.defaultFileName = image.defaultBaseName + ".png";
+    query.defaultExtension = "png";
+    query.filter = kImageFilter;
+    const std::optional<ChosenFile> chosen = chooser.ChooseSaveFile(query);
+    if (!chosen) {
+        return false;
+    }
+    const std::string path = chosen->Path().string();
+    const QString qtPath = QString::fromStdString(path);
+    // The file dialog leaves the overwrite question to the command, as the
+    // SPICE export asks it.
+    if (QFileInfo::exists(qtPath)) {
+        MessageRequest question;
+        question.text = "File \"" + path + "\" exists.\nDo you want to overwrite it?";
+        question.caption = "Warning";
+        question.icon = MessageIcon::Warning;
+        question.buttons = MessageButtons::YesNo;
+        question.defaultAnswer = MessageAnswer::No;
+        if (ShowMessage(question) != MessageAnswer::Yes) {
+            return false;
+        }
+    }
+    const bool svg = qtPath.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive);
+    const bool written = svg ? SaveCanvasSvg(qtPath, image.size, image.font, image.svgTitle, draw)
+                             : SaveCanvasPng(qtPath, image.size, image.font, draw);
+    if (!written) {
+        MessageRequest report;
+        report.text = "Cannot open file \"" + path + "\"";
+        report.caption = "Save image";
+        report.icon = MessageIcon::Error;
+        ShowMessage(report);
+    }
+    return written;
 }
 
 }  // namespace kv::ui

@@ -48,8 +48,6 @@ Point ToPoint(const QPointF& at) {
 // One wheel notch is 120 eighths of a degree; a push away zooms in.
 constexpr double kEighthsPerNotch = 120.0;
 
-const char* const kImageFilter = "PNG image (*.png)|*.png|SVG image (*.svg)|*.svg||";
-
 }  // namespace
 
 CChartControl::CChartControl(QWidget* parent)
@@ -122,13 +120,7 @@ void CChartControl::Fit() {
 }
 
 QImage CChartControl::RenderImage() const {
-    QImage image(size(), QImage::Format_RGB32);
-    image.fill(Qt::white);
-    {
-        QtCanvas canvas(image, font());
-        m_chart->Paint(canvas);
-    }
-    return image;
+    return RenderCanvasImage(size(), font(), [this](ICanvas& canvas) { m_chart->Paint(canvas); });
 }
 
 void CChartControl::CopyImage() {
@@ -136,26 +128,9 @@ void CChartControl::CopyImage() {
 }
 
 bool CChartControl::SaveImage() {
-    FileQuery query;
-    query.title = "Save image";
-    query.defaultFileName = "chart.png";
-    query.defaultExtension = "png";
-    query.filter = kImageFilter;
     IFileChooser& chooser = m_chooser != nullptr ? *m_chooser : *m_dialogChooser;
-    const std::optional<ChosenFile> chosen = chooser.ChooseSaveFile(query);
-    if (!chosen) {
-        return false;
-    }
-    const QString path = QString::fromStdString(chosen->Path().string());
-    const auto draw = [this](ICanvas& canvas) { m_chart->Paint(canvas); };
-    const bool svg = path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive);
-    const bool written = svg ? SaveCanvasSvg(path, size(), font(), QStringLiteral("Chart"), draw)
-                             : SaveCanvasPng(path, size(), font(), draw);
-    if (!written) {
-        ShowMessage("The image could not be written to " + path.toStdString() + ".",
-                    MessageIcon::Error);
-    }
-    return written;
+    return SaveCanvasImageAs(chooser, {"chart", QStringLiteral("Chart"), size(), font()},
+                             [this](ICanvas& canvas) { m_chart->Paint(canvas); });
 }
 
 QSize CChartControl::sizeHint() const {

@@ -2,7 +2,6 @@
 
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
 #include <QMenu>
@@ -128,46 +127,16 @@ bool CViaVisualizerCtrl::SaveImage(const QString& path, QSize size) const {
 }
 
 bool CViaVisualizerCtrl::SaveImageInteractively() {
-    FileQuery query;
     const SpiceExportNames names = m_model.Names();
-    query.defaultFileName = (names.baseName.empty() ? std::string("via") : names.baseName) + ".png";
-    query.defaultExtension = "png";
-    query.filter = kImageFilter;
-    const std::optional<ChosenFile> chosen = Chooser().ChooseSaveFile(query);
-    if (!chosen) {
-        return false;
-    }
-    const QString path = QString::fromStdString(chosen->Path().string());
-    if (QFileInfo::exists(path)) {
-        MessageRequest question;
-        question.text = "File \"" + path.toStdString() + "\" exists.\nDo you want to overwrite it?";
-        question.caption = std::string(kOverwriteCaption);
-        question.icon = MessageIcon::Warning;
-        question.buttons = MessageButtons::YesNo;
-        question.defaultAnswer = MessageAnswer::No;
-        if (ShowMessage(question) != MessageAnswer::Yes) {
-            return false;
-        }
-    }
-    if (!SaveImage(path)) {
-        MessageRequest report;
-        report.text = "Cannot open file \"" + path.toStdString() + "\"";
-        report.caption = std::string(kSaveImageText);
-        report.icon = MessageIcon::Error;
-        ShowMessage(report);
-        return false;
-    }
-    return true;
+    const CanvasImageSave image{names.baseName.empty() ? std::string("via") : names.baseName,
+                                QStringLiteral("Via"), size(), font()};
+    return SaveCanvasImageAs(Chooser(), image,
+                             [this](ICanvas& canvas) { m_model.Paint(canvas, ClientOf(size())); });
 }
 
 void CViaVisualizerCtrl::CopyImage() const {
-    QImage image(size(), QImage::Format_RGB32);
-    image.fill(Qt::white);
-    {
-        QtCanvas canvas(image, font());
-        m_model.Paint(canvas, ClientOf(size()));
-    }
-    QGuiApplication::clipboard()->setImage(image);
+    QGuiApplication::clipboard()->setImage(RenderCanvasImage(
+        size(), font(), [this](ICanvas& canvas) { m_model.Paint(canvas, ClientOf(size())); }));
 }
 
 QString CViaVisualizerCtrl::HoverText(QPoint at) const {

@@ -28,7 +28,6 @@ public:
     static constexpr const char* kTopViewText = "Top view";
     static constexpr const char* kCopyImageText = "Copy image";
     static constexpr const char* kSaveImageText = "Save image...";
-    static constexpr const char* kImageFilter = "PNG image (*.png)|*.png|SVG image (*.svg)|*.svg||";
 
     explicit CViaVisualizerCtrl(QWidget* parent = nullptr);
     ~CViaVisualizerCtrl() override;
