@@ -106,12 +106,15 @@ PadstackRow RowFromPadRecord(const PADDATA& record, int32_t layer) {
     row.antiPadAngle = record.antipadAngle;
     row.clearance = record.clearance;
     if (record.antipadShape == ANTIPAD_SHAPE_UNSET && record.padType == PAD_TYPE_ANTIPAD) {
-        // The older layout: the record's shape and pad sizes are the anti-pad's.
+        // The older layout: the record's shape and pad sizes are the anti-pad's, and the layer
+        // has no pad to size.
         row.padShape = TableShape::None;
         row.antiPadShape = UnsetAntiPadShape(record, row.padShape);
         if (row.antiPadWidth == 0.0) {
             row.antiPadWidth = record.pad_x;
             row.antiPadHeight = record.pad_y;
+            row.padWidth = 0.0;
+            row.padHeight = 0.0;
         }
         return row;
     }

@@ -98,8 +98,9 @@ struct PADDATA {
 //
 // A record whose antipadShape is ANTIPAD_SHAPE_UNSET was written without an anti-pad shape. The
 // editor then reads a PAD_TYPE_ANTIPAD record as an anti-pad of `shape` sized by pad_x and
-// pad_y (when antipad_x is zero), and any other record as an anti-pad of the pad's shape when
-// it has an anti-pad width, "Clearance" when it has only a clearance, and "<None>" otherwise.
+// pad_y (when antipad_x is zero, and then with no pad size), and any other record as an anti-pad of
+// the pad's shape when it has an anti-pad width, "Clearance" when it has only a clearance, and
+// "<None>" otherwise.
 inline constexpr int32_t ANTIPAD_SHAPE_UNSET = 0;
 inline constexpr int32_t ANTIPAD_SHAPE_NONE = 1;
 inline constexpr int32_t ANTIPAD_SHAPE_CLEARANCE = 6;

@@ -66,6 +66,7 @@ TEST(PadRecordMapping, RecordsWithoutAnAntiPadShapeReadAsTheirSizesSay) {
     EXPECT_EQ(row.padShape, TableShape::None);
     EXPECT_EQ(row.antiPadShape, TableShape::Round);
     EXPECT_DOUBLE_EQ(row.antiPadWidth, Mils(34));
+    EXPECT_EQ(row.padWidth, 0.0);
 
     PADDATA pad{};
     pad.padType = PAD_TYPE_PAD;
