@@ -8,6 +8,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
@@ -133,6 +134,8 @@ void CPadstackEditorDlg::BuildLayout() {
     addAction(undoAction);
     addAction(redoAction);
 
+    connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &CPadstackEditorDlg::selectedPadChanged);
     connect(m_drill, &QLineEdit::editingFinished, this, &CPadstackEditorDlg::OnDrillEdited);
     connect(m_firstLayer, &QComboBox::textActivated, this,
             [this](const QString& choice) { OnSpanChosen(true, choice); });
@@ -227,6 +230,15 @@ bool CPadstackEditorDlg::IsModified() const {
     return m_modified;
 }
 
+PADDATA CPadstackEditorDlg::SelectedPad() const {
+    if (m_model.GridRowCount() <= kDefaultGridRow) {
+        return PADDATA{};
+    }
+    const QModelIndex current = m_table->currentIndex();
+    const int gridRow = current.isValid() ? PadstackTableModel::GridRow(current) : kDefaultGridRow;
+    return PadRecordFromRow(m_model.RowAt(gridRow));
+}
+
 void CPadstackEditorDlg::SetOpenedHook(std::function<void(CPadstackEditorDlg&)> hook) {
     m_openedHook = std::move(hook);
 }
@@ -260,6 +272,7 @@ void CPadstackEditorDlg::RefreshAll() {
     m_updatingFields = false;
     m_tableModel->Reload();
     UpdateApply();
+    emit selectedPadChanged();
 }
 
 // The apply button goes off first, whatever the edit turns out to be; it comes back when
@@ -271,6 +284,7 @@ bool CPadstackEditorDlg::OnCellEdit(int gridRow, int gridColumn, const QString& 
     const bool accepted = result.outcome == EditOutcome::Accepted;
     if (accepted) {
         m_tableModel->RefreshRow(gridRow);
+        emit selectedPadChanged();
         PushChange(tr("Edit %1").arg(Text(m_model.CellText(kTitleRow, gridColumn))), before);
     }
     UpdateApply();
@@ -288,6 +302,7 @@ void CPadstackEditorDlg::OnDrillEdited() {
     m_actualDrill->setText(Text(result.actualDrillText));
     m_updatingFields = false;
     if (result.outcome == EditOutcome::Accepted) {
+        emit selectedPadChanged();  // the drill hole is part of the view
         PushChange(tr("Edit drill size"), before);
     }
     UpdateApply();

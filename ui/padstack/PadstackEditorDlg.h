@@ -23,7 +23,9 @@ class PadstackTableModel;
 // copy that goes back into the host's records only on OK. Every accepted edit can be undone.
 //
 // The top view of the selected row's pad and anti-pad belongs in the area named
-// "padPreviewArea"; it stays empty until the via visualizer's top view is placed there.
+// "padPreviewArea"; it stays empty until the via visualizer's top view is placed there. The
+// dialog already says when that view must be drawn again (selectedPadChanged) and what it
+// shows (SelectedPad, ActualDrill).
 class CPadstackEditorDlg : public QDialog, public IPadstackEditorCtrl {
     Q_OBJECT
 public:
@@ -61,10 +63,17 @@ public:
     void SetOpenedHook(std::function<void(CPadstackEditorDlg&)> hook);
 
     const PadstackEditModel& Model() const { return m_model; }
+    // The record of the table's current row, or of the "<default>" row when none is current.
+    PADDATA SelectedPad() const;
+    double ActualDrill() const { return m_model.ActualDrill(); }
     QUndoStack& UndoStack() const { return *m_undo; }
 
 public slots:
     void accept() override;
+
+signals:
+    // Another row became current, or what the current row shows changed.
+    void selectedPadChanged();
 
 private:
     void BuildLayout();

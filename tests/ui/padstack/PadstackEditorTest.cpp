@@ -174,8 +174,14 @@ private slots:
         PADDATA defaultPad = Pad(TableShape::Round, 18, 18, TableShape::Round, 28);
         m_editor->SetDefaultPad(&defaultPad);
         const int32_t result = EditWith([](CPadstackEditorDlg& dialog) {
+            QSignalSpy redraws(&dialog, &CPadstackEditorDlg::selectedPadChanged);
+            auto* table = FindControl<QTableView>(&dialog, CPadstackEditorDlg::kTableId);
+            table->setCurrentIndex(table->model()->index(1, kPadWidth));
             QVERIFY(Type(dialog, 1, kPadWidth, QStringLiteral("25")));
             QCOMPARE(Cell(dialog, 1, kPadHeight), QStringLiteral("25.00"));
+            // The preview hears of the row change and of the edit, and sees the stored pad.
+            QCOMPARE(redraws.count(), 2);
+            QCOMPARE(dialog.SelectedPad().pad_y, Mils(25));
             // The bottom rectangle turned round through the shape cell's combo box.
             auto* view = FindControl<QTableView>(&dialog, CPadstackEditorDlg::kTableId);
             const QModelIndex shape = view->model()->index(2, kPadShape);
