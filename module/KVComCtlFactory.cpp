@@ -2,6 +2,7 @@
 
 #include "core/ports/MessagePort.h"
 #include "core/stimulus/StimulusData.h"
+#include "ui/padstack/PadstackEditorDlg.h"
 #include "ui/progress/ProgressBarCtrl.h"
 #include "ui/progress/ProgressDlg.h"
 #include "ui/progress/ProgressReport.h"
@@ -105,13 +106,14 @@ void CKVComCtlFactory::DestroyViaVisualizerCtrl(IViaVizCtrl* control) {
 }
 
 IPadstackEditorCtrl* CKVComCtlFactory::CreatePadstackEditorDlg() {
-    ui::ModuleStateGuard moduleState;
-    return nullptr;
+    return CreateWidgetComponent<ui::CPadstackEditorDlg, IPadstackEditorCtrl>(
+        "The padstack editor");
 }
 
+// The editor carries its interface as a second base after the dialog.
 void CKVComCtlFactory::DestroyPadstackEditorDlg(IPadstackEditorCtrl* editor) {
     ui::ModuleStateGuard moduleState;
-    (void)editor;  // none handed out yet
+    delete static_cast<ui::CPadstackEditorDlg*>(editor);
 }
 
 ICouplingRgnWalkerDlg* CKVComCtlFactory::CreateCoupRgnWalkerDlg() {

@@ -61,7 +61,54 @@ struct PADDATA {
     double antipad_y;     // anti-pad height
     double antipadAngle;  // anti-pad angle, degrees
     double clearance;     // clearance (anti-pad) size
+    // Appended after the fields above, and zero unless given, so that a record written without
+    // them reads as "not given" to the padstack editor (see below).
+    int32_t antipadShape = 0;  // ANTIPAD_SHAPE_*
+    int32_t shapeStyle = 0;    // PAD_STYLE_* bits
 };
+
+// How the padstack editor's table shapes are kept in a PADDATA, so that a padstack written back
+// and read again shows the same table:
+//
+//   pad shape       shape                 shapeStyle        padType
+//   "<None>"        PAD_SHAPE_NONE (0)                      PAD_TYPE_ANTIPAD
+//   "<Auto>"        PAD_SHAPE_UNSET (1)                     PAD_TYPE_PAD
+//   "Round"         PAD_SHAPE_ROUND
+//   "Square"        PAD_SHAPE_RECTANGLE   PAD_STYLE_SQUARE_PAD
+//   "Rectangular"   PAD_SHAPE_RECTANGLE
+//   "Oval"          PAD_SHAPE_OVAL
+//   "Oblong"        PAD_SHAPE_OBLONG
+//   "Custom"        PAD_SHAPE_CUSTOM
+//
+//   anti-pad shape  antipadShape              shapeStyle
+//   "<None>"        ANTIPAD_SHAPE_NONE
+//   "<Auto>"        ANTIPAD_SHAPE_AUTO
+//   "Round"         PAD_SHAPE_ROUND
+//   "Square"        PAD_SHAPE_RECTANGLE       PAD_STYLE_SQUARE_ANTIPAD
+//   "Rectangular"   PAD_SHAPE_RECTANGLE
+//   "Oval"          PAD_SHAPE_OVAL
+//   "Oblong"        PAD_SHAPE_OBLONG
+//   "Clearance"     ANTIPAD_SHAPE_CLEARANCE   (the pad's outline grown by `clearance`)
+//
+// Readers that know only the shape codes see "<Auto>" as no pad, since codes 0 and 1 both mean
+// none; the editor tells them apart. A layer row with a pad is PAD_TYPE_PAD, one without
+// ("<None>") PAD_TYPE_ANTIPAD; a layer with no row in the table is PAD_TYPE_NONE and keeps the
+// rest of its record. pad_x, pad_y and angle always describe the pad, antipad_x, antipad_y and
+// antipadAngle the anti-pad.
+//
+// A record whose antipadShape is ANTIPAD_SHAPE_UNSET was written without an anti-pad shape. The
+// editor then reads a PAD_TYPE_ANTIPAD record as an anti-pad of `shape` sized by pad_x and
+// pad_y (when antipad_x is zero, and then with no pad size), and any other record as an anti-pad of
+// the pad's shape when it has an anti-pad width, "Clearance" when it has only a clearance, and
+// "<None>" otherwise.
+inline constexpr int32_t ANTIPAD_SHAPE_UNSET = 0;
+inline constexpr int32_t ANTIPAD_SHAPE_NONE = 1;
+inline constexpr int32_t ANTIPAD_SHAPE_CLEARANCE = 6;
+inline constexpr int32_t ANTIPAD_SHAPE_AUTO = 7;
+
+// PADDATA::shapeStyle bits
+inline constexpr int32_t PAD_STYLE_SQUARE_PAD = 1;
+inline constexpr int32_t PAD_STYLE_SQUARE_ANTIPAD = 2;
 
 struct PADSTACK {
     char name[VIA_NAME_CAPACITY + 1];

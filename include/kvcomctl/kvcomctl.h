@@ -8,6 +8,7 @@
 #include "kvcomctl/IEyeDiagramData.h"
 #include "kvcomctl/IEyeDiagramDialog.h"
 #include "kvcomctl/IKVComCtlFactory.h"
+#include "kvcomctl/IPadstackEditorCtrl.h"
 #include "kvcomctl/IProgress.h"
 #include "kvcomctl/IViaVizCtrl.h"
 #include "kvcomctl/IViaVizData.h"

@@ -4,6 +4,8 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <QAbstractItemModel>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QDialog>
 #include <QFile>
@@ -15,6 +17,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <cstdlib>
+#include <cstring>
 #include <deque>
 #include <filesystem>
 #include <functional>
@@ -332,6 +335,57 @@ TEST(HostFactory, NullIsAcceptedByEveryDestroy) {
     g_factory->DestroyViaVisualizerCtrl(nullptr);
     g_factory->DestroyPadstackEditorDlg(nullptr);
     SUCCEED();
+}
+
+// A host's own via data: one conductor layer with a round pad.
+class HostPadstackData final : public IViaVizData {
+public:
+    HostPadstackData() {
+        std::strcpy(m_layer.name, "TOP");
+        m_pad.padType = PAD_TYPE_PAD;
+        m_pad.shape = PAD_SHAPE_ROUND;
+        m_pad.pad_x = m_pad.pad_y = 5e-4;
+        m_padstack.drill = 2.5e-4;
+        m_padstack.padCount = 1;
+        m_padstack.pads = &m_pad;
+    }
+    STACKUPARRAY* GetStackup() override { return &m_stackup; }
+    PADSTACK* GetPadstack() override { return &m_padstack; }
+    void* GetViaReference() override { return nullptr; }
+    int32_t GetViaCount() override { return 1; }
+    void* GetNetReference() override { return nullptr; }
+    double GetFirstValue() override { return 0.0; }
+    double GetSecondValue() override { return 0.0; }
+    double GetThirdValue() override { return 0.0; }
+    bool GetFlag() override { return false; }
+
+    STACKUPLAYER m_layer{};
+    STACKUPARRAY m_stackup{1, &m_layer};
+    PADDATA m_pad{};
+    PADSTACK m_padstack{};
+};
+
+TEST(HostPadstackEditor, EditsTheHostsRecordsInAModalDialog) {
+    IPadstackEditorCtrl* editor = g_factory->CreatePadstackEditorDlg();
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->Edit(nullptr, nullptr), 0);
+    HostPadstackData data;
+    // The user types a wider pad into the open dialog and chooses OK.
+    QTimer::singleShot(0, [] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        ASSERT_NE(dialog, nullptr);
+        auto* table = dialog->findChild<QAbstractItemView*>("ctl1006");
+        ASSERT_NE(table, nullptr);
+        QAbstractItemModel* model = table->model();
+        EXPECT_EQ(model->index(1, 0).data().toString(), QString("TOP"));
+        model->setData(model->index(1, 2), QString("24"), Qt::EditRole);
+        dialog->findChild<QPushButton*>("ctl1")->click();
+    });
+    EXPECT_EQ(editor->Edit(nullptr, &data), 1);
+    EXPECT_TRUE(editor->IsModified());
+    EXPECT_NEAR(data.m_pad.pad_y, 24 / 39370.07874015748, 1e-12);  // a round pad stays round
+    EXPECT_EQ(data.m_padstack.pads, &data.m_pad);                  // the host's array is kept
+    g_factory->DestroyPadstackEditorDlg(editor);
 }
 
 }  // namespace

@@ -1,0 +1,26 @@
+#include "core/padstack/PadstackMessages.h"
+
+#include "core/ports/MessagePort.h"
+
+namespace kv {
+
+std::string PadBelowMaximumText(std::string_view maximumShown) {
+    return std::string(padstack_text::kPadBelowMaximum) + std::string(maximumShown);
+}
+
+std::string SpanLeavesOutUsedLayerText(std::string_view layerName) {
+    const std::string name(layerName);
+    return "Some via that uses this padstack is already connected to " + name +
+           " layer.\nLayer span has to include " + name + " layer!";
+}
+
+void ShowPadstackMessage(std::string_view text, MessageTitle title) {
+    MessageRequest request;
+    request.text = std::string(text);
+    request.caption =
+        std::string(title == MessageTitle::PadstackEditor ? kPadstackEditorTitle : kMessageCaption);
+    request.icon = MessageIcon::Warning;
+    ShowMessage(request);
+}
+
+}  // namespace kv

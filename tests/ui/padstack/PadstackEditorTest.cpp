@@ -1,0 +1,267 @@
+// The padstack editor as a host gets it from the factory: a modal dialog over the host's via
+// data, answered by the test from inside its event loop. Messages go to a port the test holds.
+
+#include <QAbstractItemModel>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QtTest>
+#include <cstring>
+#include <functional>
+#include <vector>
+
+#include "core/padstack/PadstackRow.h"
+#include "core/padstack/PadstackUnits.h"
+#include "core/via/ViaVizData.h"
+#include "module/KVComCtlFactory.h"
+#include "tests/support/RecordingMessagePort.h"
+#include "ui/padstack/PadstackEditorDlg.h"
+#include "ui/shared/ControlIds.h"
+
+using kv::TableShape;
+using kv::ui::CPadstackEditorDlg;
+using kv::ui::FindControl;
+
+namespace {
+
+double Mils(double mils) {
+    return mils / kv::kMilsPerMetre;
+}
+
+PADDATA Pad(TableShape pad, double width, double height, TableShape antiPad, double antiWidth) {
+    kv::PadstackRow row;
+    row.padShape = pad;
+    row.antiPadShape = antiPad;
+    row.padWidth = Mils(width);
+    row.padHeight = Mils(height);
+    row.antiPadWidth = row.antiPadHeight = Mils(antiWidth);
+    return kv::PadRecordFromRow(row);
+}
+
+STACKUPLAYER Layer(const char* name, int32_t kind) {
+    STACKUPLAYER layer{};
+    kv::SetRecordName(layer.name, name);
+    layer.kind = kind;
+    return layer;
+}
+
+// A two-layer board: view row 0 is "<default>", 1 is TOP (round 20 in round 30 mils), 2 is
+// BOTTOM (rectangle 20 x 16 in round 30). Drill 10 mils, plating 1 (actual drill 12).
+void FillBoard(kv::CViaVizData& data) {
+    data.SetStackupLayers(std::vector<STACKUPLAYER>{Layer("TOP", STACKUP_CONDUCTOR),
+                                                    Layer("CORE", STACKUP_DIELECTRIC),
+                                                    Layer("BOTTOM", STACKUP_CONDUCTOR)});
+    data.SetPads(std::vector<PADDATA>{Pad(TableShape::Round, 20, 20, TableShape::Round, 30),
+                                      PADDATA{},
+                                      Pad(TableShape::Rectangular, 20, 16, TableShape::Round, 30)});
+    PADSTACK& padstack = *data.GetPadstack();
+    kv::SetRecordName(padstack.name, "VIA10");
+    padstack.drill = Mils(10);
+    padstack.plating = Mils(1);
+    padstack.firstLayer = 0;
+    padstack.lastLayer = 2;
+}
+
+// Notes, for every message, whether the dialog's apply button was on when it appeared.
+class ApplyWatchingPort final : public kv::IMessagePort {
+public:
+    kv::MessageAnswer Show(const kv::MessageRequest& request) override {
+        applyOnAtMessage.push_back(apply != nullptr && apply->isEnabled());
+        return recorded.Show(request);
+    }
+    kv::test::RecordingMessagePort recorded;
+    QPushButton* apply = nullptr;
+    std::vector<bool> applyOnAtMessage;
+};
+
+QString Cell(CPadstackEditorDlg& dialog, int row, int column) {
+    QAbstractItemModel* model =
+        FindControl<QTableView>(&dialog, CPadstackEditorDlg::kTableId)->model();
+    return model->index(row, column).data().toString();
+}
+
+// Types `text` into view cell (row, column) as the table's editor hands it over.
+bool Type(CPadstackEditorDlg& dialog, int row, int column, const QString& text) {
+    QAbstractItemModel* model =
+        FindControl<QTableView>(&dialog, CPadstackEditorDlg::kTableId)->model();
+    return model->setData(model->index(row, column), text, Qt::EditRole);
+}
+
+void Click(CPadstackEditorDlg& dialog, int id) {
+    FindControl<QPushButton>(&dialog, id)->click();
+}
+
+// View columns: the grid's columns less the row numbers.
+constexpr int kPadShape = 1;
+constexpr int kPadWidth = 2;
+constexpr int kPadHeight = 3;
+
+}  // namespace
+
+class PadstackEditorTest : public QObject {
+    Q_OBJECT
+
+private:
+    // Runs Edit on the board with `act` done inside the open dialog; a dialog the actions
+    // left open is cancelled, so a failed check cannot hang the test.
+    int32_t EditWith(std::function<void(CPadstackEditorDlg&)> act) {
+        auto* dialog = static_cast<CPadstackEditorDlg*>(m_editor);
+        dialog->SetOpenedHook([this, act](CPadstackEditorDlg& open) {
+            m_port.apply = FindControl<QPushButton>(&open, CPadstackEditorDlg::kApplyId);
+            act(open);
+            if (open.isVisible()) {
+                open.reject();
+            }
+        });
+        return m_editor->Edit(&m_host, &m_data);
+    }
+
+    kv::module::CKVComCtlFactory m_factory;
+    IPadstackEditorCtrl* m_editor = nullptr;
+    kv::CViaVizData m_data;
+    QWidget m_host;
+    ApplyWatchingPort m_port;
+    kv::IMessagePort* m_previousPort = nullptr;
+
+private slots:
+    void init() {
+        m_previousPort = kv::InstallMessagePort(&m_port);
+        m_port = ApplyWatchingPort{};
+        FillBoard(m_data);
+        m_editor = m_factory.CreatePadstackEditorDlg();
+        QVERIFY(m_editor != nullptr);
+        m_editor->SetMaxPadSize(Mils(50));
+    }
+
+    void cleanup() {
+        m_factory.DestroyPadstackEditorDlg(m_editor);
+        m_factory.DestroyPadstackEditorDlg(nullptr);
+        kv::InstallMessagePort(m_previousPort);
+    }
+
+    void nothingToEditChangesNothing() {
+        QCOMPARE(m_editor->Edit(&m_host, nullptr), 0);
+        kv::CViaVizData empty;
+        QCOMPARE(m_editor->Edit(&m_host, &empty), 0);
+        QVERIFY(!m_editor->IsModified());
+        QVERIFY(m_port.recorded.Requests().empty());
+    }
+
+    void refusedCellTellsWhyAndShowsItsValueAgain() {
+        const int32_t result = EditWith([this](CPadstackEditorDlg& dialog) {
+            QVERIFY(Type(dialog, 1, kPadWidth, QStringLiteral("25")));
+            QVERIFY(m_port.apply->isEnabled());
+            QVERIFY(!Type(dialog, 1, kPadWidth, QStringLiteral("0")));
+            QCOMPARE(Cell(dialog, 1, kPadWidth), QStringLiteral("25.00"));
+            QVERIFY(!Type(dialog, 2, kPadHeight, QStringLiteral("11")));
+            QCOMPARE(Cell(dialog, 2, kPadHeight), QStringLiteral("16.00"));
+            Click(dialog, CPadstackEditorDlg::kCancelId);
+        });
+        QCOMPARE(result, 0);
+        const auto& requests = m_port.recorded.Requests();
+        QCOMPARE(requests.size(), std::size_t{2});
+        QCOMPARE(requests[0].text, std::string("Pad sizes and Clearance must be positive!"));
+        QCOMPARE(requests[0].caption, std::string("Padstack Editor"));
+        QCOMPARE(requests[1].text, std::string("Pad size must be greater than actual drill size!"));
+        QCOMPARE(requests[1].caption, std::string(kv::kMessageCaption));
+        // The edit switched Apply off before its rule spoke.
+        QCOMPARE(m_port.applyOnAtMessage, (std::vector<bool>{false, false}));
+    }
+
+    void roundWidthSetsHeightAndUndoRedoWalkTheEdits() {
+        PADDATA defaultPad = Pad(TableShape::Round, 18, 18, TableShape::Round, 28);
+        m_editor->SetDefaultPad(&defaultPad);
+        const int32_t result = EditWith([](CPadstackEditorDlg& dialog) {
+            QSignalSpy redraws(&dialog, &CPadstackEditorDlg::selectedPadChanged);
+            auto* table = FindControl<QTableView>(&dialog, CPadstackEditorDlg::kTableId);
+            table->setCurrentIndex(table->model()->index(1, kPadWidth));
+            QVERIFY(Type(dialog, 1, kPadWidth, QStringLiteral("25")));
+            QCOMPARE(Cell(dialog, 1, kPadHeight), QStringLiteral("25.00"));
+            // The preview hears of the row change and of the edit, and sees the stored pad.
+            QCOMPARE(redraws.count(), 2);
+            QCOMPARE(dialog.SelectedPad().pad_y, Mils(25));
+            // The bottom rectangle turned round through the shape cell's combo box.
+            auto* view = FindControl<QTableView>(&dialog, CPadstackEditorDlg::kTableId);
+            const QModelIndex shape = view->model()->index(2, kPadShape);
+            QWidget* editor = view->itemDelegate()->createEditor(view->viewport(), {}, shape);
+            auto* combo = qobject_cast<QComboBox*>(editor);
+            QVERIFY(combo != nullptr);
+            QCOMPARE(combo->count(), 8);
+            combo->setCurrentText(QStringLiteral("Round"));
+            view->itemDelegate()->setModelData(combo, view->model(), shape);
+            delete editor;
+            QCOMPARE(Cell(dialog, 2, kPadHeight), QStringLiteral("20.00"));
+
+            Click(dialog, CPadstackEditorDlg::kUndoId);
+            QCOMPARE(Cell(dialog, 2, kPadShape), QStringLiteral("Rectangular"));
+            QCOMPARE(Cell(dialog, 2, kPadHeight), QStringLiteral("16.00"));
+            Click(dialog, CPadstackEditorDlg::kUndoId);
+            QCOMPARE(Cell(dialog, 1, kPadWidth), QStringLiteral("20.00"));
+            QCOMPARE(Cell(dialog, 1, kPadHeight), QStringLiteral("20.00"));
+            QVERIFY(!FindControl<QPushButton>(&dialog, CPadstackEditorDlg::kApplyId)->isEnabled());
+            Click(dialog, CPadstackEditorDlg::kRedoId);
+            QCOMPARE(Cell(dialog, 1, kPadHeight), QStringLiteral("25.00"));
+
+            // The default row's pad gets wider too.
+            QVERIFY(Type(dialog, 0, kPadWidth, QStringLiteral("22")));
+            Click(dialog, CPadstackEditorDlg::kOkId);
+        });
+        QCOMPARE(result, 1);
+        QVERIFY(m_editor->IsModified());
+        const PADSTACK& padstack = *m_data.GetPadstack();
+        QCOMPARE(padstack.pads[0].pad_y, Mils(25));
+        QCOMPARE(padstack.pads[2].shape, PAD_SHAPE_RECTANGLE);  // its change was undone
+        PADDATA after{};
+        QVERIFY(m_editor->GetDefaultPad(&after));
+        QCOMPARE(after.pad_x, Mils(22));
+    }
+
+    void cancelLeavesTheRecordsAlone() {
+        const PADSTACK before = *m_data.GetPadstack();
+        std::vector<PADDATA> pads(before.pads, before.pads + before.padCount);
+        const int32_t result = EditWith([](CPadstackEditorDlg& dialog) {
+            auto* drill = FindControl<QLineEdit>(&dialog, CPadstackEditorDlg::kDrillId);
+            drill->setText(QStringLiteral("8"));
+            emit drill->editingFinished();
+            QCOMPARE(FindControl<QLineEdit>(&dialog, CPadstackEditorDlg::kActualDrillId)->text(),
+                     QStringLiteral("10.00"));
+            QVERIFY(Type(dialog, 2, kPadWidth, QStringLiteral("24")));
+            Click(dialog, CPadstackEditorDlg::kAddRowId);
+            Click(dialog, CPadstackEditorDlg::kCancelId);
+        });
+        QCOMPARE(result, 0);
+        QVERIFY(!m_editor->IsModified());
+        const PADSTACK& after = *m_data.GetPadstack();
+        QCOMPARE(after.drill, before.drill);
+        QCOMPARE(after.pads, before.pads);
+        QCOMPARE(std::memcmp(after.pads, pads.data(), pads.size() * sizeof(PADDATA)), 0);
+    }
+
+    void okWaitsForASoundTableThenWritesIt() {
+        m_editor->SetMetric(true);
+        const int32_t result = EditWith([this](CPadstackEditorDlg& dialog) {
+            auto* drill = FindControl<QLineEdit>(&dialog, CPadstackEditorDlg::kDrillId);
+            QCOMPARE(drill->text(), QStringLiteral("0.25"));
+            drill->setText(QStringLiteral("0.75"));  // through every anti-pad
+            emit drill->editingFinished();
+            Click(dialog, CPadstackEditorDlg::kOkId);
+            QVERIFY(dialog.isVisible());
+            QCOMPARE(m_port.recorded.Requests().back().text,
+                     std::string("Actual drill size must be less then all anti-pad sizes!"));
+            drill->setText(QStringLiteral("0.3"));
+            emit drill->editingFinished();
+            auto* last = FindControl<QComboBox>(&dialog, CPadstackEditorDlg::kLastLayerId);
+            QCOMPARE(last->currentText(), QStringLiteral("<bottom>"));
+            Click(dialog, CPadstackEditorDlg::kOkId);
+        });
+        QCOMPARE(result, 1);
+        QCOMPARE(m_data.GetPadstack()->drill, 0.0003);
+        QCOMPARE(m_data.GetPadstack()->pads[0].shape, PAD_SHAPE_ROUND);
+        QCOMPARE(m_data.GetPadstack()->pads[1].padType, PAD_TYPE_NONE);
+    }
+};
+
+QTEST_MAIN(PadstackEditorTest)
+#include "PadstackEditorTest.moc"
