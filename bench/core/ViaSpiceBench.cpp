@@ -20,7 +20,7 @@ struct PairBoard {
             layer.kind = i % 2 == 0 ? STACKUP_CONDUCTOR : STACKUP_DIELECTRIC;
             layer.usage = i % 4 == 2 ? STACKUP_USAGE_PLANE : 0;
             layer.thickness = i % 2 == 0 ? 3.556e-5 : 1.27e-4;
-            pads[i] = {PAD_TYPE_PAD, PAD_SHAPE_ROUND, 5.08e-4, 5.08e-4, 0, 7.62e-4, 7.62e-4, 0, 0};
+            pads[i] = {PAD_TYPE_PAD, PAD_SHAPE_ROUND, 5.08e-4, 5.08e-4, 0, 7.62e-4, 7.62e-4, 0, 0, 0, 0};
         }
         stackup = {kLayers, layers.data()};
         padstack = PADSTACK{"VIA8_20", 2.032e-4, 0, 2.54e-5, 0, kLayers - 1, kLayers, pads.data()};

@@ -38,6 +38,8 @@ void FillVia(IViaVizData& data, int layerCount) {
                               plane ? 0.0 : 760e-6,
                               plane ? 0.0 : 760e-6,
                               0.0,
+                              0,
+                              0,
                               0.0};
         }
     }

@@ -60,11 +60,11 @@ struct PADDATA {
     double antipad_x;     // anti-pad width
     double antipad_y;     // anti-pad height
     double antipadAngle;  // anti-pad angle, degrees
-    double clearance;     // clearance (anti-pad) size
-    // Appended after the fields above, and zero unless given, so that a record written without
-    // them reads as "not given" to the padstack editor (see below).
-    int32_t antipadShape = 0;  // ANTIPAD_SHAPE_*
-    int32_t shapeStyle = 0;    // PAD_STYLE_* bits
+    // Zero in a record written without them, which reads as "not given" to the padstack
+    // editor (see below).
+    int32_t antipadShape;  // ANTIPAD_SHAPE_*
+    int32_t shapeStyle;    // PAD_STYLE_* bits
+    double clearance;      // clearance (anti-pad) size
 };
 
 // How the padstack editor's table shapes are kept in a PADDATA, so that a padstack written back

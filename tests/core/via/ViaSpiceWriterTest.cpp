@@ -136,8 +136,8 @@ TEST(ViaSpiceWriter, StackupLengthsLoseDecimalsStartingWithZeroButTheDrillKeepsT
     Board board(3);
     board.layers[0].thickness = 0.02667;  // 1.05 in
     board.layers[1].thickness = 0.0381;   // 1.50 in
-    board.pads[0] = {PAD_TYPE_PAD, PAD_SHAPE_RECTANGLE, 5.08e-4, 5.08e-4, 0, 0, 0, 0, 0};
-    board.pads[2] = {PAD_TYPE_PAD, PAD_SHAPE_UNSET, 6.35e-4, 6.35e-4, 0, 0, 0, 0, 0};
+    board.pads[0] = {PAD_TYPE_PAD, PAD_SHAPE_RECTANGLE, 5.08e-4, 5.08e-4, 0, 0, 0, 0, 0, 0, 0};
+    board.pads[2] = {PAD_TYPE_PAD, PAD_SHAPE_UNSET, 6.35e-4, 6.35e-4, 0, 0, 0, 0, 0, 0, 0};
     const std::string text = kv::SpiceModelText(board.Input({}, {}));
     EXPECT_NE(text.find("*  1  METAL       1in   RECT    20mils  LAYER1  \n"), std::string::npos)
         << text;

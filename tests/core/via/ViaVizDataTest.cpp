@@ -49,9 +49,9 @@ struct DumpBoard {
     STACKUPLAYER layers[3] = {{"TOP", STACKUP_CONDUCTOR, 0, 3.5e-5},
                               {"DIEL1", STACKUP_DIELECTRIC, 0, 1e-4},
                               {"BOT", STACKUP_CONDUCTOR, 1, 3.5e-5}};
-    PADDATA pads[3] = {{PAD_TYPE_PAD, PAD_SHAPE_UNSET, 5.08e-4, 6e-4, 0, 0, 0, 0, 1.2345e-4},
+    PADDATA pads[3] = {{PAD_TYPE_PAD, PAD_SHAPE_UNSET, 5.08e-4, 6e-4, 0, 0, 0, 0, 0, 0, 1.2345e-4},
                        {},
-                       {7, 9, 1e-3, 2e-3, 0, 0, 0, 0, 0}};
+                       {7, 9, 1e-3, 2e-3, 0, 0, 0, 0, 0, 0, 0}};
     STACKUPARRAY stackup{3, layers};
     PADSTACK padstack{"PS1", 2.54e-4, 0, 2.5e-5, 0, 2, 3, pads};
 };
