@@ -1,0 +1,59 @@
+#pragma once
+
+// Numeric ids of the controls of the eye-diagram pages. Every control carries
+// its id as its objectName, "ctl<id>", so a host or a test finds it with
+// findChild<...>("ctl1005").
+
+namespace kvcomctl_ids {
+
+// The sheet's own buttons.
+inline constexpr int kSheetOk = 1;
+inline constexpr int kSheetCancel = 2;
+inline constexpr int kSheetHelp = 9;
+
+// The stimulus editing page (template 4018).
+namespace stimulus_edit {
+inline constexpr int kNameList = 3012;
+inline constexpr int kNameEdit = 3002;
+inline constexpr int kOpen = 3000;
+inline constexpr int kSave = 3001;
+inline constexpr int kRemove = 2172;
+inline constexpr int kNew = 3010;
+inline constexpr int kSequence = 1005;
+inline constexpr int kBitOrderLabel = 1934;
+inline constexpr int kBitOrder = 1935;
+inline constexpr int kLevelLabel = 1014;  // "&Initial state:" or "&Direction:"
+inline constexpr int kLevel = 1013;
+inline constexpr int kLoad = 2158;
+inline constexpr int kSaveBits = 1933;
+inline constexpr int kPattern = 1000;
+inline constexpr int kFileName = 2176;
+inline constexpr int kStimulusGroup = 4170;
+inline constexpr int kPeriodLabel = 2193;
+inline constexpr int kPeriod = 1002;
+inline constexpr int kPeriodUnit = 4171;
+inline constexpr int kDutyLabel = 2191;
+inline constexpr int kDuty = 1003;
+inline constexpr int kDutySpin = 1011;
+inline constexpr int kDutyUnit = 2192;
+inline constexpr int kRepetitionsLabel = 4169;  // "&Frequency:" or "Sequence &repetitions:"
+inline constexpr int kRepetitions = 1007;
+inline constexpr int kRepetitionsSpin = 1009;
+inline constexpr int kFrequency = 4167;
+inline constexpr int kFrequencyUnit = 4168;
+inline constexpr int kHighLabel = 4165;
+inline constexpr int kHighTime = 4077;
+inline constexpr int kHighUnit = 4163;
+inline constexpr int kLowLabel = 4166;
+inline constexpr int kLowTime = 4078;
+inline constexpr int kLowUnit = 4164;
+inline constexpr int kJitterGroup = 4052;
+inline constexpr int kJitterLabel = 4053;
+inline constexpr int kJitter = 1004;
+inline constexpr int kJitterUnit = 2190;
+inline constexpr int kDistributionLabel = 4054;
+inline constexpr int kDistribution = 2162;
+inline constexpr int kRepeatJitter = 2175;
+}  // namespace stimulus_edit
+
+}  // namespace kvcomctl_ids
