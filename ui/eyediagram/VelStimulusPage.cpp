@@ -210,6 +210,8 @@ void CVelStimulusPage::BuildControls() {
     });
     for (QLineEdit* field :
          {m_period, m_duty, m_repetitions, m_frequency, m_highTime, m_lowTime, m_jitter}) {
+        field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("0000.000")) +
+                               12);
         connect(field, &QLineEdit::editingFinished, this, [this, field] { CommitField(field); });
     }
     const auto spinInto = [this](QSpinBox* spin, QLineEdit* field) {
