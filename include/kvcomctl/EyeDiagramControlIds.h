@@ -57,3 +57,31 @@ inline constexpr int kRepeatJitter = 2175;
 }  // namespace stimulus_edit
 
 }  // namespace kvcomctl_ids
+
+namespace kvcomctl_ids {
+
+// The eye mask page (template 596): the fifteen numbers in the order of the
+// mask record, then the library of named masks.
+namespace eye_mask {
+inline constexpr int kTopMax = 1110;
+inline constexpr int kTopMin = 1111;
+inline constexpr int kBaseMin = 1112;
+inline constexpr int kBaseMax = 1113;
+inline constexpr int kCross = 1114;
+inline constexpr int kCross1Min = 1115;
+inline constexpr int kCross1Max = 1116;
+inline constexpr int kRiseDelay = 1117;
+inline constexpr int kCross2Max = 1118;
+inline constexpr int kCross2Min = 1119;
+inline constexpr int kFallDelay = 1120;
+inline constexpr int kScaleTime = 1121;  // percent, 50 to 200
+inline constexpr int kScaleVolt = 1122;  // percent, 50 to 200
+inline constexpr int kOffsetTime = 1123;
+inline constexpr int kOffsetVolt = 1124;
+inline constexpr int kLibrary = 1130;
+inline constexpr int kSaveAs = 1131;
+inline constexpr int kDelete = 1132;
+inline constexpr int kName = 1133;
+}  // namespace eye_mask
+
+}  // namespace kvcomctl_ids
