@@ -85,3 +85,31 @@ inline constexpr int kName = 1133;
 }  // namespace eye_mask
 
 }  // namespace kvcomctl_ids
+
+namespace kvcomctl_ids {
+
+// The eye-diagram stimulus page (template 595). Jitter components are
+// indexed 0 Gaussian, 1 uniform, 2 sine.
+namespace eye_stimulus {
+inline constexpr int kCycles = 1201;
+inline constexpr int kSkipBits = 1202;
+inline constexpr int kEyes = 1203;
+inline constexpr int kBitInterval = 1204;
+inline constexpr int kDutyCycle = 1205;
+inline constexpr int kSimpleJitter = 1206;
+inline constexpr int kAdvancedJitter = 1207;
+inline constexpr int kMaxJitter = 1208;
+inline constexpr int kJitterType = 1209;
+inline constexpr int kRepeatable = 1210;
+inline constexpr int kSequence = 1211;
+inline constexpr int kPolyDegree = 1212;
+inline constexpr int kInitState = 1213;
+inline constexpr int kPattern = 1000;
+inline constexpr int kComponentEnabled = 1220;    // + component
+inline constexpr int kComponentMagnitude = 1230;  // + component
+inline constexpr int kComponentUnit = 1240;       // + component: "%" or "ns"
+inline constexpr int kComponentValue2 = 1250;     // + component: frequency or mean
+inline constexpr int kComponentValue3 = 1260;     // sine: initial phase
+}  // namespace eye_stimulus
+
+}  // namespace kvcomctl_ids

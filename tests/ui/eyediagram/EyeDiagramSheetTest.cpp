@@ -4,11 +4,14 @@
 // every modal answered by the test.
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -34,6 +37,7 @@ namespace {
 
 namespace id = kvcomctl_ids::stimulus_edit;
 namespace mask_id = kvcomctl_ids::eye_mask;
+namespace stim_id = kvcomctl_ids::eye_stimulus;
 using kv::ui::FindControl;
 
 kv::module::CKVComCtlFactory g_factory;
@@ -679,6 +683,65 @@ private slots:
             QCOMPARE(FindControl<QComboBox>(&sheet, mask_id::kLibrary)->findText("Low cross"), -1);
             Click(sheet, kvcomctl_ids::kSheetOk);
         }));
+    }
+
+    void eyeStimulusPageChecksAndGenerates() {
+        auto data = NewData();
+        std::vector<std::string> missed;
+        QVERIFY(Edit(data.get(), 0x01, [&](QDialog& sheet) {
+            const auto expectMessage = [&](int controlId, const QString& text,
+                                           std::string_view message) {
+                m_messages.Clear();
+                Type(sheet, controlId, text);
+                if (m_messages.Requests().size() != 1 || m_messages.Requests()[0].text != message) {
+                    missed.push_back(std::to_string(controlId) + " " + text.toStdString());
+                }
+            };
+            expectMessage(stim_id::kCycles, "2049", kv::page_message::kCycleCount);
+            expectMessage(stim_id::kCycles, "0", kv::page_message::kCycleCount);
+            expectMessage(stim_id::kSkipBits, "125", kv::page_message::kSkipRange);  // 4 x 31
+            expectMessage(stim_id::kBitInterval, "0.0009", kv::page_message::kBitInterval);
+            expectMessage(stim_id::kDutyCycle, "0.5", kv::page_message::kDutyCycle);
+            Type(sheet, stim_id::kDutyCycle, "40");
+            // 40 % of 3.3 ns high: the shorter half is 1.32 ns.
+            expectMessage(stim_id::kMaxJitter, "1.32", kv::page_message::kMaxJitterHalfPeriod);
+            Type(sheet, stim_id::kMaxJitter, "1.3");
+            m_messages.Clear();
+
+            FindControl<QRadioButton>(&sheet, stim_id::kAdvancedJitter)->setChecked(true);
+            auto* gaussian = FindControl<QCheckBox>(&sheet, stim_id::kComponentEnabled);
+            gaussian->setChecked(true);  // the maximum jitter as magnitude: 1.3 % passes
+            Type(sheet, stim_id::kComponentMagnitude, "50");
+            Type(sheet, stim_id::kComponentMagnitude, "49.9");
+            auto* uniform = FindControl<QCheckBox>(&sheet, stim_id::kComponentEnabled + 1);
+            uniform->setChecked(true);
+            auto* unit = FindControl<QComboBox>(&sheet, stim_id::kComponentUnit + 1);
+            unit->setCurrentIndex(1);  // ns
+            Type(sheet, stim_id::kComponentMagnitude + 1, "1.5");
+            unit->setCurrentIndex(0);
+            QCOMPARE(FindControl<QLineEdit>(&sheet, stim_id::kComponentMagnitude + 1)->text(),
+                     QStringLiteral("45.455"));
+
+            auto* sequence = FindControl<QComboBox>(&sheet, stim_id::kSequence);
+            QCOMPARE(sequence->currentText(), QStringLiteral("PRBS (pseudo random)"));
+            FindControl<QSpinBox>(&sheet, stim_id::kPolyDegree)->setValue(3);
+            Type(sheet, stim_id::kCycles, "2");
+            Click(sheet, kvcomctl_ids::kSheetOk);
+        }));
+        QCOMPARE(m_messages.Requests().size(), std::size_t{1});
+        QCOMPARE(m_messages.Requests()[0].text,
+                 std::string("The jitter magnitude must be less that 0.5 of the bit interval."));
+        QCOMPARE(missed, std::vector<std::string>{});
+        QCOMPARE(data->GetSeqType(), 7);  // untouched list: the default kind, generated as PRBS
+        QCOMPARE(data->GetPolyDegree(), 3);
+        QCOMPARE(data->GetBitCount(), 7);
+        QCOMPARE(data->GetCycleCount(), 2);
+        QCOMPARE(data->GetDutyCycle(), 40.0);
+        QVERIFY(data->GetAdvancedJitter());
+        QVERIFY(data->GetAddJitter(0) && data->GetAddJitter(1) && !data->GetAddJitter(2));
+        QCOMPARE(data->GetMaxJitter(), 49.9);
+        QVERIFY(!data->GetJitterAsTime(1));
+        QCOMPARE(data->GetUniformMag(), 1.5 * 100 / 3.3);
     }
 };
 
