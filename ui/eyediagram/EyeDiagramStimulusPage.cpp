@@ -89,7 +89,7 @@ CEyeDiagramStimulusPage::CEyeDiagramStimulusPage(CStimulusData& data, int pageAr
         connect(m_units[i], &QComboBox::currentIndexChanged, this,
                 [this, i](int unit) { OnComponentUnit(i, unit); });
     }
-    grid->addWidget(new QLabel(tr("Initial phase:"), jitter), 5, 5);
+    grid->addWidget(new QLabel(tr("Initial phase:"), jitter), 4, 5);
     grid->addWidget(AddField(id::kComponentValue3 + 2), 4, 6);
     m_repeatable = Named(new QCheckBox(tr("&Repeatable jitter"), jitter), id::kRepeatable);
     grid->addWidget(m_repeatable, 5, 0, 1, 3);
@@ -118,6 +118,7 @@ CEyeDiagramStimulusPage::CEyeDiagramStimulusPage(CStimulusData& data, int pageAr
     sequenceLayout->addWidget(placeholder);
     m_pattern = new CBitPatternCtrl(sequence);
     m_pattern->AttachToDlgItem(id::kPattern, this);
+    m_pattern->setMinimumHeight(95);
     page->addWidget(sequence, 1, 0, 1, 2);
 
     // Kept for the preview of the stimulus waveform, which is not built yet;
@@ -150,6 +151,7 @@ CEyeDiagramStimulusPage::~CEyeDiagramStimulusPage() = default;
 
 QLineEdit* CEyeDiagramStimulusPage::AddField(int controlId) {
     auto* field = Named(new QLineEdit(this), controlId);
+    field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("0000.000")) + 12);
     m_fields[controlId] = field;
     connect(field, &QLineEdit::editingFinished, this, [this, field] { CommitField(field); });
     return field;
