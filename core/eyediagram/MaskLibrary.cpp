@@ -24,7 +24,7 @@ std::string MaskText(const EYEMASK& mask) {
     std::string text;
     char number[40];
     for (const mask_page::MaskField& field : mask_page::MaskFields()) {
-        std::snprintf(number, sizeof number, "%.15g,", mask.*field.member);
+        std::snprintf(number, sizeof number, "%.17g,", mask.*field.member);
         text += number;
     }
     text += MaskName(mask);

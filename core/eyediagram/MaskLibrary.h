@@ -7,7 +7,8 @@
 
 // The library of named eye masks, kept in the module's settings store in
 // section "EYEMASKLIBRARY": "Count" and one entry "Mask<i>" per mask holding
-// its fifteen numbers ("%.15g", comma-separated, in record order) and then
+// its fifteen numbers ("%.17g", so each reads back exactly; comma-separated,
+// in record order) and then
 // its name.
 
 namespace kv {
