@@ -14,6 +14,7 @@
 #include <functional>
 
 #include "core/eyediagram/StimulusEditRules.h"
+#include "core/eyediagram/StimulusLibrary.h"
 #include "core/ports/FileChooser.h"
 #include "core/stimulus/BitFile.h"
 #include "core/stimulus/SequenceType.h"
@@ -73,7 +74,7 @@ CVelStimulusPage::~CVelStimulusPage() = default;
 void CVelStimulusPage::BuildControls() {
     auto* page = new QVBoxLayout(this);
 
-    // The named stimulus list: shown, not yet working.
+    // The named stimuli kept beside the module's settings.
     auto* names = new QHBoxLayout;
     auto* nameList = Make<QComboBox>(id::kNameList, this);
     names->addWidget(Label(0, tr("Stimulus Name:"), this, nameList));
@@ -86,9 +87,8 @@ void CVelStimulusPage::BuildControls() {
           std::pair{id::kRemove, tr("Remove")}, std::pair{id::kNew, tr("New")}}) {
         names->addWidget(Make<QPushButton>(controlId, this, text));
     }
-    for (int controlId : {id::kNameList, id::kOpen, id::kSave, id::kRemove, id::kNew}) {
-        FindControl<QWidget>(this, controlId)->setEnabled(false);
-    }
+    m_nameList = nameList;
+    m_nameEdit = nameEdit;
     page->addLayout(names);
 
     auto* patternGroup = new QGroupBox(tr("Bit pattern"), this);
@@ -224,6 +224,24 @@ void CVelStimulusPage::BuildControls() {
     };
     spinInto(m_dutySpin, m_duty);
     spinInto(m_repetitionsSpin, m_repetitions);
+    connect(m_nameList, &QComboBox::activated, this, [this](int index) {
+        if (index >= 0) {
+            OpenNamed(m_nameList->itemText(index));
+        }
+    });
+    connect(FindControl<QPushButton>(this, id::kOpen), &QPushButton::clicked, this,
+            &CVelStimulusPage::OnOpenFile);
+    connect(FindControl<QPushButton>(this, id::kSave), &QPushButton::clicked, this,
+            [this] { SaveNamed(); });
+    connect(FindControl<QPushButton>(this, id::kRemove), &QPushButton::clicked, this,
+            &CVelStimulusPage::OnRemoveNamed);
+    connect(FindControl<QPushButton>(this, id::kNew), &QPushButton::clicked, this, [this] {
+        m_nameList->hide();
+        m_nameEdit->clear();
+        m_nameEdit->show();
+        m_nameEdit->setFocus();
+    });
+    FillNameList(QString());
     connect(load, &QPushButton::clicked, this, &CVelStimulusPage::OnLoad);
     connect(saveBits, &QPushButton::clicked, this, &CVelStimulusPage::OnSaveBits);
 }
@@ -465,6 +483,64 @@ void CVelStimulusPage::OnSaveBits() {
     }
 }
 
+QString CVelStimulusPage::CurrentName() const {
+    return (m_nameEdit->isHidden() ? m_nameList->currentText() : m_nameEdit->text()).trimmed();
+}
+
+void CVelStimulusPage::FillNameList(const QString& selected) {
+    m_nameList->clear();
+    for (const std::string& name : stimulus_library::Names()) {
+        m_nameList->addItem(QString::fromStdString(name));
+    }
+    m_nameList->setCurrentIndex(m_nameList->findText(selected));
+    m_nameEdit->hide();
+    m_nameList->show();
+}
+
+void CVelStimulusPage::OpenNamed(const QString& name) {
+    if (stimulus_library::Open(m_data, name.toStdString())) {
+        ShowData();
+        m_modified = true;
+    }
+}
+
+bool CVelStimulusPage::SaveNamed() {
+    const QString name = CurrentName();
+    if (name.isEmpty() || !CommitAllFields()) {
+        return false;
+    }
+    StoreToData();
+    if (!stimulus_library::Save(m_data, name.toStdString())) {
+        return false;
+    }
+    FillNameList(name);
+    return true;
+}
+
+void CVelStimulusPage::OnRemoveNamed() {
+    const QString name = m_nameList->currentText();
+    if (!name.isEmpty() && stimulus_library::Remove(name.toStdString())) {
+        FillNameList(QString());
+    }
+}
+
+void CVelStimulusPage::OnOpenFile() {
+    QtFileChooser ownDialog(this);
+    IFileChooser* chooser = InstalledFileChooser();
+    FileQuery query;
+    query.defaultExtension = "ini";
+    query.filter = "Stimulus file (*.ini)|*.ini|All Files (*.*)|*.*|";
+    const std::optional<ChosenFile> chosen =
+        (chooser != nullptr ? chooser : &ownDialog)->ChooseOpenFile(query);
+    if (!chosen) {
+        return;
+    }
+    // Invalid data is told and replaced by the defaults, as every load does.
+    m_data.Load(chosen->Path().string().c_str(), true);
+    ShowData();
+    m_modified = true;
+}
+
 bool CVelStimulusPage::IsModified() const {
     const auto shown = m_pattern->m_bits.Data();
     return m_modified ||
@@ -490,7 +566,9 @@ bool CVelStimulusPage::OnApply() {
     switch (Ask(kApplyQuestion, MessageIcon::Warning, MessageButtons::YesNoCancel)) {
         case MessageAnswer::Yes:
             StoreToData();
-            return true;
+            // A named stimulus is saved under its name, and applying
+            // succeeds only if that worked.
+            return CurrentName().isEmpty() || SaveNamed();
         case MessageAnswer::No:
             m_data = m_opened;  // the sheet then writes back what the caller gave
             return true;

@@ -49,6 +49,12 @@ private:
     void OnLoad();
     void OnSaveBits();
     void StoreToData();
+    QString CurrentName() const;
+    void FillNameList(const QString& selected);
+    void OpenNamed(const QString& name);
+    bool SaveNamed();
+    void OnRemoveNamed();
+    void OnOpenFile();
     int SelectedKind() const;
     double JitterInNs(double shown) const;
 
@@ -58,6 +64,8 @@ private:
     bool m_modified = false;
     bool m_filling = false;
 
+    QComboBox* m_nameList = nullptr;
+    QLineEdit* m_nameEdit = nullptr;
     QComboBox* m_sequence = nullptr;
     QComboBox* m_bitOrder = nullptr;
     QLabel* m_levelLabel = nullptr;

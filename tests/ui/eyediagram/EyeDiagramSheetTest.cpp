@@ -743,6 +743,37 @@ private slots:
         QVERIFY(!data->GetJitterAsTime(1));
         QCOMPARE(data->GetUniformMag(), 1.5 * 100 / 3.3);
     }
+
+    void namedStimuliAreSavedOpenedAndRemoved() {
+        auto data = NewData();
+        m_messages.QueueAnswer(kv::MessageAnswer::Ok);  // the cancel question
+        QStringList namesAfterSave;
+        QString periodAfterOpen;
+        int namesAfterRemove = -1;
+        QVERIFY(!Edit(data.get(), 0x80, [&](QDialog& sheet) {
+            auto* names = FindControl<QComboBox>(&sheet, id::kNameList);
+            auto* nameEdit = FindControl<QLineEdit>(&sheet, id::kNameEdit);
+            QVERIFY(nameEdit->isHidden());
+            Type(sheet, id::kPeriod, "2.5");
+            Click(sheet, id::kNew);
+            QVERIFY(!nameEdit->isHidden() && names->isHidden());
+            nameEdit->setText("clock");
+            Click(sheet, id::kSave);
+            for (int i = 0; i < names->count(); ++i) {
+                namesAfterSave << names->itemText(i);
+            }
+            Type(sheet, id::kPeriod, "7");
+            emit names->activated(names->findText("clock"));
+            periodAfterOpen = FindControl<QLineEdit>(&sheet, id::kPeriod)->text();
+            Click(sheet, id::kRemove);
+            namesAfterRemove = names->count();
+            Click(sheet, kvcomctl_ids::kSheetCancel);
+        }));
+        QCOMPARE(namesAfterSave, QStringList{"clock"});
+        QCOMPARE(periodAfterOpen, QStringLiteral("2.500"));
+        QCOMPARE(namesAfterRemove, 0);
+        QCOMPARE(data->GetPeriod(), 3.3);
+    }
 };
 
 QTEST_MAIN(EyeDiagramSheetTest)
