@@ -202,12 +202,14 @@ private slots:
         auto* sheet = dynamic_cast<kv::ui::CEyeDiagramSheet*>(m_sheet);
         QVERIFY(sheet != nullptr);
         int startIndex = -1;
+        QWidget host;  // the sheet sits over the host's window only while it runs
+        host.show();
+        QWidget* parentWhileOpen = nullptr;
         const auto editWithFlag = [&](int pageFlag, int switchTo) {
             return WithSheet(
-                [&] {
-                    return m_sheet->EditWithPageFlag(data.get(), nullptr, pageFlag, 0x03, 0, 0);
-                },
+                [&] { return m_sheet->EditWithPageFlag(data.get(), &host, pageFlag, 0x03, 0, 0); },
                 [&](QDialog& open) {
+                    parentWhileOpen = open.parentWidget();
                     auto* tabs = open.findChild<QTabWidget*>(QStringLiteral("pages"));
                     startIndex = tabs->currentIndex();
                     tabs->setCurrentIndex(switchTo);
@@ -215,6 +217,8 @@ private slots:
                 });
         };
         QVERIFY(editWithFlag(3, 0));
+        QCOMPARE(parentWhileOpen, &host);
+        QCOMPARE(sheet->parentWidget(), nullptr);
         QCOMPARE(startIndex, 0);
         QCOMPARE(sheet->PageFlagUnknown(), 1);
         QCOMPARE(m_sheet->GetLastPageIndex(), 0);
