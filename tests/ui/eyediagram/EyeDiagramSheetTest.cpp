@@ -558,11 +558,22 @@ private slots:
             chooser.answer.reset();  // the user cancels the dialog
             Click(sheet, id::kLoad);
             QCOMPARE(pattern->m_bits.GetSize(), 32768);
+
+            // Save... writes the shown bits back as digits.
+            choose(folder.filePath("saved.bit").toStdString());
+            Click(sheet, id::kSaveBits);
+            std::ifstream saved(folder.filePath("saved.bit").toStdString(), std::ios::binary);
+            const std::string savedText{std::istreambuf_iterator<char>(saved), {}};
+            QCOMPARE(savedText, longText.substr(0, 32768));
+            choose(folder.filePath("missing/saved.bit").toStdString());
+            Click(sheet, id::kSaveBits);
+            QCOMPARE(m_messages.Requests().size(), std::size_t{2});
+            QCOMPARE(m_messages.Requests()[1].caption, std::string("Edit Stimulus"));
             m_messages.Clear();
             Click(sheet, kvcomctl_ids::kSheetOk);
         }));
         QCOMPARE(data->GetBitCount(), 32768);
-        QCOMPARE(chooser.queries.size(), std::size_t{4});
+        QCOMPARE(chooser.queries.size(), std::size_t{6});
         QCOMPARE(chooser.queries[0].filter,
                  std::string("Bit sequence file (*.bit)|*.bit|All Files (*.*) | *.*|"));
         QCOMPARE(chooser.queries[0].defaultExtension, std::string("bit"));
