@@ -1,7 +1,9 @@
 #include "module/KVComCtlFactory.h"
 
+#include "core/eyediagram/EyeStimAdaptor.h"
 #include "core/ports/MessagePort.h"
 #include "core/stimulus/StimulusData.h"
+#include "ui/eyediagram/EyeDiagramSheet.h"
 #include "ui/padstack/PadstackEditorDlg.h"
 #include "ui/progress/ProgressBarCtrl.h"
 #include "ui/progress/ProgressDlg.h"
@@ -72,11 +74,12 @@ void CKVComCtlFactory::Destroy(ICouplingRgnWalkerDlg* walker) {
 }
 
 void CKVComCtlFactory::Destroy(IEyeDiagramDialog* sheet) {
-    (void)sheet;  // none handed out yet
+    // The interface is the sheet's second base: static_cast finds the sheet.
+    delete static_cast<ui::CEyeDiagramSheet*>(sheet);
 }
 
 void CKVComCtlFactory::Destroy(IEyeDiagramStimAdaptor* adaptor) {
-    (void)adaptor;  // none handed out yet
+    delete static_cast<CEyeStimAdaptor*>(adaptor);
 }
 
 void CKVComCtlFactory::Destroy(IEyeDiagramData* data) {
@@ -86,12 +89,12 @@ void CKVComCtlFactory::Destroy(IEyeDiagramData* data) {
 }
 
 IEyeDiagramStimAdaptor* CKVComCtlFactory::CreateEyeStimAdaptor() {
-    return nullptr;
+    // A plain data object: no module state. The host gives it back to slot 6.
+    return new CEyeStimAdaptor();
 }
 
 IEyeDiagramDialog* CKVComCtlFactory::CreateEyeDiagramSheet() {
-    ui::ModuleStateGuard moduleState;
-    return nullptr;
+    return CreateWidgetComponent<ui::CEyeDiagramSheet, IEyeDiagramDialog>("The eye diagram sheet");
 }
 
 IViaVizCtrl* CKVComCtlFactory::CreateViaVisualizerCtrl() {

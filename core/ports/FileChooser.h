@@ -36,4 +36,22 @@ public:
     virtual std::optional<ChosenFile> ChooseSaveFile(const FileQuery& query) = 0;
 };
 
+// The chooser that dialogs of the module ask, when one is installed (not
+// owned); null restores none, and each dialog then shows its own Qt dialog.
+// Returns the chooser installed before.
+IFileChooser* InstallFileChooser(IFileChooser* chooser);
+IFileChooser* InstalledFileChooser();
+
+// Installs a chooser for the life of the guard and puts back the previous one.
+class ScopedFileChooser {
+public:
+    explicit ScopedFileChooser(IFileChooser& chooser) : m_previous(InstallFileChooser(&chooser)) {}
+    ~ScopedFileChooser() { InstallFileChooser(m_previous); }
+    ScopedFileChooser(const ScopedFileChooser&) = delete;
+    ScopedFileChooser& operator=(const ScopedFileChooser&) = delete;
+
+private:
+    IFileChooser* m_previous;
+};
+
 }  // namespace kv

@@ -7,6 +7,7 @@
 #include "kvcomctl/ICRWDCoupledNetsList.h"
 #include "kvcomctl/IEyeDiagramData.h"
 #include "kvcomctl/IEyeDiagramDialog.h"
+#include "kvcomctl/IEyeDiagramStimAdaptor.h"
 #include "kvcomctl/IKVComCtlFactory.h"
 #include "kvcomctl/IPadstackEditorCtrl.h"
 #include "kvcomctl/IProgress.h"

@@ -388,6 +388,37 @@ TEST(HostPadstackEditor, EditsTheHostsRecordsInAModalDialog) {
     g_factory->DestroyPadstackEditorDlg(editor);
 }
 
+// The host opens the sheet on its own stimulus, finds the window as a user
+// would and confirms it; then it simulates the result through the adaptor.
+TEST(HostEyeDiagram, SheetAndAdaptorThroughTheFactory) {
+    IEyeDiagramData* data = g_factory->CreateStimulusData();
+    IEyeDiagramDialog* sheet = g_factory->CreateEyeDiagramSheet();
+    ASSERT_NE(sheet, nullptr);
+    QString title;
+    QTimer::singleShot(0, [&title] {
+        if (auto* open = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
+            title = open->windowTitle();
+            open->findChild<QPushButton*>(QStringLiteral("ctl1"))->click();
+        }
+    });
+    EXPECT_TRUE(sheet->EditWithPageFlag(data, nullptr, 1, 0x80, 0, 0));
+    EXPECT_EQ(title, QStringLiteral("Edit Stimulus"));
+    EXPECT_EQ(sheet->GetLastPageIndex(), 0);
+    g_factory->Destroy(sheet);
+
+    IEyeDiagramStimAdaptor* adaptor = g_factory->CreateEyeStimAdaptor();
+    ASSERT_NE(adaptor, nullptr);
+    EXPECT_EQ(adaptor->GetPointCount(), 0);
+    const int32_t count = adaptor->Build(data, 0.0, 3.3, 1e-10, 1e-10);
+    ASSERT_GT(count, 2);
+    EXPECT_EQ(adaptor->GetPoints()[0].time, 0.0);
+    EXPECT_NEAR(adaptor->GetDuration(), 4 * 31 * 3.3e-9, 1e-18);  // 4 cycles of 31 bits
+    EXPECT_EQ(adaptor->Build(nullptr, 0.0, 3.3, 1e-10, 1e-10), -1);
+    EXPECT_EQ(adaptor->GetPointCount(), 0);
+    g_factory->Destroy(adaptor);
+    g_factory->Destroy(data);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
