@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "core/shared/FileIo.h"
 #include "core/stimulus/BitFile.h"
 #include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/PageMessages.h"
@@ -68,18 +67,6 @@ const std::array<KindRow, 7>& KindTable() {
         {seq::kPulse, {true, 3, kInitialState, kHighLow}},
     }};
     return table;
-}
-
-std::string Fill(std::string_view format, std::string_view first, std::string_view second = {}) {
-    std::string text(format);
-    if (const std::size_t at = text.find("%s"); at != std::string::npos) {
-        text.replace(at, 2, first);
-        if (const std::size_t next = text.find("%s", at + first.size());
-            next != std::string::npos) {
-            text.replace(next, 2, second);
-        }
-    }
-    return text;
 }
 
 bool InRange(double value, double low, double high) {
@@ -217,44 +204,11 @@ std::optional<std::string_view> CheckJitter(double nanoseconds, double periodNs)
 }
 
 std::optional<BitVector> LoadPatternFile(const std::string& path) {
-    BitVector bits;
-    const BitScan scan = ScanBitFile(path, kMaxBitFileBits, [&bits](std::span<const uint8_t> more) {
-        bits.insert(bits.end(), more.begin(), more.end());
-        return true;
-    });
-    switch (scan.end) {
-        case BitScanEnd::Unreadable:
-            Ask(Fill("Unable to load file %s due to following reason:\n%s", path,
-                     std::strerror(scan.error)),
-                MessageIcon::Warning, MessageButtons::Ok);
-            return std::nullopt;
-        case BitScanEnd::NotSequence:
-            Ask(Fill("Unable to load sequence\nFile %s is not valid sequence file", path),
-                MessageIcon::Warning, MessageButtons::Ok);
-            return std::nullopt;
-        case BitScanEnd::Truncated:
-            Ask("Sequence too long\nSequence length will be truncated to " +
-                    std::to_string(kMaxBitFileBits),
-                MessageIcon::Warning, MessageButtons::Ok);
-            return bits;
-        case BitScanEnd::Complete:
-        case BitScanEnd::Stopped:
-            break;
-    }
-    return bits;
+    return ReadBitFile(path, kCaption);
 }
 
 bool SavePatternFile(const std::string& path, const BitVector& bits) {
-    std::string text(bits.size(), '0');
-    for (std::size_t i = 0; i < bits.size(); ++i) {
-        text[i] = bits[i] != 0 ? '1' : '0';
-    }
-    const FileResult result = ReplaceFileAtomically(path, text);
-    if (!result.ok) {
-        Ask(Fill("Unable to save file %s due to following reason:\n%s", path, result.reason),
-            MessageIcon::Warning, MessageButtons::Ok);
-    }
-    return result.ok;
+    return WriteBitFile(path, bits, kCaption);
 }
 
 }  // namespace kv::stimulus_edit

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "core/ports/MessagePort.h"
@@ -32,10 +33,12 @@ std::string Fill(std::string_view format, std::string_view first, std::string_vi
     return text;
 }
 
-void ReportLoadFailure(const std::string& path, int error) {
-    ShowMessage(
-        Fill("Unable to load file %s due to following reason:\n%s", path, std::strerror(error)),
-        MessageIcon::Error);
+void Report(std::string_view caption, std::string text, MessageIcon icon) {
+    MessageRequest request;
+    request.text = std::move(text);
+    request.caption = std::string(caption.empty() ? kMessageCaption : caption);
+    request.icon = icon;
+    ShowMessage(request);
 }
 
 }  // namespace
@@ -91,7 +94,7 @@ BitScan ScanBitFile(const std::string& path, std::size_t maxBits,
     }
 }
 
-std::optional<BitVector> ReadBitFile(const std::string& path) {
+std::optional<BitVector> ReadBitFile(const std::string& path, std::string_view caption) {
     BitVector bits;
     const BitScan scan = ScanBitFile(path, kMaxBitFileBits, [&bits](std::span<const uint8_t> more) {
         bits.insert(bits.end(), more.begin(), more.end());
@@ -99,16 +102,21 @@ std::optional<BitVector> ReadBitFile(const std::string& path) {
     });
     switch (scan.end) {
         case BitScanEnd::Unreadable:
-            ReportLoadFailure(path, scan.error);
+            Report(caption,
+                   Fill("Unable to load file %s due to following reason:\n%s", path,
+                        std::strerror(scan.error)),
+                   MessageIcon::Error);
             return std::nullopt;
         case BitScanEnd::NotSequence:
-            ShowMessage(Fill("Unable to load sequence\nFile %s is not valid sequence file", path),
-                        MessageIcon::Warning);
+            Report(caption,
+                   Fill("Unable to load sequence\nFile %s is not valid sequence file", path),
+                   MessageIcon::Warning);
             return std::nullopt;
         case BitScanEnd::Truncated:
-            ShowMessage("Sequence too long\nSequence length will be truncated to " +
-                            std::to_string(kMaxBitFileBits),
-                        MessageIcon::Warning);
+            Report(caption,
+                   "Sequence too long\nSequence length will be truncated to " +
+                       std::to_string(kMaxBitFileBits),
+                   MessageIcon::Warning);
             return bits;
         case BitScanEnd::Complete:
         case BitScanEnd::Stopped:
@@ -117,16 +125,16 @@ std::optional<BitVector> ReadBitFile(const std::string& path) {
     return bits;
 }
 
-bool WriteBitFile(const std::string& path, const BitVector& bits) {
+bool WriteBitFile(const std::string& path, const BitVector& bits, std::string_view caption) {
     std::string text(bits.size(), '0');
     for (std::size_t i = 0; i < bits.size(); ++i) {
         text[i] = bits[i] != 0 ? '1' : '0';
     }
     const FileResult result = ReplaceFileAtomically(path, text);
     if (!result.ok) {
-        ShowMessage(
-            Fill("Unable to save file %s due to following reason:\n %s", path, result.reason),
-            MessageIcon::Error);
+        Report(caption,
+               Fill("Unable to save file %s due to following reason:\n %s", path, result.reason),
+               MessageIcon::Error);
         return false;
     }
     return true;

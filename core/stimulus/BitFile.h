@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "core/stimulus/StimulusData.h"
 
@@ -43,11 +44,12 @@ BitScan ScanBitFile(const std::string& path, std::size_t maxBits,
 // The bits of the file, at most 32768 of them (more are cut, with a
 // message); none, after a message, when the file cannot be read or holds a
 // character that is neither a digit 0/1 nor a separator (blank, tab, ',',
-// ';', CR, LF).
-std::optional<BitVector> ReadBitFile(const std::string& path);
+// ';', CR, LF). The messages carry `caption` (the application's own when
+// empty), so a page can show them under its title.
+std::optional<BitVector> ReadBitFile(const std::string& path, std::string_view caption = {});
 
 // Writes the bits with no separators and no line end, replacing the file.
 // False, after a message, when it cannot be written.
-bool WriteBitFile(const std::string& path, const BitVector& bits);
+bool WriteBitFile(const std::string& path, const BitVector& bits, std::string_view caption = {});
 
 }  // namespace kv
