@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShowEvent>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -21,7 +22,7 @@ namespace kv::ui {
 namespace {
 
 constexpr const char* kWindowTitle = "Coupling Region Walker";
-constexpr QSize kInitialSize{860, 520};
+constexpr QSize kInitialSize{1000, 560};
 
 QString FromHost(const char* text) {
     return text != nullptr ? QString::fromUtf8(text) : QString();
@@ -37,6 +38,9 @@ CCoupRgnWalkerDlg::CCoupRgnWalkerDlg() : m_list(new CCoupledNetsList) {
     setSizeGripEnabled(true);
     BuildLayout();
     resize(kInitialSize);
+    // The Nets pane starts with a little over half the width, room for its
+    // four titles at the dialog's first size.
+    m_panes->setSizes({kInitialSize.width() * 11 / 20, kInitialSize.width() * 9 / 20});
     HostParentGuard::Install(this);
 }
 
@@ -132,9 +136,7 @@ bool CCoupRgnWalkerDlg::CreateWindow(QWidget* parent, ICRWDHost* host) {
     setParent(parent, windowFlags() | Qt::Dialog);
     m_host = host;
     m_created = true;
-    // Column widths follow the pane's width, so the layout is settled first.
-    layout()->activate();
-    m_nets->resize(m_panes->sizes().value(0, m_nets->width()), m_nets->height());
+    m_widthsSettled = false;
     m_list->AttachPane(m_nets);
     return true;
 }
@@ -160,6 +162,18 @@ bool CCoupRgnWalkerDlg::DestroyWindow() {
     m_host = nullptr;
     setParent(nullptr, windowFlags());
     return true;
+}
+
+void CCoupRgnWalkerDlg::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    // The columns were built before the window had its real size: the first
+    // time it is up, the pane is attached again, so they share its actual
+    // width (building columns drops the rows' cells, so the rows come again).
+    if (m_created && !m_widthsSettled) {
+        m_widthsSettled = true;
+        layout()->activate();
+        m_list->AttachPane(m_nets);
+    }
 }
 
 void CCoupRgnWalkerDlg::reject() {

@@ -72,6 +72,7 @@ public slots:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     void BuildLayout();
@@ -89,6 +90,7 @@ private:
     bool m_created = false;
     bool m_destroying = false;
     bool m_selectingForHost = false;
+    bool m_widthsSettled = false;
 
     QLabel* m_caption = nullptr;
     QLabel* m_currentNet = nullptr;

@@ -182,6 +182,8 @@ CFramelessListView::CFramelessListView(QWidget* parent)
     header()->setStretchLastSection(false);
     header()->setSectionsMovable(false);
     header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    // Column widths are the list's to decide, down to the padding alone.
+    header()->setMinimumSectionSize(1);
     // Rows stay in the list's order until the user clicks a title.
     header()->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);

@@ -135,24 +135,32 @@ private slots:
         QCOMPARE(dialog.CrossSectionPane().HighlightedNet(), std::string());
     }
 
-    void columnsFillTheWidthOfTheNetsPane() {
+    void columnsShareTheWidthOfTheNetsPaneOnceShown() {
         CCoupRgnWalkerDlg dialog;
+        dialog.Access()->GetNetsList()->AddNet("A", "1 mm", "TOP", "0.1 mm");
         QVERIFY(dialog.Access()->CreateWindow(nullptr, nullptr));
+        dialog.Access()->Show(true);
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         auto& pane = dialog.NetsPane();
         QCOMPARE(pane.header()->count(), 4);
         QCOMPARE(pane.model()->headerData(1, Qt::Horizontal).toString(),
                  QStringLiteral("Separation From Current Net"));
+        QCOMPARE(pane.CellText(0, 3), QStringLiteral("0.1 mm"));
+        const auto title = [&](int column) {
+            return pane.fontMetrics().horizontalAdvance(
+                pane.model()->headerData(column, Qt::Horizontal).toString());
+        };
+        // Columns 1 and 3 keep their title plus the same padding; the pane
+        // is wide enough that 0 and 2 take up the rest exactly.
+        const int padding = pane.columnWidth(1) - title(1);
+        QVERIFY(padding > 0);
+        QCOMPARE(pane.columnWidth(3) - title(3), padding);
+        QVERIFY(pane.columnWidth(0) - title(0) > padding);
         int sum = 0;
         for (int column = 0; column < 4; ++column) {
             sum += pane.columnWidth(column);
         }
-        // Either the titles alone are wider than the pane or the columns
-        // fill it exactly.
-        const int titles = pane.columnWidth(1) + pane.columnWidth(3);
-        QVERIFY(sum == pane.viewport()->width() || sum > pane.viewport()->width());
-        QVERIFY(pane.columnWidth(1) >
-                pane.fontMetrics().horizontalAdvance("Separation From Current Net"));
-        QVERIFY(titles < sum);
+        QCOMPARE(sum, pane.viewport()->width());
     }
 
     void destroyingTheWindowReportsWhatStandsInTheWay() {
