@@ -73,7 +73,14 @@ void CKVComCtlFactory::Destroy(ICouplingRgnWalkerDlg* walker) {
     walker->DestroyWindow();
     CCoupRgnWalkerDlg* dialog = found->second;
     m_walkerDialogs.erase(found);
-    delete dialog;
+    if (dialog->IsNotifyingHost()) {
+        // Given back from inside one of its own calls to the host (Close
+        // clicked, the host destroys it at once): deleted when that call has
+        // returned to the event loop.
+        dialog->deleteLater();
+    } else {
+        delete dialog;
+    }
 }
 
 void CKVComCtlFactory::Destroy(IEyeDiagramDialog* sheet) {

@@ -141,6 +141,29 @@ TEST(HostWalker, ClicksReachTheHost) {
     g_factory->Destroy(walker);
 }
 
+// The usual host: the walker goes as soon as the user closes it.
+struct DestroyOnClose final : ICRWDHost {
+    ICouplingRgnWalkerDlg* walker = nullptr;
+    void OnRegionStep(int32_t) override {}
+    void OnNetSelected(int32_t) override {}
+    void OnWalkerClosed() override { g_factory->Destroy(walker); }
+};
+
+TEST(HostWalker, DestroyedFromItsOwnCloseNotification) {
+    DestroyOnClose host;
+    host.walker = g_factory->CreateCoupRgnWalkerDlg();
+    QWidget owner;
+    QPointer<QDialog> dialog = CreateUnder(host.walker, owner, &host);
+    host.walker->Show(true);
+    QTest::mouseClick(dialog->findChild<QPushButton*>("ctl2"), Qt::LeftButton);
+    // Not deleted under the click that is still being handled, but once the
+    // event loop has it back.
+    EXPECT_FALSE(dialog.isNull());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(dialog.isNull());
+    g_factory->Destroy(host.walker);  // already gone: ignored
+}
+
 TEST(HostWalker, SelectingAMissingEntryIsReported) {
     ICouplingRgnWalkerDlg* walker = g_factory->CreateCoupRgnWalkerDlg();
     QWidget owner;

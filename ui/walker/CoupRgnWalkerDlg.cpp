@@ -109,16 +109,10 @@ void CCoupRgnWalkerDlg::BuildLayout() {
     layout->addWidget(m_panes, 1);
     layout->addLayout(bottom);
 
-    connect(m_previous, &QPushButton::clicked, this, [this] {
-        if (m_host != nullptr) {
-            m_host->OnRegionStep(-1);
-        }
-    });
-    connect(m_next, &QPushButton::clicked, this, [this] {
-        if (m_host != nullptr) {
-            m_host->OnRegionStep(+1);
-        }
-    });
+    connect(m_previous, &QPushButton::clicked, this,
+            [this] { NotifyHost([](ICRWDHost& host) { host.OnRegionStep(-1); }); });
+    connect(m_next, &QPushButton::clicked, this,
+            [this] { NotifyHost([](ICRWDHost& host) { host.OnRegionStep(+1); }); });
     connect(close, &QPushButton::clicked, this, &QWidget::close);
     connect(m_nets->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &CCoupRgnWalkerDlg::OnRowSelected);
@@ -160,7 +154,6 @@ bool CCoupRgnWalkerDlg::DestroyWindow() {
     }
     m_created = false;
     m_host = nullptr;
-    setParent(nullptr, windowFlags());
     return true;
 }
 
@@ -176,14 +169,26 @@ void CCoupRgnWalkerDlg::showEvent(QShowEvent* event) {
     }
 }
 
+void CCoupRgnWalkerDlg::NotifyHost(const std::function<void(ICRWDHost&)>& call) {
+    if (m_host == nullptr) {
+        return;
+    }
+    ++m_notifyingHost;
+    call(*m_host);
+    // The host may have given the dialog back to the factory meanwhile: the
+    // factory then leaves the deletion to the event loop, so this still
+    // exists here, but nothing more is done with it.
+    --m_notifyingHost;
+}
+
 void CCoupRgnWalkerDlg::reject() {
     close();
 }
 
 void CCoupRgnWalkerDlg::closeEvent(QCloseEvent* event) {
     event->accept();
-    if (!m_destroying && m_host != nullptr) {
-        m_host->OnWalkerClosed();
+    if (!m_destroying) {
+        NotifyHost([](ICRWDHost& host) { host.OnWalkerClosed(); });
     }
 }
 
@@ -226,8 +231,8 @@ void CCoupRgnWalkerDlg::OnRowSelected() {
     }
     const int32_t index = m_nets->ItemDataOfRow(rows.front().row());
     HighlightEntry(index);
-    if (!m_selectingForHost && m_host != nullptr) {
-        m_host->OnNetSelected(index);
+    if (!m_selectingForHost) {
+        NotifyHost([index](ICRWDHost& host) { host.OnNetSelected(index); });
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <cstdint>
+#include <functional>
 
 #include "core/walker/CoupledNetsList.h"
 #include "kvcomctl/ICouplingRgnWalkerDlg.h"
@@ -62,6 +63,10 @@ public:
 
     ICouplingRgnWalkerDlg* Access() { return &m_access; }
     bool HasWindow() const { return m_created; }
+    // Whether a call to the host is under way: the host may give the dialog
+    // back to the factory from inside it, and then it must not be deleted
+    // under the caller's feet.
+    bool IsNotifyingHost() const { return m_notifyingHost > 0; }
     CCoupledNetsList& NetsList() { return *m_list; }
     CFramelessListView& NetsPane() { return *m_nets; }
     CCrossSectionCtrl& CrossSectionPane() { return *m_crossSection; }
@@ -82,6 +87,7 @@ private:
     void SetCurrentNet(const char* netName);
     bool SelectNet(int32_t index);
     void OnRowSelected();
+    void NotifyHost(const std::function<void(ICRWDHost&)>& call);
     void HighlightEntry(int32_t index);
 
     CDlgAccess m_access{*this};
@@ -91,6 +97,7 @@ private:
     bool m_destroying = false;
     bool m_selectingForHost = false;
     bool m_widthsSettled = false;
+    int m_notifyingHost = 0;
 
     QLabel* m_caption = nullptr;
     QLabel* m_currentNet = nullptr;

@@ -187,6 +187,26 @@ private slots:
         QCOMPARE(host.closed, 0);
     }
 
+    void theHostMayDestroyTheWindowWhileItCloses() {
+        struct DestroyingHost final : ICRWDHost {
+            ICouplingRgnWalkerDlg* walker = nullptr;
+            bool destroyed = false;
+            void OnRegionStep(int32_t) override {}
+            void OnNetSelected(int32_t) override {}
+            void OnWalkerClosed() override { destroyed = walker->DestroyWindow(); }
+        } host;
+        CCoupRgnWalkerDlg dialog;
+        host.walker = dialog.Access();
+        QVERIFY(host.walker->CreateWindow(nullptr, &host));
+        host.walker->Show(true);
+        QTest::mouseClick(FindControl<QPushButton>(&dialog, CCoupRgnWalkerDlg::kIdClose),
+                          Qt::LeftButton);
+        QVERIFY(host.destroyed);
+        QVERIFY(!dialog.HasWindow());
+        QVERIFY(!dialog.isVisible());
+        QVERIFY(m_port.Requests().empty());
+    }
+
     void crossSectionIsCopiedAndAListOutlivesItsDialog() {
         STACKUPLAYER layer{};
         layer.kind = STACKUP_CONDUCTOR;
