@@ -4,6 +4,7 @@
 
 #include <QHeaderView>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QtTest>
 #include <numeric>
@@ -220,6 +221,13 @@ private slots:
             trace.width = 9;  // the host's record may change or go
             QCOMPARE(dialog.CrossSectionPane().Data().traces.at(0).width, 1e-4);
             QVERIFY(dialog.Access()->CreateWindow(nullptr, nullptr));
+            dialog.Access()->SetReport("Region 1\nDDR_DQ2  0.152 mm");
+            auto* report = FindControl<QPlainTextEdit>(&dialog, CCoupRgnWalkerDlg::kIdReport);
+            QCOMPARE(report->toPlainText(), QStringLiteral("Region 1\nDDR_DQ2  0.152 mm"));
+            QVERIFY(report->isReadOnly());
+            QVERIFY(report->textInteractionFlags() & Qt::TextSelectableByKeyboard);
+            dialog.Access()->SetReport(nullptr);
+            QVERIFY(report->toPlainText().isEmpty());
             kept = dialog.Access()->GetNetsList();
             QCOMPARE(kept->AddRef(), 2);
         }
