@@ -25,7 +25,9 @@ void FillEntry(NETENTRY& entry, const std::array<std::string_view, 4>& texts) {
     std::array<const char*, 4> starts{};
     char* cursor = entry.block.get();
     for (std::size_t i = 0; i < texts.size(); ++i) {
-        std::memcpy(cursor, texts[i].data(), texts[i].size());
+        if (!texts[i].empty()) {  // a null text has no data to copy from
+            std::memcpy(cursor, texts[i].data(), texts[i].size());
+        }
         cursor[texts[i].size()] = '\0';
         starts[i] = cursor;
         cursor += texts[i].size() + 1;
