@@ -96,13 +96,17 @@ CrossSectionData CrossSectionData::Copy(const STACKUPARRAY* stackup,
     if (stackup != nullptr && stackup->layers != nullptr && stackup->count > 0) {
         for (int32_t i = 0; i < stackup->count; ++i) {
             const STACKUPLAYER& layer = stackup->layers[i];
-            data.layers.push_back({BoundedText(layer.name, sizeof layer.name), layer.kind,
-                                   layer.usage, std::max(0.0, layer.thickness)});
+            data.layers.push_back(
+                {BoundedText(layer.name, sizeof layer.name), layer.kind, layer.usage,
+                 std::isfinite(layer.thickness) ? std::max(0.0, layer.thickness) : 0.0});
         }
     }
     if (traces != nullptr && count > 0) {
         for (int32_t i = 0; i < count; ++i) {
             const CROSSSECTIONTRACE& trace = traces[i];
+            if (!std::isfinite(trace.x) || !std::isfinite(trace.width)) {
+                continue;  // no place on the board to draw it at
+            }
             data.traces.push_back({trace.layer, trace.x, std::max(0.0, trace.width), trace.role,
                                    BoundedText(trace.net, sizeof trace.net)});
         }

@@ -36,6 +36,8 @@ struct CrossSectionData {
 
     // Copies the host's records. A null stackup or trace array, or a
     // negative count, counts as none; a net name fills at most its 64 bytes.
+    // Traces at no finite place are left out; a thickness that is no finite
+    // positive number counts as 0.
     static CrossSectionData Copy(const STACKUPARRAY* stackup, const CROSSSECTIONTRACE* traces,
                                  int32_t count);
 };

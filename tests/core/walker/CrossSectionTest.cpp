@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <limits>
 
 #include "core/walker/CrossSection.h"
 #include "core/walker/RegionCaption.h"
@@ -125,6 +126,15 @@ TEST(CrossSection, MissingOrBrokenInputDrawsAMessageNotAPicture) {
     CROSSSECTIONTRACE full = Trace(0, 0, 0.001, 0, "");
     std::memset(full.net, 'N', sizeof full.net);
     EXPECT_EQ(CrossSectionData::Copy(nullptr, &full, 1).traces[0].net, std::string(64, 'N'));
+
+    // A trace at no finite place cannot be drawn; the others still are.
+    const CROSSSECTIONTRACE mixed[] = {
+        Trace(0, std::numeric_limits<double>::infinity(), 1e-4, 0, "A"),
+        Trace(0, 0, std::numeric_limits<double>::quiet_NaN(), 0, "B"),
+        Trace(0, 1e-4, 1e-4, 0, "C")};
+    const CrossSectionData kept = CrossSectionData::Copy(nullptr, mixed, 3);
+    ASSERT_EQ(kept.traces.size(), 1u);
+    EXPECT_EQ(kept.traces[0].net, "C");
 }
 
 TEST(RegionCaption, CountsFromOneAndStopsAtTheEnds) {
