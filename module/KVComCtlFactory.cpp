@@ -10,9 +10,7 @@
 #include "ui/progress/ProgressReport.h"
 #include "ui/shared/ModuleState.h"
 #include "ui/via/ViaVisualizerCtrl.h"
-
-// Components not built into this module yet are handed out as null, and
-// their destroy operations have nothing to destroy.
+#include "ui/walker/CoupRgnWalkerDlg.h"
 
 namespace kv::module {
 namespace {
@@ -64,12 +62,25 @@ void CKVComCtlFactory::Destroy(IProgressBarInterface* bar) {
 
 void CKVComCtlFactory::Destroy(ICouplingRgnWalkerDlg* walker) {
     ui::ModuleStateGuard moduleState;
-    if (walker == nullptr) {
+    // Only dialogs in the map are called at all: a pointer given back a
+    // second time points at a dialog that is gone, and calling into it would
+    // touch freed memory.
+    const auto found = m_walkerDialogs.find(walker);
+    if (walker == nullptr || found == m_walkerDialogs.end()) {
         return;
     }
-    const auto found = m_walkerDialogs.find(walker);
-    if (found != m_walkerDialogs.end()) {
-        m_walkerDialogs.erase(found);
+    // The window goes first (DestroyWindow reports its own failure), then
+    // the dialog, whatever the window said.
+    walker->DestroyWindow();
+    CCoupRgnWalkerDlg* dialog = found->second;
+    m_walkerDialogs.erase(found);
+    if (dialog->IsNotifyingHost()) {
+        // Given back from inside one of its own calls to the host (Close
+        // clicked, the host destroys it at once): deleted when that call has
+        // returned to the event loop.
+        dialog->deleteLater();
+    } else {
+        delete dialog;
     }
 }
 
@@ -120,8 +131,15 @@ void CKVComCtlFactory::DestroyPadstackEditorDlg(IPadstackEditorCtrl* editor) {
 }
 
 ICouplingRgnWalkerDlg* CKVComCtlFactory::CreateCoupRgnWalkerDlg() {
-    ui::ModuleStateGuard moduleState;
-    return nullptr;
+    auto* dialog = CreateWidgetComponent<CCoupRgnWalkerDlg, CCoupRgnWalkerDlg>(
+        "The Coupling Region Walker dialog");
+    if (dialog == nullptr) {
+        return nullptr;
+    }
+    // The interface is a member inside the dialog: only this map leads back.
+    ICouplingRgnWalkerDlg* walker = dialog->Access();
+    m_walkerDialogs.insert_or_assign(walker, dialog);
+    return walker;
 }
 
 IProgressBarInterface* CKVComCtlFactory::CreateProgressBarCtrl() {

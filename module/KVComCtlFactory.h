@@ -6,9 +6,13 @@
 
 #include "kvcomctl/IKVComCtlFactory.h"
 
+namespace kv::ui {
+class CCoupRgnWalkerDlg;
+}
+
 namespace kv::module {
 
-class CCoupRgnWalkerDlg;
+using ui::CCoupRgnWalkerDlg;
 
 // Hash of a walker interface pointer: the pointer value shifted right by 4
 // bits (objects are at least 16-byte aligned, so the low bits say nothing).

@@ -5,6 +5,7 @@
 
 #include "kvcomctl/EyeMask.h"
 #include "kvcomctl/ICRWDCoupledNetsList.h"
+#include "kvcomctl/ICouplingRgnWalkerDlg.h"
 #include "kvcomctl/IEyeDiagramData.h"
 #include "kvcomctl/IEyeDiagramDialog.h"
 #include "kvcomctl/IEyeDiagramStimAdaptor.h"

@@ -1,0 +1,187 @@
+// The coupling region walker as a host uses it: loaded with dlopen, created
+// and destroyed through the factory, driven through its interface, and
+// telling the host what the user clicked.
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "kvcomctl/kvcomctl.h"
+
+namespace {
+
+struct LibraryCloser {
+    void operator()(void* handle) const { dlclose(handle); }
+};
+std::unique_ptr<void, LibraryCloser> g_library;
+IKVComCtlFactory* g_factory = nullptr;
+
+class HostEnvironment : public ::testing::Environment {
+public:
+    void SetUp() override {
+        g_library.reset(dlopen(KV_LIBRARY_PATH, RTLD_NOW | RTLD_LOCAL));
+        ASSERT_NE(g_library, nullptr) << dlerror();
+        auto get =
+            reinterpret_cast<GetKVComCtlFactoryFn>(dlsym(g_library.get(), "GetKVComCtlFactory"));
+        ASSERT_NE(get, nullptr) << dlerror();
+        g_factory = get();
+    }
+    void TearDown() override { g_library.reset(); }
+};
+
+struct TestHost final : ICRWDHost {
+    std::vector<int32_t> steps;
+    std::vector<int32_t> selected;
+    int closed = 0;
+    void OnRegionStep(int32_t step) override { steps.push_back(step); }
+    void OnNetSelected(int32_t index) override { selected.push_back(index); }
+    void OnWalkerClosed() override { ++closed; }
+};
+
+// Answers the next message box as a user would and keeps its text.
+class BoxAnswerer {
+public:
+    BoxAnswerer() {
+        QTimer::singleShot(0, [this] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                texts.push_back(box->text().toStdString());
+                box->accept();
+            }
+        });
+    }
+    std::vector<std::string> texts;
+};
+
+// The walker's window, found as the host's window's new dialog child.
+QDialog* CreateUnder(ICouplingRgnWalkerDlg* walker, QWidget& owner, ICRWDHost* host) {
+    const auto before = owner.findChildren<QDialog*>(Qt::FindDirectChildrenOnly);
+    EXPECT_TRUE(walker->CreateWindow(&owner, host));
+    for (QDialog* dialog : owner.findChildren<QDialog*>(Qt::FindDirectChildrenOnly)) {
+        if (!before.contains(dialog)) {
+            return dialog;
+        }
+    }
+    return nullptr;
+}
+
+QString Caption(QDialog* dialog) {
+    return dialog->findChild<QLabel*>("ctl1204")->text();
+}
+
+TEST(HostWalker, TwoWalkersEachFoundByItsOwnPointerAndDeletedOnce) {
+    QWidget owner;
+    ICouplingRgnWalkerDlg* first = g_factory->CreateCoupRgnWalkerDlg();
+    ICouplingRgnWalkerDlg* second = g_factory->CreateCoupRgnWalkerDlg();
+    ASSERT_NE(first, nullptr);
+    ASSERT_NE(second, nullptr);
+    ASSERT_NE(first, second);
+    QPointer<QDialog> firstDialog = CreateUnder(first, owner, nullptr);
+    QPointer<QDialog> secondDialog = CreateUnder(second, owner, nullptr);
+    ASSERT_TRUE(firstDialog && secondDialog);
+    first->SetRegion(0, 2, "A");
+    second->SetRegion(1, 2, "B");
+    EXPECT_EQ(Caption(firstDialog), "Region 1 of 2: A");
+    EXPECT_EQ(Caption(secondDialog), "Region 2 of 2: B");
+
+    g_factory->Destroy(first);
+    EXPECT_TRUE(firstDialog.isNull());
+    EXPECT_FALSE(secondDialog.isNull());
+    g_factory->Destroy(first);  // already destroyed: ignored, the other stays
+    EXPECT_FALSE(secondDialog.isNull());
+    second->SetRegion(0, 2, "C");
+    EXPECT_EQ(Caption(secondDialog), "Region 1 of 2: C");
+    g_factory->Destroy(second);
+    EXPECT_TRUE(secondDialog.isNull());
+}
+
+TEST(HostWalker, DestroyTakesTheWindowFirstAndSaysWhenItIsGone) {
+    ICouplingRgnWalkerDlg* walker = g_factory->CreateCoupRgnWalkerDlg();
+    QWidget owner;
+    QPointer<QDialog> dialog = CreateUnder(walker, owner, nullptr);
+    EXPECT_TRUE(walker->DestroyWindow());
+    BoxAnswerer answerer;
+    g_factory->Destroy(walker);
+    EXPECT_TRUE(dialog.isNull());
+    EXPECT_EQ(answerer.texts, std::vector<std::string>{
+                                  "The Coupling Region Walker dialog has no window to destroy."});
+}
+
+TEST(HostWalker, ClicksReachTheHost) {
+    ICouplingRgnWalkerDlg* walker = g_factory->CreateCoupRgnWalkerDlg();
+    QWidget owner;
+    TestHost host;
+    ICRWDCoupledNetsList* list = walker->GetNetsList();
+    list->AddNet("CLK_N", "0.15 mm", "TOP", "0.10 mm");
+    list->AddNet("D3", "0.40 mm", "TOP", "0.10 mm");
+    QDialog* dialog = CreateUnder(walker, owner, &host);
+    walker->SetRegion(2, 5, "Fan-out");
+    walker->Show(true);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog));
+    QTest::mouseClick(dialog->findChild<QPushButton*>("ctl1206"), Qt::LeftButton);
+    QTest::mouseClick(dialog->findChild<QPushButton*>("ctl1205"), Qt::LeftButton);
+    auto* nets = dialog->findChild<QAbstractItemView*>("ctl1201");
+    const QRect row = nets->visualRect(nets->model()->index(1, 0));
+    QTest::mouseClick(nets->viewport(), Qt::LeftButton, {}, row.center());
+    QTest::mouseClick(dialog->findChild<QPushButton*>("ctl2"), Qt::LeftButton);
+    EXPECT_EQ(host.steps, (std::vector<int32_t>{+1, -1}));
+    EXPECT_EQ(host.selected, std::vector<int32_t>{1});
+    EXPECT_EQ(host.closed, 1);
+    g_factory->Destroy(walker);
+}
+
+// The usual host: the walker goes as soon as the user closes it.
+struct DestroyOnClose final : ICRWDHost {
+    ICouplingRgnWalkerDlg* walker = nullptr;
+    void OnRegionStep(int32_t) override {}
+    void OnNetSelected(int32_t) override {}
+    void OnWalkerClosed() override { g_factory->Destroy(walker); }
+};
+
+TEST(HostWalker, DestroyedFromItsOwnCloseNotification) {
+    DestroyOnClose host;
+    host.walker = g_factory->CreateCoupRgnWalkerDlg();
+    QWidget owner;
+    QPointer<QDialog> dialog = CreateUnder(host.walker, owner, &host);
+    host.walker->Show(true);
+    QTest::mouseClick(dialog->findChild<QPushButton*>("ctl2"), Qt::LeftButton);
+    // Not deleted under the click that is still being handled, but once the
+    // event loop has it back.
+    EXPECT_FALSE(dialog.isNull());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(dialog.isNull());
+    g_factory->Destroy(host.walker);  // already gone: ignored
+}
+
+TEST(HostWalker, SelectingAMissingEntryIsReported) {
+    ICouplingRgnWalkerDlg* walker = g_factory->CreateCoupRgnWalkerDlg();
+    QWidget owner;
+    walker->GetNetsList()->AddNet("A", nullptr, nullptr, nullptr);
+    CreateUnder(walker, owner, nullptr);
+    EXPECT_TRUE(walker->SelectNet(0));
+    BoxAnswerer answerer;
+    EXPECT_FALSE(walker->SelectNet(3));
+    EXPECT_EQ(answerer.texts,
+              std::vector<std::string>{"Unable to select an entry in the Nets pane."});
+    g_factory->Destroy(walker);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    ::testing::AddGlobalTestEnvironment(new HostEnvironment);
+    return RUN_ALL_TESTS();
+}
