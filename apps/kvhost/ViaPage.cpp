@@ -1,7 +1,8 @@
 // The via visualizer as a host uses it: the control comes from the factory, the host fills
 // each via's data in place through GetViaData, hands over the electrical model, and exports
-// through the control.
+// through the control. "Edit Padstack..." edits the control's own via data and refreshes it.
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QDir>
@@ -14,7 +15,9 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QSvgGenerator>
+#include <QTableView>
 #include <QTextStream>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWidget>
 #include <memory>
@@ -26,6 +29,7 @@
 namespace {
 
 constexpr int32_t kControlId = 1300;
+constexpr double kMaxPadSize = 2.54e-3;  // the host's limit for this board: 100 mils
 
 const QStringList kExamples = {QStringLiteral("via_signal_6layer"),
                                QStringLiteral("via_pair_6layer")};
@@ -50,6 +54,60 @@ private:
     IViaVizCtrl* m_control;
 };
 
+// Opens the padstack editor from the factory on the control's first via, modal over `parent`;
+// after OK the control is refreshed so its views and export show the change. True on OK.
+bool EditPadstack(IKVComCtlFactory& factory, QWidget* parent, IViaVizCtrl& control) {
+    IPadstackEditorCtrl* editor = factory.CreatePadstackEditorDlg();
+    IViaVizData* data = control.GetViaData(0);
+    if (editor == nullptr || data == nullptr) {
+        factory.DestroyPadstackEditorDlg(editor);
+        return false;
+    }
+    editor->SetMaxPadSize(kMaxPadSize);
+    const int32_t used[] = {data->GetPadstack()->firstLayer};
+    editor->SetUsedLayers(used, 1);
+    const bool ok = editor->Edit(parent, data) == 1;
+    factory.DestroyPadstackEditorDlg(editor);
+    if (ok) {
+        control.Refresh();
+    }
+    return ok;
+}
+
+// Renders the open editor as a user sees it, preview included, then cancels it as a user would.
+void TourPadstackEditor(IKVComCtlFactory& factory, const QDir& out, QTextStream& log) {
+    IViaVizCtrl* control = factory.CreateViaVisualizerCtrl();
+    QString error;
+    if (control == nullptr || !control->Create(nullptr, kControlId) ||
+        !FillViaControl(*control, ExamplePath(kExamples.front()), &error)) {
+        LogTourWrite(false, out.filePath(QStringLiteral("padstack_editor.png")), log);
+        factory.DestroyViaVisualizerCtrl(control);
+        return;
+    }
+    QWidget owner;
+    owner.resize(480, 320);
+    owner.show();
+    QTimer::singleShot(0, &owner, [&out, &log] {
+        const QString png = out.filePath(QStringLiteral("padstack_editor.png"));
+        QWidget* dialog = QApplication::activeModalWidget();
+        if (dialog == nullptr) {
+            LogTourWrite(false, png, log);
+            return;
+        }
+        dialog->resize(1000, 600);
+        // The preview shows the top layer's pad, as after a click on its row.
+        if (auto* table = dialog->findChild<QTableView*>(QStringLiteral("ctl1006"))) {
+            table->setCurrentIndex(table->model()->index(1, 0));
+        }
+        LogTourWrite(dialog->grab().save(png, "PNG"), png, log);
+        if (auto* cancel = dialog->findChild<QPushButton*>(QStringLiteral("ctl2"))) {
+            cancel->click();
+        }
+    });
+    EditPadstack(factory, &owner, *control);
+    factory.DestroyViaVisualizerCtrl(control);
+}
+
 QWidget* CreateViaWidget(IKVComCtlFactory& factory) {
     auto* page = new ViaPageWidget(factory);
     auto* layout = new QVBoxLayout(page);
@@ -71,11 +129,13 @@ QWidget* CreateViaWidget(IKVComCtlFactory& factory) {
     auto* layer = new QSpinBox;
     layer->setRange(1, 99);
     auto* exportButton = new QPushButton(QObject::tr("Export to Spice..."));
+    auto* editButton = new QPushButton(QObject::tr("Edit Padstack..."));
     auto* status = new QLabel;
     bar->addWidget(side);
     bar->addWidget(top);
     bar->addWidget(layer);
     bar->addWidget(exportButton);
+    bar->addWidget(editButton);
     bar->addStretch();
     layout->addLayout(bar);
     layout->addWidget(control->GetWindow(), 1);
@@ -96,6 +156,11 @@ QWidget* CreateViaWidget(IKVComCtlFactory& factory) {
     QObject::connect(exportButton, &QPushButton::clicked, page, [control, status] {
         status->setText(control->ExportToSpice() ? QObject::tr("Subcircuit written.")
                                                  : QObject::tr("Nothing written."));
+    });
+    QObject::connect(editButton, &QPushButton::clicked, page, [&factory, control, status, page] {
+        if (EditPadstack(factory, page->window(), *control)) {
+            status->setText(QObject::tr("Padstack changed; the views and the export show it."));
+        }
     });
     load(examples->currentText());
     return page;
@@ -160,6 +225,7 @@ void TourVia(IKVComCtlFactory& factory, const QDir& out, QTextStream& log) {
     std::unique_ptr<QWidget> widget(CreateViaWidget(factory));
     widget->resize(900, 640);
     SaveWidgetPng(*widget, out, QStringLiteral("via.png"), log);
+    TourPadstackEditor(factory, out, log);
 }
 
 const HostPageRegistration kRegistration{

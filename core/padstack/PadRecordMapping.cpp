@@ -61,6 +61,13 @@ TableShape ShapeOf(const std::array<ShapeCode, N>& codes, int32_t code, bool squ
     return found.value_or(TableShape::None);
 }
 
+// The code readers of shape codes draw for an anti-pad of table code `antiPadCode`: its own
+// outline, or none for the shapes without one ("Clearance" is drawn around the drilled hole).
+int32_t ReaderOutlineCode(int32_t antiPadCode) {
+    return antiPadCode >= PAD_SHAPE_ROUND && antiPadCode <= PAD_SHAPE_OBLONG ? antiPadCode
+                                                                             : PAD_SHAPE_NONE;
+}
+
 // A record written without an anti-pad shape: see ViaRecords.h.
 TableShape UnsetAntiPadShape(const PADDATA& record, TableShape padShape) {
     if (record.padType == PAD_TYPE_ANTIPAD) {
@@ -92,6 +99,15 @@ PADDATA PadRecordFromRow(const PadstackRow& row) {
     record.antipad_y = row.antiPadHeight;
     record.antipadAngle = row.antiPadAngle;
     record.clearance = row.clearance;
+    if (record.padType == PAD_TYPE_ANTIPAD) {
+        // The via views and the export read an anti-pad record's shape and pad fields as the
+        // anti-pad: put it there, so a plane layer written back unchanged is the record it was
+        // read from, and park the row's unused pad sizes in the anti-pad fields.
+        record.shape = ReaderOutlineCode(antiPadCode);
+        std::swap(record.pad_x, record.antipad_x);
+        std::swap(record.pad_y, record.antipad_y);
+        std::swap(record.angle, record.antipadAngle);
+    }
     return record;
 }
 
@@ -113,9 +129,21 @@ PadstackRow RowFromPadRecord(const PADDATA& record, int32_t layer) {
         if (row.antiPadWidth == 0.0) {
             row.antiPadWidth = record.pad_x;
             row.antiPadHeight = record.pad_y;
+            row.antiPadAngle = record.angle;
             row.padWidth = 0.0;
             row.padHeight = 0.0;
+            row.padAngle = 0.0;
         }
+        return row;
+    }
+    if (record.padType == PAD_TYPE_ANTIPAD) {
+        // Written by PadRecordFromRow: the anti-pad in the shape and pad fields.
+        row.padShape = TableShape::None;
+        row.antiPadShape = ShapeOf(kAntiPadCodes, record.antipadShape,
+                                   (record.shapeStyle & PAD_STYLE_SQUARE_ANTIPAD) != 0);
+        std::swap(row.padWidth, row.antiPadWidth);
+        std::swap(row.padHeight, row.antiPadHeight);
+        std::swap(row.padAngle, row.antiPadAngle);
         return row;
     }
     row.padShape =
@@ -125,6 +153,24 @@ PadstackRow RowFromPadRecord(const PADDATA& record, int32_t layer) {
                            : ShapeOf(kAntiPadCodes, record.antipadShape,
                                      (record.shapeStyle & PAD_STYLE_SQUARE_ANTIPAD) != 0);
     return row;
+}
+
+PadstackRow RowAsDrawn(const PadstackRow& row, const PadstackRow& defaults) {
+    PadstackRow drawn = row;
+    if (row.padShape == TableShape::Auto) {
+        drawn.padShape = defaults.padShape;
+        drawn.padWidth = defaults.padWidth;
+        drawn.padHeight = defaults.padHeight;
+        drawn.padAngle = defaults.padAngle;
+    }
+    if (row.antiPadShape == TableShape::Auto) {
+        drawn.antiPadShape = defaults.antiPadShape;
+        drawn.antiPadWidth = defaults.antiPadWidth;
+        drawn.antiPadHeight = defaults.antiPadHeight;
+        drawn.antiPadAngle = defaults.antiPadAngle;
+        drawn.clearance = defaults.clearance;
+    }
+    return drawn;
 }
 
 }  // namespace kv

@@ -34,6 +34,10 @@ struct PadstackRow {
 // The record of a row, as ViaRecords.h lays the table's shapes out in it.
 PADDATA PadRecordFromRow(const PadstackRow& row);
 
+// The row as it is drawn: an "<Auto>" pad or anti-pad takes its shape and sizes from `defaults`
+// (the "<default>" row), since a record of it names no outline of its own.
+PadstackRow RowAsDrawn(const PadstackRow& row, const PadstackRow& defaults);
+
 // The row a record reads as; `layer` is not kept in the record. Records written without an
 // anti-pad shape are read as ViaRecords.h tells.
 PadstackRow RowFromPadRecord(const PADDATA& record, int32_t layer);

@@ -138,8 +138,13 @@ LayerPadSpecs PadSpecsOf(const PADDATA& pad, double drilledDiameter) {
     const double height = UsableSize(pad.pad_y) ? pad.pad_y : pad.pad_x;
     if (pad.padType == PAD_TYPE_PAD) {
         specs.pad = {pad.shape, pad.pad_x, pad.pad_y, pad.angle};
+        // A record that names the anti-pad's own outline is drawn with it; others, as older
+        // records were, with the pad's.
+        const bool ownOutline =
+            pad.antipadShape >= PAD_SHAPE_ROUND && pad.antipadShape <= PAD_SHAPE_OBLONG;
         if (UsableSize(pad.antipad_x)) {
-            specs.antipad = {pad.shape, pad.antipad_x, pad.antipad_y, pad.antipadAngle};
+            specs.antipad = {ownOutline ? pad.antipadShape : pad.shape, pad.antipad_x,
+                             pad.antipad_y, pad.antipadAngle};
         } else if (clearance > 0.0) {
             specs.antipad = {pad.shape, pad.pad_x + 2 * clearance, height + 2 * clearance,
                              pad.angle};

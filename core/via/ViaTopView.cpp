@@ -120,10 +120,12 @@ std::vector<std::string> Legend(const PadTopViewInput& input, const LayerPadShap
         padLine = ShapeLegend("Pad", pad->shape, pad->pad_x, pad->pad_y, pad->angle, input.metric);
     }
     if (pad != nullptr && !shapes.antipad.empty()) {
+        const bool ownOutline = pad->shape >= PAD_SHAPE_ROUND && pad->shape <= PAD_SHAPE_CUSTOM;
         if (pad->padType == PAD_TYPE_PAD && pad->antipad_x > 0.0) {
-            antipadLine = ShapeLegend("Anti-pad", pad->shape, pad->antipad_x, pad->antipad_y,
-                                      pad->antipadAngle, input.metric);
-        } else if (pad->padType == PAD_TYPE_ANTIPAD && pad->pad_x > 0.0) {
+            antipadLine =
+                ShapeLegend("Anti-pad", PadSpecsOf(*pad, 0.0).antipad.shape, pad->antipad_x,
+                            pad->antipad_y, pad->antipadAngle, input.metric);
+        } else if (pad->padType == PAD_TYPE_ANTIPAD && ownOutline && pad->pad_x > 0.0) {
             antipadLine = ShapeLegend("Anti-pad", pad->shape, pad->pad_x, pad->pad_y, pad->angle,
                                       input.metric);
         } else {

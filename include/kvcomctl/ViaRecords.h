@@ -93,13 +93,18 @@ struct PADDATA {
 // Readers that know only the shape codes see "<Auto>" as no pad, since codes 0 and 1 both mean
 // none; the editor tells them apart. A layer row with a pad is PAD_TYPE_PAD, one without
 // ("<None>") PAD_TYPE_ANTIPAD; a layer with no row in the table is PAD_TYPE_NONE and keeps the
-// rest of its record. pad_x, pad_y and angle always describe the pad, antipad_x, antipad_y and
-// antipadAngle the anti-pad.
+// rest of its record. In a PAD_TYPE_PAD record pad_x, pad_y and angle describe the pad,
+// antipad_x, antipad_y and antipadAngle the anti-pad. A PAD_TYPE_ANTIPAD record keeps the layout
+// readers of the shape codes know: `shape`, pad_x, pad_y and angle are the anti-pad's (`shape` is
+// its outline code, PAD_SHAPE_NONE for "Clearance" and "<Auto>", which have none of their own),
+// and antipad_x, antipad_y and antipadAngle hold the row's pad sizes, which a "<None>" pad keeps
+// for the table only. So a plane layer read and written back unchanged is the same record.
 //
 // A record whose antipadShape is ANTIPAD_SHAPE_UNSET was written without an anti-pad shape. The
 // editor then reads a PAD_TYPE_ANTIPAD record as an anti-pad of `shape` sized by pad_x and
-// pad_y (when antipad_x is zero, and then with no pad size), and any other record as an anti-pad of
-// the pad's shape when it has an anti-pad width, "Clearance" when it has only a clearance, and
+// pad_y and turned by angle (when antipad_x is zero, and then with no pad size), and any other
+// record as an anti-pad of the pad's shape when it has an anti-pad width, "Clearance" when it has
+// only a clearance, and
 // "<None>" otherwise.
 inline constexpr int32_t ANTIPAD_SHAPE_UNSET = 0;
 inline constexpr int32_t ANTIPAD_SHAPE_NONE = 1;

@@ -4,7 +4,6 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
-#include <QFrame>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -23,6 +22,7 @@
 #include "ui/padstack/PadstackTableModel.h"
 #include "ui/shared/ControlIds.h"
 #include "ui/shared/ModuleState.h"
+#include "ui/via/ViaVisualizerCtrl.h"
 
 namespace kv::ui {
 namespace {
@@ -81,16 +81,13 @@ void CPadstackEditorDlg::BuildLayout() {
     spanForm->addRow(tr("End layer:"), m_lastLayer);
     top->addWidget(spanBox);
 
-    // Left empty on purpose: the via visualizer's top view of the selected row's pad and
-    // anti-pad goes here once it is available.
     auto* previewBox = new QGroupBox(tr("Top view"));
     auto* previewLayout = new QVBoxLayout(previewBox);
-    auto* preview = new QFrame;
-    preview->setObjectName(QStringLiteral("padPreviewArea"));
-    preview->setFrameShape(QFrame::StyledPanel);
-    preview->setMinimumSize(kPreviewSide, kPreviewSide);
-    previewLayout->addWidget(preview);
-    top->addWidget(previewBox);
+    m_preview = new CPadTopViewCtrl;
+    m_preview->setObjectName(QStringLiteral("padPreviewArea"));
+    m_preview->setMinimumSize(kPreviewSide, kPreviewSide);
+    previewLayout->addWidget(m_preview);
+    top->addWidget(previewBox, 1);
     layout->addLayout(top);
 
     m_tableModel = new PadstackTableModel(
@@ -136,6 +133,8 @@ void CPadstackEditorDlg::BuildLayout() {
 
     connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &CPadstackEditorDlg::selectedPadChanged);
+    connect(this, &CPadstackEditorDlg::selectedPadChanged, this,
+            &CPadstackEditorDlg::UpdatePreview);
     connect(m_drill, &QLineEdit::editingFinished, this, &CPadstackEditorDlg::OnDrillEdited);
     connect(m_firstLayer, &QComboBox::textActivated, this,
             [this](const QString& choice) { OnSpanChosen(true, choice); });
@@ -230,13 +229,36 @@ bool CPadstackEditorDlg::IsModified() const {
     return m_modified;
 }
 
+int CPadstackEditorDlg::SelectedGridRow() const {
+    const QModelIndex current = m_table->currentIndex();
+    return current.isValid() ? PadstackTableModel::GridRow(current) : kDefaultGridRow;
+}
+
 PADDATA CPadstackEditorDlg::SelectedPad() const {
     if (m_model.GridRowCount() <= kDefaultGridRow) {
         return PADDATA{};
     }
-    const QModelIndex current = m_table->currentIndex();
-    const int gridRow = current.isValid() ? PadstackTableModel::GridRow(current) : kDefaultGridRow;
-    return PadRecordFromRow(m_model.RowAt(gridRow));
+    return PadRecordFromRow(m_model.RowAt(SelectedGridRow()));
+}
+
+PADDATA CPadstackEditorDlg::SelectedPadAsDrawn() const {
+    if (m_model.GridRowCount() <= kDefaultGridRow) {
+        return PADDATA{};
+    }
+    return PadRecordFromRow(
+        RowAsDrawn(m_model.RowAt(SelectedGridRow()), m_model.RowAt(kDefaultGridRow)));
+}
+
+// The preview shows the finished hole (the drill size) inside the drilled one.
+void CPadstackEditorDlg::UpdatePreview() {
+    if (m_model.GridRowCount() <= kDefaultGridRow) {
+        m_preview->SetPad(nullptr, 0.0, 0.0, m_metric);
+        return;
+    }
+    const PADDATA pad = SelectedPadAsDrawn();
+    const int gridRow = SelectedGridRow();
+    m_preview->SetPad(&pad, m_model.State().drill, m_model.Plating(), m_model.Units().Metric(),
+                      Text(m_model.CellText(gridRow, kLayerNameColumn)));
 }
 
 void CPadstackEditorDlg::SetOpenedHook(std::function<void(CPadstackEditorDlg&)> hook) {

@@ -17,15 +17,14 @@ class QUndoStack;
 
 namespace kv::ui {
 
+class CPadTopViewCtrl;
 class PadstackTableModel;
 
 // The padstack editor: drill fields, layer span and the pad table of one padstack, edited on a
 // copy that goes back into the host's records only on OK. Every accepted edit can be undone.
 //
-// The top view of the selected row's pad and anti-pad belongs in the area named
-// "padPreviewArea"; it stays empty until the via visualizer's top view is placed there. The
-// dialog already says when that view must be drawn again (selectedPadChanged) and what it
-// shows (SelectedPad, ActualDrill).
+// The via visualizer's top view, named "padPreviewArea", shows the selected row's pad and
+// anti-pad to scale, redrawn whenever selectedPadChanged is emitted.
 class CPadstackEditorDlg : public QDialog, public IPadstackEditorCtrl {
     Q_OBJECT
 public:
@@ -65,6 +64,8 @@ public:
     const PadstackEditModel& Model() const { return m_model; }
     // The record of the table's current row, or of the "<default>" row when none is current.
     PADDATA SelectedPad() const;
+    // The record the preview draws for the current row: "<Auto>" shapes taken from "<default>".
+    PADDATA SelectedPadAsDrawn() const;
     double ActualDrill() const { return m_model.ActualDrill(); }
     QUndoStack& UndoStack() const { return *m_undo; }
 
@@ -90,6 +91,8 @@ private:
     void PushChange(const QString& what, const PadstackEditState& before);
     void RestoreState(const PadstackEditState& state);
     void UpdateApply();
+    void UpdatePreview();
+    int SelectedGridRow() const;
 
     PadstackEditModel m_model;
     PadstackEditState m_loaded;
@@ -111,6 +114,7 @@ private:
     QDialogButtonBox* m_buttons = nullptr;
     QPushButton* m_apply = nullptr;
     QUndoStack* m_undo = nullptr;
+    CPadTopViewCtrl* m_preview = nullptr;
 };
 
 }  // namespace kv::ui

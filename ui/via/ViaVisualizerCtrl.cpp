@@ -221,11 +221,15 @@ QSize CPadTopViewCtrl::sizeHint() const {
     return {320, 320};
 }
 
-void CPadTopViewCtrl::paintEvent(QPaintEvent* /*event*/) {
+PadTopViewInput CPadTopViewCtrl::Input() const {
     PadTopViewInput input = m_input;
     input.pad = m_pad ? &*m_pad : nullptr;
+    return input;
+}
+
+void CPadTopViewCtrl::paintEvent(QPaintEvent* /*event*/) {
     QtCanvas canvas(*this, font());
-    DrawLayerPadTopView(canvas, ClientOf(size()), input);
+    DrawLayerPadTopView(canvas, ClientOf(size()), Input());
 }
 
 }  // namespace kv::ui

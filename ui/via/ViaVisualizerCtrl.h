@@ -92,6 +92,9 @@ public:
     void SetPad(const PADDATA* pad, double drill, double plating, bool metric,
                 const QString& title = {});
 
+    // What the view draws now; its pad points into the widget and lives until the next SetPad.
+    PadTopViewInput Input() const;
+
     QSize sizeHint() const override;
 
 protected:

@@ -83,6 +83,28 @@ TEST(PadRecordMapping, RecordsWithoutAnAntiPadShapeReadAsTheirSizesSay) {
     EXPECT_EQ(RowFromPadRecord(pad, 0).padShape, TableShape::None);
 }
 
+// Readers of the shape codes look at type, shape and sizes; only the table's own anti-pad shape
+// may be added when a plane layer read from an older record is written back.
+TEST(PadRecordMapping, PlaneLayerWrittenBackIsTheRecordReadersKnew) {
+    PADDATA plane{};
+    plane.padType = PAD_TYPE_ANTIPAD;
+    plane.shape = PAD_SHAPE_OVAL;
+    plane.pad_x = Mils(34);
+    plane.pad_y = Mils(40);
+    plane.angle = 45;
+    plane.clearance = Mils(6);
+    PADDATA again = PadRecordFromRow(RowFromPadRecord(plane, 2));
+    EXPECT_EQ(again.antipadShape, PAD_SHAPE_OVAL);
+    again.antipadShape = plane.antipadShape;
+    EXPECT_EQ(std::memcmp(&again, &plane, sizeof plane), 0);
+    // Shapes without an outline of their own give readers none, not a code they would draw.
+    const PADDATA clearance = Pad(TableShape::None, 12, 12, TableShape::Clearance, 0, 0, 0, 5);
+    EXPECT_EQ(clearance.padType, PAD_TYPE_ANTIPAD);
+    EXPECT_EQ(clearance.shape, PAD_SHAPE_NONE);
+    EXPECT_EQ(RowFromPadRecord(clearance, 0).antiPadShape, TableShape::Clearance);
+    EXPECT_DOUBLE_EQ(RowFromPadRecord(clearance, 0).padWidth, Mils(12));
+}
+
 TEST_F(PadstackTest, WrittenBackPadstackLoadsAsTheSameTable) {
     ASSERT_EQ(model.EditCell(1, kPadShapeColumn, "Square").outcome, EditOutcome::Accepted);
     ASSERT_EQ(model.EditCell(2, kPadShapeColumn, "<Auto>").outcome, EditOutcome::Accepted);
@@ -95,8 +117,7 @@ TEST_F(PadstackTest, WrittenBackPadstackLoadsAsTheSameTable) {
     const PADDATA dielectric = padstack.pads[1];
     model.WriteTo(padstack);
     EXPECT_EQ(padstack.pads[2].padType, PAD_TYPE_NONE);
-    EXPECT_DOUBLE_EQ(padstack.pads[2].antipad_x, Mils(30))
-        << "a layer without a row keeps the rest";
+    EXPECT_DOUBLE_EQ(padstack.pads[2].pad_x, Mils(30)) << "a layer without a row keeps the rest";
     EXPECT_EQ(std::memcmp(&padstack.pads[1], &dielectric, sizeof dielectric), 0);
     EXPECT_EQ(padstack.firstLayer, 2);
 

@@ -253,6 +253,20 @@ TEST(PadOutline, ShapesAreCutAlongTheirTurnedWidth) {
     EXPECT_NEAR(kv::CutAlongX(kv::PadShapesOf(pad, 0.5).antipad).right, 0.75, 1e-9);
 }
 
+TEST(PadOutline, AntiPadTakesItsOwnOutlineOnlyWhenTheRecordNamesOne) {
+    PADDATA pad{};
+    pad.padType = PAD_TYPE_PAD;
+    pad.shape = PAD_SHAPE_ROUND;
+    pad.pad_x = 5e-4;
+    pad.antipad_x = 9e-4;
+    pad.antipad_y = 7e-4;
+    EXPECT_EQ(kv::PadSpecsOf(pad, 3e-4).antipad.shape, PAD_SHAPE_ROUND);
+    pad.antipadShape = PAD_SHAPE_OVAL;
+    EXPECT_EQ(kv::PadSpecsOf(pad, 3e-4).antipad.shape, PAD_SHAPE_OVAL);
+    pad.antipadShape = ANTIPAD_SHAPE_AUTO;  // no outline of its own: the pad's, as before
+    EXPECT_EQ(kv::PadSpecsOf(pad, 3e-4).antipad.shape, PAD_SHAPE_ROUND);
+}
+
 TEST(PadTopView, LayerIsDrawnToOneScaleWithItsValues) {
     kv::test::RecordingCanvas canvas;
     const PADDATA pad = Pad(PAD_TYPE_PAD, PAD_SHAPE_RECTANGLE, 600 * kUm, 400 * kUm, 90.0, 0.0);

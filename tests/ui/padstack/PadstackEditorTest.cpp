@@ -12,6 +12,9 @@
 #include <functional>
 #include <vector>
 
+#include <QFile>
+#include <QTemporaryDir>
+#include "apps/kvhost/ViaExample.h"
 #include "core/padstack/PadstackRow.h"
 #include "core/padstack/PadstackUnits.h"
 #include "core/via/ViaVizData.h"
@@ -19,6 +22,7 @@
 #include "tests/support/RecordingMessagePort.h"
 #include "ui/padstack/PadstackEditorDlg.h"
 #include "ui/shared/ControlIds.h"
+#include "ui/via/ViaVisualizerCtrl.h"
 
 using kv::TableShape;
 using kv::ui::CPadstackEditorDlg;
@@ -93,6 +97,20 @@ void Click(CPadstackEditorDlg& dialog, int id) {
     FindControl<QPushButton>(&dialog, id)->click();
 }
 
+QByteArray ReadFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The export's fourth line names the time it ran.
+QByteArray WithoutTime(QByteArray text) {
+    QList<QByteArray> lines = text.split('\n');
+    if (lines.size() > 3 && lines[3].startsWith("*    generated ")) {
+        lines.removeAt(3);
+    }
+    return lines.join('\n');
+}
+
 // View columns: the grid's columns less the row numbers.
 constexpr int kPadShape = 1;
 constexpr int kPadWidth = 2;
@@ -106,7 +124,7 @@ class PadstackEditorTest : public QObject {
 private:
     // Runs Edit on the board with `act` done inside the open dialog; a dialog the actions
     // left open is cancelled, so a failed check cannot hang the test.
-    int32_t EditWith(std::function<void(CPadstackEditorDlg&)> act) {
+    int32_t EditWith(std::function<void(CPadstackEditorDlg&)> act, IViaVizData* data = nullptr) {
         auto* dialog = static_cast<CPadstackEditorDlg*>(m_editor);
         dialog->SetOpenedHook([this, act](CPadstackEditorDlg& open) {
             m_port.apply = FindControl<QPushButton>(&open, CPadstackEditorDlg::kApplyId);
@@ -115,7 +133,7 @@ private:
                 open.reject();
             }
         });
-        return m_editor->Edit(&m_host, &m_data);
+        return m_editor->Edit(&m_host, data != nullptr ? data : &m_data);
     }
 
     kv::module::CKVComCtlFactory m_factory;
@@ -260,6 +278,58 @@ private slots:
         QCOMPARE(m_data.GetPadstack()->drill, 0.0003);
         QCOMPARE(m_data.GetPadstack()->pads[0].shape, PAD_SHAPE_ROUND);
         QCOMPARE(m_data.GetPadstack()->pads[1].padType, PAD_TYPE_NONE);
+    }
+
+    void previewFollowsTheSelectedRowAndItsEdits() {
+        const PADDATA defaultPad = Pad(TableShape::Oval, 18, 22, TableShape::Round, 28);
+        m_editor->SetDefaultPad(&defaultPad);
+        EditWith([](CPadstackEditorDlg& dialog) {
+            auto* preview =
+                dialog.findChild<kv::ui::CPadTopViewCtrl*>(QStringLiteral("padPreviewArea"));
+            QVERIFY(preview != nullptr);
+            auto* table = FindControl<QTableView>(&dialog, CPadstackEditorDlg::kTableId);
+            table->setCurrentIndex(table->model()->index(2, kPadWidth));
+            QVERIFY(preview->Input().pad != nullptr);
+            QCOMPARE(preview->Input().pad->shape, PAD_SHAPE_RECTANGLE);
+            QCOMPARE(preview->Input().pad->pad_y, Mils(16));
+            QCOMPARE(preview->Input().drill, Mils(10));
+            QCOMPARE(QString::fromStdString(preview->Input().title), QStringLiteral("BOTTOM"));
+            table->setCurrentIndex(table->model()->index(1, kPadWidth));
+            QCOMPARE(preview->Input().pad->shape, PAD_SHAPE_ROUND);
+            QCOMPARE(preview->Input().pad->pad_x, Mils(20));
+            QVERIFY(Type(dialog, 1, kPadWidth, QStringLiteral("26")));
+            QCOMPARE(preview->Input().pad->pad_x, Mils(26));
+            // An "<Auto>" pad is drawn as the "<default>" row's.
+            QVERIFY(Type(dialog, 1, kPadShape, QStringLiteral("<Auto>")));
+            QCOMPARE(dialog.SelectedPad().shape, PAD_SHAPE_UNSET);
+            QCOMPARE(preview->Input().pad->shape, PAD_SHAPE_OVAL);
+            QCOMPARE(preview->Input().pad->pad_y, Mils(22));
+            auto* drill = FindControl<QLineEdit>(&dialog, CPadstackEditorDlg::kDrillId);
+            drill->setText(QStringLiteral("8"));
+            emit drill->editingFinished();
+            QCOMPARE(preview->Input().drill, Mils(8));
+        });
+    }
+
+    // The example via's plane layers are anti-pad-only rows: an unchanged OK must leave every
+    // record the export reads as it was.
+    void unchangedOkKeepsTheExampleExportGolden() {
+        kv::ui::CViaVisualizerCtrl control;
+        QString error;
+        QVERIFY2(FillViaControl(control, QStringLiteral(KV_EXAMPLES_DIR "/via_signal_6layer.json"),
+                                &error),
+                 qPrintable(error));
+        const int32_t result =
+            EditWith([](CPadstackEditorDlg& dialog) { Click(dialog, CPadstackEditorDlg::kOkId); },
+                     control.GetViaData(0));
+        QCOMPARE(result, 1);
+        QVERIFY(!m_editor->IsModified());
+        control.Refresh();
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("via.cir"));
+        QVERIFY(control.ExportToSpiceFile(path.toUtf8().constData()));
+        QCOMPARE(WithoutTime(ReadFile(path)),
+                 WithoutTime(ReadFile(QStringLiteral(KV_TEST_DATA_DIR "/via_signal_6layer.cir"))));
     }
 };
 
