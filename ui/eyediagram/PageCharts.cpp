@@ -1,0 +1,68 @@
+#include "ui/eyediagram/PageCharts.h"
+
+#include <QVBoxLayout>
+
+#include "core/shared/ColorRef.h"
+#include "ui/chart/ChartControl.h"
+
+namespace kv::ui {
+namespace {
+
+enum CurveId : uint32_t { kWaveformCurve = 1, kMaskOpeningCurve = 2, kMaskLimitCurve = 3 };
+
+constexpr uint32_t kWaveformColour = MakeColorRef(0, 64, 192);
+constexpr uint32_t kMaskOpeningColour = MakeColorRef(208, 0, 0);
+constexpr uint32_t kMaskLimitColour = MakeColorRef(224, 128, 0);
+
+CChartControl* MakeChart(QWidget* area) {
+    auto* layout = new QVBoxLayout(area);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* chart = new CChartControl(area);
+    layout->addWidget(chart);
+    chart->SetUnits("s", "V");
+    return chart;
+}
+
+void AddPolyline(CChartControl& chart, const std::vector<VEC2>& points, uint32_t colour,
+                 uint32_t identifier) {
+    Curve curve(points.data(), static_cast<int>(points.size()), colour);
+    curve.m_identifier = identifier;
+    chart.AddCurve(std::move(curve));
+}
+
+}  // namespace
+
+CChartControl* MakeWaveformChart(QWidget* area) {
+    CChartControl* chart = MakeChart(area);
+    chart->SetCurveName(kWaveformCurve, "Stimulus");
+    return chart;
+}
+
+CChartControl* MakeMaskChart(QWidget* area) {
+    CChartControl* chart = MakeChart(area);
+    chart->SetCurveName(kMaskOpeningCurve, "Mask opening");
+    chart->SetCurveName(kMaskLimitCurve, "Mask limit");
+    return chart;
+}
+
+void ShowWaveform(CChartControl& chart, std::span<const STIMPOINT> points) {
+    std::vector<VEC2> corners;
+    corners.reserve(points.size());
+    for (const STIMPOINT& point : points) {
+        corners.push_back({point.time, point.level});
+    }
+    chart.RemoveAllCurves();
+    if (!corners.empty()) {
+        AddPolyline(chart, corners, kWaveformColour, kWaveformCurve);
+    }
+    chart.Fit();
+}
+
+void ShowMaskOutline(CChartControl& chart, const MaskOutline& outline) {
+    chart.RemoveAllCurves();
+    AddPolyline(chart, outline.outer, kMaskLimitColour, kMaskLimitCurve);
+    AddPolyline(chart, outline.inner, kMaskOpeningColour, kMaskOpeningCurve);
+    chart.Fit();
+}
+
+}  // namespace kv::ui
