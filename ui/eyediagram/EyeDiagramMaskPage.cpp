@@ -102,7 +102,9 @@ CEyeDiagramMaskPage::CEyeDiagramMaskPage(CStimulusData& data)
 
 void CEyeDiagramMaskPage::showEvent(QShowEvent* event) {
     CSheetPage::showEvent(event);
-    UpdateDrawing();  // the bit interval may have changed on another page
+    // The bit interval may have changed on another page, and the grid steps
+    // that end the fitted view depend on the size the chart is shown in.
+    UpdateDrawing();
     if (m_openChecked) {
         return;
     }

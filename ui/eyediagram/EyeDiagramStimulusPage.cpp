@@ -128,7 +128,7 @@ CEyeDiagramStimulusPage::CEyeDiagramStimulusPage(CStimulusData& data, int pageAr
     auto* preview = new QFrame(this);
     preview->setObjectName(QStringLiteral("waveformPreviewArea"));
     preview->setFrameShape(QFrame::StyledPanel);
-    preview->setMinimumHeight(160);
+    preview->setMinimumHeight(200);
     page->addWidget(preview, 2, 0, 1, 2);
     m_preview = MakeWaveformChart(preview);
     // The pattern control tells nobody of its edits; the preview follows
@@ -161,6 +161,13 @@ bool CEyeDiagramStimulusPage::eventFilter(QObject* watched, QEvent* event) {
         UpdatePreview();
     }
     return CSheetPage::eventFilter(watched, event);
+}
+
+void CEyeDiagramStimulusPage::showEvent(QShowEvent* event) {
+    CSheetPage::showEvent(event);
+    // Fitted again at the size the chart is shown in: the grid steps, and
+    // so the fitted ends, depend on it.
+    UpdatePreview();
 }
 
 void CEyeDiagramStimulusPage::UpdatePreview() {

@@ -1,6 +1,7 @@
 #include "ui/eyediagram/PageCharts.h"
 
 #include <QVBoxLayout>
+#include <initializer_list>
 
 #include "core/shared/ColorRef.h"
 #include "ui/chart/ChartControl.h"
@@ -21,6 +22,21 @@ CChartControl* MakeChart(QWidget* area) {
     layout->addWidget(chart);
     chart->SetUnits("s", "V");
     return chart;
+}
+
+// A fitted view ends on the grid lines around the data, where a level or a
+// mask corner would lie on the plot's frame; a twentieth of the span more
+// on each side keeps them in sight.
+constexpr double kViewMargin = 0.05;
+
+void FitWithMargin(CChartControl& chart, std::initializer_list<ChartAxis> axes) {
+    chart.Fit();
+    for (const ChartAxis axis : axes) {
+        const Range fitted = chart.GetChart().Axis(axis).visible;
+        const double margin = (fitted.hi - fitted.lo) * kViewMargin;
+        chart.GetChart().SetVisibleRange(axis, {fitted.lo - margin, fitted.hi + margin});
+    }
+    chart.update();
 }
 
 void AddPolyline(CChartControl& chart, const std::vector<VEC2>& points, uint32_t colour,
@@ -55,14 +71,15 @@ void ShowWaveform(CChartControl& chart, std::span<const STIMPOINT> points) {
     if (!corners.empty()) {
         AddPolyline(chart, corners, kWaveformColour, kWaveformCurve);
     }
-    chart.Fit();
+    // Time starts at 0 with the stimulus; only the levels need room.
+    FitWithMargin(chart, {ChartAxis::Y});
 }
 
 void ShowMaskOutline(CChartControl& chart, const MaskOutline& outline) {
     chart.RemoveAllCurves();
     AddPolyline(chart, outline.outer, kMaskLimitColour, kMaskLimitCurve);
     AddPolyline(chart, outline.inner, kMaskOpeningColour, kMaskOpeningCurve);
-    chart.Fit();
+    FitWithMargin(chart, {ChartAxis::X, ChartAxis::Y});
 }
 
 }  // namespace kv::ui
