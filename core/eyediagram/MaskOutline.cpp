@@ -1,6 +1,6 @@
 #include "core/eyediagram/MaskOutline.h"
 
-#include <array>
+#include <initializer_list>
 
 namespace kv {
 namespace {
@@ -11,33 +11,13 @@ struct Corner {
     double EYEMASK::*level;
 };
 
-using Hexagon = std::array<Corner, 6>;
-
-constexpr Hexagon kInner{{
-    {&EYEMASK::TCross1Max, &EYEMASK::PCross},
-    {&EYEMASK::TRiseDelay, &EYEMASK::PTopMin},
-    {&EYEMASK::TFallDelay, &EYEMASK::PTopMin},
-    {&EYEMASK::TCross2Min, &EYEMASK::PCross},
-    {&EYEMASK::TFallDelay, &EYEMASK::PBaseMax},
-    {&EYEMASK::TRiseDelay, &EYEMASK::PBaseMax},
-}};
-
-constexpr Hexagon kOuter{{
-    {&EYEMASK::TCross1Min, &EYEMASK::PCross},
-    {&EYEMASK::TRiseDelay, &EYEMASK::PTopMax},
-    {&EYEMASK::TFallDelay, &EYEMASK::PTopMax},
-    {&EYEMASK::TCross2Max, &EYEMASK::PCross},
-    {&EYEMASK::TFallDelay, &EYEMASK::PBaseMin},
-    {&EYEMASK::TRiseDelay, &EYEMASK::PBaseMin},
-}};
-
-std::vector<VEC2> Place(const Hexagon& corners, const EYEMASK& mask, double bitInterval) {
+std::vector<VEC2> Place(std::initializer_list<Corner> corners, const EYEMASK& mask,
+                        double bitInterval) {
     std::vector<VEC2> points;
-    points.reserve(corners.size() + 1);
+    points.reserve(corners.size());
     for (const Corner& corner : corners) {
         points.push_back(PlaceMaskPoint(mask, bitInterval, mask.*corner.time, mask.*corner.level));
     }
-    points.push_back(points.front());
     return points;
 }
 
@@ -49,7 +29,22 @@ VEC2 PlaceMaskPoint(const EYEMASK& mask, double bitInterval, double percent, dou
 }
 
 MaskOutline BuildMaskOutline(const EYEMASK& mask, double bitInterval) {
-    return {Place(kInner, mask, bitInterval), Place(kOuter, mask, bitInterval)};
+    using M = EYEMASK;
+    MaskOutline outline{
+        Place({{&M::TCross1Max, &M::PCross},
+               {&M::TRiseDelay, &M::PTopMin},
+               {&M::TFallDelay, &M::PTopMin},
+               {&M::TCross2Min, &M::PCross},
+               {&M::TFallDelay, &M::PBaseMax},
+               {&M::TRiseDelay, &M::PBaseMax},
+               {&M::TCross1Max, &M::PCross}},
+              mask, bitInterval),
+        Place({{&M::TCross1Min, &M::PTopMax}, {&M::TCross2Max, &M::PTopMax}}, mask, bitInterval),
+        Place({{&M::TCross1Min, &M::PBaseMin}, {&M::TCross2Max, &M::PBaseMin}}, mask, bitInterval),
+        Place({{&M::TCross1Min, &M::PCross}, {&M::TCross1Max, &M::PCross}}, mask, bitInterval),
+        Place({{&M::TCross2Min, &M::PCross}, {&M::TCross2Max, &M::PCross}}, mask, bitInterval),
+    };
+    return outline;
 }
 
 }  // namespace kv

@@ -14,26 +14,32 @@
 //   t = interval * (OffsetTime + ScaleTime * T) / 100
 //   v = OffsetVolt + ScaleVolt * P
 //
-// A good eye keeps its traces between two hexagons: out of the inner one
-// (the opening: the latest first crossing, the lower limit of the top level
-// from rise delay to fall delay, the earliest second crossing, the upper
-// limit of the base level) and within the outer one (the earliest first
-// crossing, the upper limit of the top level, the latest second crossing,
-// the lower limit of the base level).
+// A good eye keeps its traces out of the opening (a hexagon through the
+// latest first crossing, the lower limit of the top level from rise delay to
+// fall delay, the earliest second crossing and the upper limit of the base
+// level), below the upper limit of the top level and above the lower limit of
+// the base level, and crosses the crossing level within the two crossing
+// windows. Runs of equal bits pass through the windows at the top or base
+// level, so the windows bound crossings only, not an outer figure.
 
 namespace kv {
 
 struct MaskOutline {
-    // Each closed: the first point is repeated at the end.
-    std::vector<VEC2> inner;
-    std::vector<VEC2> outer;
+    // Closed: the first point is repeated at the end.
+    std::vector<VEC2> opening;
+    // Each from the earliest first crossing to the latest second crossing.
+    std::vector<VEC2> topLimit;
+    std::vector<VEC2> baseLimit;
+    // At the crossing level, from the earliest to the latest crossing.
+    std::vector<VEC2> firstCrossing;
+    std::vector<VEC2> secondCrossing;
 };
 
 // The placed point of mask time `percent` and mask level `volts`.
 VEC2 PlaceMaskPoint(const EYEMASK& mask, double bitInterval, double percent, double volts);
 
-// Both hexagons, clockwise from the left crossing point, for a bit interval
-// in seconds.
+// The whole figure for a bit interval in seconds; the opening runs clockwise
+// from its left corner.
 MaskOutline BuildMaskOutline(const EYEMASK& mask, double bitInterval);
 
 }  // namespace kv

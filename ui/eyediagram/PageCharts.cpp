@@ -9,11 +9,17 @@
 namespace kv::ui {
 namespace {
 
-enum CurveId : uint32_t { kWaveformCurve = 1, kMaskOpeningCurve = 2, kMaskLimitCurve = 3 };
+enum CurveId : uint32_t {
+    kWaveformCurve = 1,
+    kMaskOpeningCurve = 2,
+    kMaskLimitCurve = 3,
+    kCrossingCurve = 4,
+};
 
 constexpr uint32_t kWaveformColour = MakeColorRef(0, 64, 192);
 constexpr uint32_t kMaskOpeningColour = MakeColorRef(208, 0, 0);
 constexpr uint32_t kMaskLimitColour = MakeColorRef(224, 128, 0);
+constexpr uint32_t kCrossingColour = MakeColorRef(0, 144, 64);
 
 CChartControl* MakeChart(QWidget* area) {
     auto* layout = new QVBoxLayout(area);
@@ -57,7 +63,8 @@ CChartControl* MakeWaveformChart(QWidget* area) {
 CChartControl* MakeMaskChart(QWidget* area) {
     CChartControl* chart = MakeChart(area);
     chart->SetCurveName(kMaskOpeningCurve, "Mask opening");
-    chart->SetCurveName(kMaskLimitCurve, "Mask limit");
+    chart->SetCurveName(kMaskLimitCurve, "Level limits");
+    chart->SetCurveName(kCrossingCurve, "Crossing windows");
     return chart;
 }
 
@@ -77,8 +84,11 @@ void ShowWaveform(CChartControl& chart, std::span<const STIMPOINT> points) {
 
 void ShowMaskOutline(CChartControl& chart, const MaskOutline& outline) {
     chart.RemoveAllCurves();
-    AddPolyline(chart, outline.outer, kMaskLimitColour, kMaskLimitCurve);
-    AddPolyline(chart, outline.inner, kMaskOpeningColour, kMaskOpeningCurve);
+    AddPolyline(chart, outline.opening, kMaskOpeningColour, kMaskOpeningCurve);
+    AddPolyline(chart, outline.topLimit, kMaskLimitColour, kMaskLimitCurve);
+    AddPolyline(chart, outline.baseLimit, kMaskLimitColour, kMaskLimitCurve);
+    AddPolyline(chart, outline.firstCrossing, kCrossingColour, kCrossingCurve);
+    AddPolyline(chart, outline.secondCrossing, kCrossingColour, kCrossingCurve);
     FitWithMargin(chart, {ChartAxis::X, ChartAxis::Y});
 }
 

@@ -114,11 +114,10 @@ private slots:
         g_factory.Destroy(m_sheet);
     }
 
-    void previewFollowsTheStimulusFields() {
+    void previewFollowsTypedBitsAndTheStimulusFields() {
         auto data = NewData();
         data->SetSeqType(kv::seq::kCustom);
-        const bool bits[] = {false, true, true, false};
-        data->SetBits(bits, 4);
+        data->SetBits(nullptr, 0);
         data->SetPeriod(2.0);
         data->SetCycleCount(1);
         data->SetDutyCycle(50.0);
@@ -128,6 +127,10 @@ private slots:
             QCOMPARE(chart.GetChart().Axis(kv::ChartAxis::X).unit, std::string("s"));
             QCOMPARE(chart.GetChart().Axis(kv::ChartAxis::Y).unit, std::string("V"));
             const auto record = [&] { seen.push_back(CurveNamed(chart, "Stimulus")); };
+            record();
+            auto* pattern = FindControl<kv::ui::CBitPatternCtrl>(&sheet, stim_id::kPattern);
+            pattern->setFocus();
+            QTest::keyClicks(pattern, "0110");
             record();
             Type(sheet, stim_id::kBitInterval, "4");
             record();
@@ -139,44 +142,21 @@ private slots:
             record();
         });
         QCOMPARE(m_messages.Requests().size(), std::size_t{0});
-        QCOMPARE(seen.size(), std::size_t{4});
+        QCOMPARE(seen.size(), std::size_t{5});
+        QVERIFY(seen[0].empty());
         // 0110 at 2 ns: corners at 0, 2, 2.2, 6, 6.2, 8 ns, 0 V low and 5 V high.
-        QCOMPARE(seen[0].size(), std::size_t{6});
-        QCOMPARE(seen[0][2].y, 5.0);
-        QVERIFY(qAbs(seen[0][2].x / kNs - 2.2) < 1e-9);
-        QVERIFY(qAbs(seen[0].back().x / kNs - 8.0) < 1e-9);
-        QVERIFY(qAbs(seen[1][1].x / kNs - 4.0) < 1e-9);
-        QVERIFY(qAbs(seen[1].back().x / kNs - 16.0) < 1e-9);
-        QVERIFY(qAbs(seen[2].back().x / kNs - 48.0) < 1e-9);
+        QCOMPARE(seen[1].size(), std::size_t{6});
+        QCOMPARE(seen[1][2].y, 5.0);
+        QVERIFY(qAbs(seen[1][2].x / kNs - 2.2) < 1e-9);
+        QVERIFY(qAbs(seen[1].back().x / kNs - 8.0) < 1e-9);
+        QVERIFY(qAbs(seen[2][1].x / kNs - 4.0) < 1e-9);
+        QVERIFY(qAbs(seen[2].back().x / kNs - 16.0) < 1e-9);
+        QVERIFY(qAbs(seen[3].back().x / kNs - 48.0) < 1e-9);
         // Toggling: high for a quarter of each 4 ns interval, three cycles.
-        QCOMPARE(seen[3].size(), std::size_t{12});
-        QCOMPARE(seen[3][0].y, 5.0);
-        QVERIFY(qAbs(seen[3][1].x / kNs - 1.0) < 1e-9);
-        QVERIFY(qAbs(seen[3].back().x / kNs - 12.0) < 1e-9);
-    }
-
-    void previewFollowsTypedBits() {
-        auto data = NewData();
-        data->SetSeqType(kv::seq::kCustom);
-        data->SetBits(nullptr, 0);
-        data->SetPeriod(1.0);
-        data->SetCycleCount(1);
-        std::vector<VEC2> before;
-        std::vector<VEC2> after;
-        WithSheet(*m_sheet, data.get(), 0x01, [&](QDialog& sheet) {
-            const CChartControl& chart = ChartIn(sheet, "waveformPreviewArea");
-            before = CurveNamed(chart, "Stimulus");
-            auto* pattern = FindControl<kv::ui::CBitPatternCtrl>(&sheet, stim_id::kPattern);
-            pattern->setFocus();
-            QTest::keyClicks(pattern, "101");
-            after = CurveNamed(chart, "Stimulus");
-        });
-        QVERIFY(before.empty());
-        // 101 at 1 ns: 0, 1, 1.1, 2, 2.1, 3 ns.
-        QCOMPARE(after.size(), std::size_t{6});
-        QCOMPARE(after[0].y, 5.0);
-        QCOMPARE(after[2].y, 0.0);
-        QVERIFY(qAbs(after.back().x / kNs - 3.0) < 1e-9);
+        QCOMPARE(seen[4].size(), std::size_t{12});
+        QCOMPARE(seen[4][0].y, 5.0);
+        QVERIFY(qAbs(seen[4][1].x / kNs - 1.0) < 1e-9);
+        QVERIFY(qAbs(seen[4].back().x / kNs - 12.0) < 1e-9);
     }
 
     void maskDrawingFollowsTypedValuesAndTheBitInterval() {
@@ -191,7 +171,7 @@ private slots:
             QCOMPARE(chart.GetChart().Axis(kv::ChartAxis::X).unit, std::string("s"));
             const auto record = [&] { opening.push_back(CurveNamed(chart, "Mask opening")); };
             record();
-            limit = CurveNamed(chart, "Mask limit");
+            limit = CurveNamed(chart, "Level limits");
             KeyIn(sheet, mask_id::kCross1Max, "15");  // not yet committed
             record();
             KeyIn(sheet, mask_id::kOffsetVolt, "1");
@@ -206,8 +186,9 @@ private slots:
         QCOMPARE(opening[0].size(), std::size_t{7});
         QVERIFY(qAbs(opening[0][0].x / kNs - 0.1) < 1e-9);
         QCOMPARE(opening[0][0].y, 2.5);
-        QCOMPARE(limit.size(), std::size_t{7});
-        QVERIFY(qAbs(limit[3].x / kNs - 1.1) < 1e-9);
+        QCOMPARE(limit.size(), std::size_t{2});
+        QCOMPARE(limit[0].y, 5.5);
+        QVERIFY(qAbs(limit[1].x / kNs - 1.1) < 1e-9);
         QVERIFY(qAbs(opening[1][0].x / kNs - 0.15) < 1e-9);
         QCOMPARE(opening[2][0].y, 3.5);
         QVERIFY(qAbs(opening[3][3].x / kNs - 2.0) < 1e-9);
