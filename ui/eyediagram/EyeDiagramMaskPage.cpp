@@ -11,12 +11,15 @@
 #include <QVBoxLayout>
 
 #include "core/eyediagram/MaskFields.h"
+#include "core/eyediagram/MaskOutline.h"
 #include "core/eyediagram/StimulusEditRules.h"
 #include "core/ports/MessagePort.h"
 #include "core/settings/ProfileStore.h"
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/StimulusData.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
+#include "ui/chart/ChartControl.h"
+#include "ui/eyediagram/PageCharts.h"
 #include "ui/shared/ControlIds.h"
 
 namespace kv::ui {
@@ -53,6 +56,11 @@ CEyeDiagramMaskPage::CEyeDiagramMaskPage(CStimulusData& data)
         grid->addWidget(edit, row % 8, (row / 8) * 2 + 1);
         m_fields[field.controlId] = edit;
         connect(edit, &QLineEdit::editingFinished, this, [this, edit] { CommitField(edit); });
+        connect(edit, &QLineEdit::textChanged, this, [this] {
+            if (!m_filling) {
+                UpdateDrawing();
+            }
+        });
         ++row;
     }
     left->addWidget(numbers);
@@ -78,13 +86,12 @@ CEyeDiagramMaskPage::CEyeDiagramMaskPage(CStimulusData& data)
     left->addStretch();
     page->addLayout(left);
 
-    // Kept for the drawing of the mask in seconds and volts, which is not
-    // built yet; the area stays empty rather than show a wrong picture.
     auto* drawing = new QFrame(this);
     drawing->setObjectName(QStringLiteral("maskDrawingArea"));
     drawing->setFrameShape(QFrame::StyledPanel);
     drawing->setMinimumSize(240, 200);
     page->addWidget(drawing, 1);
+    m_drawing = MakeMaskChart(drawing);
 
     connect(m_libraryList, &QComboBox::activated, this, &CEyeDiagramMaskPage::OnLibraryChosen);
     connect(saveAs, &QPushButton::clicked, this, &CEyeDiagramMaskPage::OnSaveAs);
@@ -95,6 +102,9 @@ CEyeDiagramMaskPage::CEyeDiagramMaskPage(CStimulusData& data)
 
 void CEyeDiagramMaskPage::showEvent(QShowEvent* event) {
     CSheetPage::showEvent(event);
+    // The bit interval may have changed on another page, and the grid steps
+    // that end the fitted view depend on the size the chart is shown in.
+    UpdateDrawing();
     if (m_openChecked) {
         return;
     }
@@ -117,6 +127,20 @@ void CEyeDiagramMaskPage::ShowMask() {
     m_name->setText(Text(MaskName(m_data.m_mask)));
     m_libraryList->setCurrentIndex(m_libraryList->findText(Text(MaskName(m_data.m_mask))));
     m_filling = false;
+    UpdateDrawing();
+}
+
+void CEyeDiagramMaskPage::UpdateDrawing() {
+    // The mask as the fields read now, typed values before they are checked,
+    // so the drawing moves with every keystroke.
+    EYEMASK shown = m_data.m_mask;
+    for (const MaskField& field : mask_page::MaskFields()) {
+        if (const std::optional<double> typed =
+                stimulus_edit::ParseField(m_fields[field.controlId]->text().toStdString())) {
+            mask_page::StoreShownValue(field, shown, *typed);
+        }
+    }
+    ShowMaskOutline(*m_drawing, BuildMaskOutline(shown, m_data.GetPeriod() * 1e-9));
 }
 
 bool CEyeDiagramMaskPage::CommitField(QLineEdit* field) {

@@ -14,11 +14,13 @@ class CStimulusData;
 
 namespace kv::ui {
 
+class CChartControl;
+
 // The eye mask page ("Eye Mask"): the fifteen numbers of the stimulus's
 // mask, each checked against its neighbours or its placement range while it
 // is edited, the whole mask's order checked before the page is left, and the
-// library of named masks in the module's settings store. The drawing of the
-// mask is not part of the page yet: the area "maskDrawingArea" is kept for it.
+// library of named masks in the module's settings store, and a live drawing
+// of the mask placed on the eye (in the area "maskDrawingArea").
 class CEyeDiagramMaskPage : public CSheetPage {
     Q_OBJECT
 public:
@@ -32,6 +34,7 @@ protected:
 
 private:
     void ShowMask();
+    void UpdateDrawing();
     bool CommitField(QLineEdit* field);
     bool CommitAllFields();
     // Asks whether to keep the current mask in the library when it differs
@@ -48,6 +51,7 @@ private:
     std::map<int, QLineEdit*> m_fields;
     QComboBox* m_libraryList = nullptr;
     QLineEdit* m_name = nullptr;
+    CChartControl* m_drawing = nullptr;
     bool m_openChecked = false;
     bool m_filling = false;
 };

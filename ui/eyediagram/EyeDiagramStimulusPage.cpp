@@ -3,6 +3,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QEvent>
 #include <QFormLayout>
 #include <QFrame>
 #include <QGridLayout>
@@ -15,12 +16,15 @@
 
 #include "core/eyediagram/EyeStimulusRules.h"
 #include "core/eyediagram/StimulusEditRules.h"
+#include "core/eyediagram/WaveformPreview.h"
 #include "core/ports/MessagePort.h"
 #include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/StimulusData.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
 #include "ui/bitpattern/BitPatternCtrl.h"
+#include "ui/chart/ChartControl.h"
+#include "ui/eyediagram/PageCharts.h"
 #include "ui/shared/ControlIds.h"
 
 namespace kv::ui {
@@ -121,13 +125,15 @@ CEyeDiagramStimulusPage::CEyeDiagramStimulusPage(CStimulusData& data, int pageAr
     m_pattern->setMinimumHeight(95);
     page->addWidget(sequence, 1, 0, 1, 2);
 
-    // Kept for the preview of the stimulus waveform, which is not built yet;
-    // the area stays empty rather than show a wrong picture.
     auto* preview = new QFrame(this);
     preview->setObjectName(QStringLiteral("waveformPreviewArea"));
     preview->setFrameShape(QFrame::StyledPanel);
-    preview->setMinimumHeight(120);
+    preview->setMinimumHeight(200);
     page->addWidget(preview, 2, 0, 1, 2);
+    m_preview = MakeWaveformChart(preview);
+    // The pattern control tells nobody of its edits; the preview follows
+    // them when a key or button is let go over it.
+    m_pattern->installEventFilter(this);
 
     connect(m_sequence, &QComboBox::currentIndexChanged, this,
             &CEyeDiagramStimulusPage::OnSequenceChanged);
@@ -148,6 +154,31 @@ CEyeDiagramStimulusPage::CEyeDiagramStimulusPage(CStimulusData& data, int pageAr
 }
 
 CEyeDiagramStimulusPage::~CEyeDiagramStimulusPage() = default;
+
+bool CEyeDiagramStimulusPage::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_pattern &&
+        (event->type() == QEvent::KeyRelease || event->type() == QEvent::MouseButtonRelease)) {
+        UpdatePreview();
+    }
+    return CSheetPage::eventFilter(watched, event);
+}
+
+void CEyeDiagramStimulusPage::showEvent(QShowEvent* event) {
+    CSheetPage::showEvent(event);
+    // Fitted again at the size the chart is shown in: the grid steps, and
+    // so the fitted ends, depend on it.
+    UpdatePreview();
+}
+
+void CEyeDiagramStimulusPage::UpdatePreview() {
+    PreviewInput input;
+    input.bits = m_pattern->m_bits.Data();
+    input.cycleCount = m_data.GetCycleCount();
+    input.seqType = SelectedKind();
+    input.periodNs = m_data.GetPeriod();
+    input.dutyPercent = m_data.GetDutyCycle();
+    ShowWaveform(*m_preview, BuildWaveformPreview(input));
+}
 
 QLineEdit* CEyeDiagramStimulusPage::AddField(int controlId) {
     auto* field = Named(new QLineEdit(this), controlId);
@@ -186,6 +217,7 @@ void CEyeDiagramStimulusPage::ShowData() {
     RefreshFields();
     m_filling = false;
     OnJitterModeChanged();
+    UpdatePreview();
 }
 
 void CEyeDiagramStimulusPage::RefreshFields() {
@@ -287,6 +319,7 @@ bool CEyeDiagramStimulusPage::CommitField(QLineEdit* field) {
         m_jitter[static_cast<std::size_t>(component)] = changed;
     }
     RefreshFields();
+    UpdatePreview();
     return true;
 }
 
@@ -310,13 +343,13 @@ void CEyeDiagramStimulusPage::OnSequenceChanged(int index) {
 }
 
 void CEyeDiagramStimulusPage::RegeneratePattern() {
-    if (SelectedKind() == seq::kCustom) {
-        return;  // the user's own bits stay
+    if (SelectedKind() != seq::kCustom) {  // else the user's own bits stay
+        const BitVector bits = stimulus_edit::ShownPattern(
+            SelectedKind(), std::max(0, m_initState->currentIndex()), false, m_data);
+        m_pattern->SetPattern(bits.data(), static_cast<int>(bits.size()));
+        m_pattern->update();
     }
-    const BitVector bits = stimulus_edit::ShownPattern(
-        SelectedKind(), std::max(0, m_initState->currentIndex()), false, m_data);
-    m_pattern->SetPattern(bits.data(), static_cast<int>(bits.size()));
-    m_pattern->update();
+    UpdatePreview();
 }
 
 void CEyeDiagramStimulusPage::OnJitterModeChanged() {

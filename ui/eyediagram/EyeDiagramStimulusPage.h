@@ -19,12 +19,13 @@ class CStimulusData;
 namespace kv::ui {
 
 class CBitPatternCtrl;
+class CChartControl;
 
 // The eye-diagram stimulus page ("Stimulus"): cycles, skipped bits, eyes, bit
 // interval and duty cycle, simple or advanced jitter with its three
-// components, and the sequence with the bit pattern it generates. The
-// waveform preview is not part of the page yet: the area
-// "waveformPreviewArea" is kept for it.
+// components, the sequence with the bit pattern it generates, and a preview
+// of the waveform the stimulus adaptor makes of them (in the area
+// "waveformPreviewArea").
 class CEyeDiagramStimulusPage : public CSheetPage {
     Q_OBJECT
 public:
@@ -36,7 +37,12 @@ public:
     bool OnKillActive() override;
     bool OnApply() override;
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
 private:
+    void UpdatePreview();
     QLineEdit* AddField(int controlId);
     void ShowData();
     void RefreshFields();
@@ -65,6 +71,7 @@ private:
     std::array<QCheckBox*, 3> m_enabled{};
     std::array<QComboBox*, 3> m_units{};
     CBitPatternCtrl* m_pattern = nullptr;
+    CChartControl* m_preview = nullptr;
     bool m_filling = false;
 };
 
