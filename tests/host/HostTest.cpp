@@ -28,36 +28,19 @@
 
 #include "apps/kvhost/ViaExample.h"
 #include "kvcomctl/kvcomctl.h"
+#include "tests/host/QtHost.h"
 
 namespace {
 
-struct LibraryCloser {
-    void operator()(void* handle) const { dlclose(handle); }
-};
-using LibraryHandle = std::unique_ptr<void, LibraryCloser>;
-
-LibraryHandle g_library;
-IKVComCtlFactory* g_factory = nullptr;
-
-class HostEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override {
-        g_library.reset(dlopen(KV_LIBRARY_PATH, RTLD_NOW | RTLD_LOCAL));
-        ASSERT_NE(g_library, nullptr) << dlerror();
-        auto get =
-            reinterpret_cast<GetKVComCtlFactoryFn>(dlsym(g_library.get(), "GetKVComCtlFactory"));
-        ASSERT_NE(get, nullptr) << dlerror();
-        g_factory = get();
-    }
-    void TearDown() override { g_library.reset(); }
-};
+using kv::test::g_factory;
+using kv::test::g_hostLibrary;
 
 TEST(HostLoad, FactoryIsOneStaticObjectAndTheOnlyExport) {
     ASSERT_NE(g_factory, nullptr);
-    auto get = reinterpret_cast<GetKVComCtlFactoryFn>(dlsym(g_library.get(), "GetKVComCtlFactory"));
+    auto get = reinterpret_cast<GetKVComCtlFactoryFn>(dlsym(g_hostLibrary, "GetKVComCtlFactory"));
     EXPECT_EQ(get(), g_factory);
     // Library internals stay hidden.
-    EXPECT_EQ(dlsym(g_library.get(), "_ZN2kv13CStimulusDataC1Ev"), nullptr);
+    EXPECT_EQ(dlsym(g_hostLibrary, "_ZN2kv13CStimulusDataC1Ev"), nullptr);
 }
 
 TEST(HostStimulusData, DefaultsAndBitsThroughTheInterface) {
@@ -420,11 +403,3 @@ TEST(HostEyeDiagram, SheetAndAdaptorThroughTheFactory) {
 }
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    // A Qt host: the library uses the host's QApplication.
-    QApplication app(argc, argv);
-    ::testing::InitGoogleTest(&argc, argv);
-    ::testing::AddGlobalTestEnvironment(new HostEnvironment);
-    return RUN_ALL_TESTS();
-}

@@ -2,7 +2,6 @@
 // and destroyed through the factory, driven through its interface, and
 // telling the host what the user clicked.
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
@@ -14,32 +13,15 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "kvcomctl/kvcomctl.h"
+#include "tests/host/QtHost.h"
 
 namespace {
 
-struct LibraryCloser {
-    void operator()(void* handle) const { dlclose(handle); }
-};
-std::unique_ptr<void, LibraryCloser> g_library;
-IKVComCtlFactory* g_factory = nullptr;
-
-class HostEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override {
-        g_library.reset(dlopen(KV_LIBRARY_PATH, RTLD_NOW | RTLD_LOCAL));
-        ASSERT_NE(g_library, nullptr) << dlerror();
-        auto get =
-            reinterpret_cast<GetKVComCtlFactoryFn>(dlsym(g_library.get(), "GetKVComCtlFactory"));
-        ASSERT_NE(get, nullptr) << dlerror();
-        g_factory = get();
-    }
-    void TearDown() override { g_library.reset(); }
-};
+using kv::test::g_factory;
 
 struct TestHost final : ICRWDHost {
     std::vector<int32_t> steps;
@@ -178,10 +160,3 @@ TEST(HostWalker, SelectingAMissingEntryIsReported) {
 }
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    ::testing::InitGoogleTest(&argc, argv);
-    ::testing::AddGlobalTestEnvironment(new HostEnvironment);
-    return RUN_ALL_TESTS();
-}

@@ -8,11 +8,11 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPixmap>
 #include <QScrollBar>
 #include <array>
 
 #include "ui/bitpattern/BitPatternCursors.h"
+#include "ui/canvas/BufferedPaint.h"
 #include "ui/canvas/QtCanvas.h"
 #include "ui/shared/ControlIds.h"
 
@@ -362,15 +362,7 @@ bool CBitPatternCtrl::event(QEvent* event) {
 }
 
 void CBitPatternCtrl::paintEvent(QPaintEvent* /*event*/) {
-    const QRect client = ClientRect();
-    if (client.isEmpty()) {
-        return;
-    }
-    const qreal ratio = devicePixelRatioF();
-    QPixmap buffer(client.size() * ratio);
-    buffer.setDevicePixelRatio(ratio);
-    {
-        QtCanvas canvas(buffer, font());
+    PaintBuffered(*this, ClientRect().size(), [this](QtCanvas& canvas) {
         m_editor->Paint(canvas);
         if (CaretDrawn()) {
             const Point at = m_window->caretPosition;
@@ -378,8 +370,7 @@ void CBitPatternCtrl::paintEvent(QPaintEvent* /*event*/) {
             painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
             painter.fillRect(QRect(at.x, at.y, kCaretWidth, m_window->caretHeight), Qt::white);
         }
-    }
-    QPainter(this).drawPixmap(0, 0, buffer);
+    });
 }
 
 void CBitPatternCtrl::resizeEvent(QResizeEvent* /*event*/) {

@@ -6,12 +6,11 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
-#include <QPainter>
-#include <QPixmap>
 #include <QWheelEvent>
 #include <array>
 
 #include "core/ports/MessagePort.h"
+#include "ui/canvas/BufferedPaint.h"
 #include "ui/canvas/CanvasExport.h"
 #include "ui/canvas/QtCanvas.h"
 #include "ui/ports/QtFileChooser.h"
@@ -139,17 +138,7 @@ QSize CChartControl::sizeHint() const {
 }
 
 void CChartControl::paintEvent(QPaintEvent* /*event*/) {
-    if (width() <= 0 || height() <= 0) {
-        return;
-    }
-    const qreal ratio = devicePixelRatioF();
-    QPixmap buffer(size() * ratio);
-    buffer.setDevicePixelRatio(ratio);
-    {
-        QtCanvas canvas(buffer, font());
-        m_chart->Paint(canvas);
-    }
-    QPainter(this).drawPixmap(0, 0, buffer);
+    PaintBuffered(*this, size(), [this](QtCanvas& canvas) { m_chart->Paint(canvas); });
 }
 
 void CChartControl::resizeEvent(QResizeEvent* /*event*/) {

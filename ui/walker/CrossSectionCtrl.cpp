@@ -1,8 +1,6 @@
 #include "ui/walker/CrossSectionCtrl.h"
 
-#include <QPainter>
-#include <QPixmap>
-
+#include "ui/canvas/BufferedPaint.h"
 #include "ui/canvas/QtCanvas.h"
 
 namespace kv::ui {
@@ -32,19 +30,11 @@ QSize CCrossSectionCtrl::minimumSizeHint() const {
 }
 
 void CCrossSectionCtrl::paintEvent(QPaintEvent* /*event*/) {
-    if (width() <= 0 || height() <= 0) {
-        return;
-    }
-    const qreal ratio = devicePixelRatioF();
-    QPixmap buffer(size() * ratio);
-    buffer.setDevicePixelRatio(ratio);
-    {
-        QtCanvas canvas(buffer, font());
+    PaintBuffered(*this, size(), [this](QtCanvas& canvas) {
         const CrossSectionLayout layout =
             ComputeCrossSectionLayout(m_data, {0, 0, width(), height()}, m_highlightedNet, canvas);
         PaintCrossSection(canvas, layout);
-    }
-    QPainter(this).drawPixmap(0, 0, buffer);
+    });
 }
 
 }  // namespace kv::ui
