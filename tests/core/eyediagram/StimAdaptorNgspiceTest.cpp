@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cstdio>
-#include <regex>
+#include <cstdlib>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,31 @@
 // must be that bit's level.
 
 namespace {
+
+bool IsWordChar(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+}
+
+// The number after "NAME =" in ngspice's output, NAME standing as a word of its own.
+std::optional<double> MeasuredValue(const std::string& out, const std::string& name) {
+    for (std::size_t at = out.find(name); at != std::string::npos; at = out.find(name, at + 1)) {
+        std::size_t next = at + name.size();
+        if ((at > 0 && IsWordChar(out[at - 1])) || (next < out.size() && IsWordChar(out[next]))) {
+            continue;
+        }
+        next = out.find_first_not_of(" \t", next);
+        if (next == std::string::npos || out[next] != '=') {
+            continue;
+        }
+        const char* start = out.c_str() + next + 1;
+        char* end = nullptr;
+        const double value = std::strtod(start, &end);
+        if (end != start) {
+            return value;
+        }
+    }
+    return std::nullopt;
+}
 
 constexpr double kLow = 0.2;
 constexpr double kHigh = 1.8;
@@ -45,13 +72,14 @@ std::vector<double> RunNgspice(const TestFolder& folder, const kv::CEyeStimAdapt
     EXPECT_EQ(run.status, 0) << run.out << run.err;
     std::vector<double> values;
     for (std::size_t i = 0; i < probes.size(); ++i) {
-        std::smatch match;
-        const std::regex line("\\bp" + std::to_string(i) + "\\s*=\\s*(\\S+)");
-        if (!std::regex_search(run.out, match, line)) {
+        std::string name = "p";
+        name += std::to_string(i);
+        const std::optional<double> value = MeasuredValue(run.out, name);
+        if (!value) {
             ADD_FAILURE() << "no value for probe " << i << "\n" << run.out << run.err;
             return values;
         }
-        values.push_back(std::stod(match[1].str()));
+        values.push_back(*value);
     }
     return values;
 }
