@@ -163,8 +163,9 @@ void Chart::PaintLegend(ICanvas& canvas) const {
     std::vector<std::pair<const Curve*, const std::string*>> entries;
     int textWidth = 0;
     for (const auto& [id, name] : m_names) {
-        const auto curve = std::find_if(m_curves.begin(), m_curves.end(),
-                                        [id](const Curve& c) { return c.m_identifier == id; });
+        const auto curve =
+            std::find_if(m_curves.begin(), m_curves.end(),
+                         [&id = id](const Curve& c) { return c.m_identifier == id; });
         if (curve != m_curves.end()) {
             entries.emplace_back(&*curve, &name);
             textWidth = std::max(textWidth, canvas.TextExtent(name).width);

@@ -151,11 +151,12 @@ void PaintElements(ICanvas& canvas, const SpiceExportInput& input, const SideVie
                 continue;
             }
             const auto [top, bottom] = ElementSpan(element, layout);
-            const auto lane = static_cast<std::size_t>(
-                                  std::find_if(laneBottom.begin(), laneBottom.end(),
-                                               [top](int laneEnd) { return laneEnd <= top; }) -
-                                  laneBottom.begin()) %
-                              kLanes;
+            const auto lane =
+                static_cast<std::size_t>(
+                    std::find_if(laneBottom.begin(), laneBottom.end(),
+                                 [top = top](int laneEnd) { return laneEnd <= top; }) -
+                    laneBottom.begin()) %
+                kLanes;
             laneBottom[lane] = bottom;
             const int x = base + side * static_cast<int>(lane) * kLaneWidth;
             // A two-pixel bar, filled rather than stroked: a wide pen's round caps cost far
