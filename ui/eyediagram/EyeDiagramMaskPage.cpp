@@ -160,11 +160,7 @@ bool CEyeDiagramMaskPage::CommitField(QLineEdit* field) {
         typed ? mask_page::CheckMaskField(*maskField, m_data.m_mask, *typed)
               : std::optional<std::string_view>(maskField->message);
     if (problem) {
-        m_filling = true;
-        ShowMessage(*problem, MessageIcon::Warning);
-        m_filling = false;
-        field->setFocus();
-        field->selectAll();
+        RefuseField(*field, *problem, kMessageCaption, m_filling);
         return false;
     }
     mask_page::StoreShownValue(*maskField, m_data.m_mask, *typed);

@@ -308,11 +308,7 @@ bool CEyeDiagramStimulusPage::CommitField(QLineEdit* field) {
         problem = "Invalid number";
     }
     if (problem) {
-        m_filling = true;
-        ShowMessage(*problem, MessageIcon::Warning);
-        m_filling = false;
-        field->setFocus();
-        field->selectAll();
+        RefuseField(*field, *problem, kMessageCaption, m_filling);
         return false;
     }
     if (controlId >= id::kComponentMagnitude && component < 3) {

@@ -394,12 +394,7 @@ bool CVelStimulusPage::CommitField(QLineEdit* field) {
             return true;
     }
     if (problem) {
-        // The typed text stays, as the user left it, until it is put right.
-        m_filling = true;
-        Ask(*problem, MessageIcon::Warning, MessageButtons::Ok);
-        m_filling = false;
-        field->setFocus();
-        field->selectAll();
+        RefuseField(*field, *problem, kCaption, m_filling);
         return false;
     }
     RefreshFields();
