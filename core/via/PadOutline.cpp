@@ -132,37 +132,37 @@ OutlineCut CutAlongX(const PadShape& shape) {
     return CutAlongX(PadOutline(shape));
 }
 
-LayerPadSpecs PadSpecsOf(const PADDATA& pad, double drilledDiameter) {
-    LayerPadSpecs specs;
+LayerPadGeometry PadGeometryOf(const PADDATA& pad, double drilledDiameter) {
+    LayerPadGeometry geometry;
     const double clearance = UsableSize(pad.clearance) ? pad.clearance : 0.0;
     const double height = UsableSize(pad.pad_y) ? pad.pad_y : pad.pad_x;
     if (pad.padType == PAD_TYPE_PAD) {
-        specs.pad = {pad.shape, pad.pad_x, pad.pad_y, pad.angle};
+        geometry.pad = {pad.shape, pad.pad_x, pad.pad_y, pad.angle};
         // A record that names the anti-pad's own outline is drawn with it; others, as older
         // records were, with the pad's.
         const bool ownOutline =
             pad.antipadShape >= PAD_SHAPE_ROUND && pad.antipadShape <= PAD_SHAPE_OBLONG;
         if (UsableSize(pad.antipad_x)) {
-            specs.antipad = {ownOutline ? pad.antipadShape : pad.shape, pad.antipad_x,
-                             pad.antipad_y, pad.antipadAngle};
+            geometry.antipad = {ownOutline ? pad.antipadShape : pad.shape, pad.antipad_x,
+                                pad.antipad_y, pad.antipadAngle};
         } else if (clearance > 0.0) {
-            specs.antipad = {pad.shape, pad.pad_x + 2 * clearance, height + 2 * clearance,
-                             pad.angle};
+            geometry.antipad = {pad.shape, pad.pad_x + 2 * clearance, height + 2 * clearance,
+                                pad.angle};
         }
     } else if (pad.padType == PAD_TYPE_ANTIPAD) {
-        specs.antipad = {pad.shape, pad.pad_x, pad.pad_y, pad.angle};
+        geometry.antipad = {pad.shape, pad.pad_x, pad.pad_y, pad.angle};
         const bool drawable =
             pad.shape >= PAD_SHAPE_ROUND && pad.shape <= PAD_SHAPE_CUSTOM && UsableSize(pad.pad_x);
         if (!drawable && clearance > 0.0 && UsableSize(drilledDiameter)) {
-            specs.antipad = {PAD_SHAPE_ROUND, drilledDiameter + 2 * clearance, 0.0, 0.0};
+            geometry.antipad = {PAD_SHAPE_ROUND, drilledDiameter + 2 * clearance, 0.0, 0.0};
         }
     }
-    return specs;
+    return geometry;
 }
 
 LayerPadShapes PadShapesOf(const PADDATA& pad, double drilledDiameter) {
-    const LayerPadSpecs specs = PadSpecsOf(pad, drilledDiameter);
-    return {PadOutline(specs.pad), PadOutline(specs.antipad)};
+    const LayerPadGeometry geometry = PadGeometryOf(pad, drilledDiameter);
+    return {PadOutline(geometry.pad), PadOutline(geometry.antipad)};
 }
 
 }  // namespace kv

@@ -47,7 +47,7 @@ std::vector<PointM> PadOutline(const PadShape& shape);
 OutlineCut CutAlongX(const PadShape& shape);
 
 // What a layer's pad record puts around the barrel.
-struct LayerPadSpecs {
+struct LayerPadGeometry {
     PadShape pad;      // copper connected to the barrel
     PadShape antipad;  // clearance cut into the layer's copper
 };
@@ -60,7 +60,7 @@ struct LayerPadShapes {
 // size and angle, or, without an anti-pad size, the pad grown by the clearance on every side.
 // An anti-pad record is the anti-pad alone: its shape at the pad size, or, without a size, a
 // circle the clearance wider than the drilled hole of `drilledDiameter`.
-LayerPadSpecs PadSpecsOf(const PADDATA& pad, double drilledDiameter);
+LayerPadGeometry PadGeometryOf(const PADDATA& pad, double drilledDiameter);
 // The same as outlines.
 LayerPadShapes PadShapesOf(const PADDATA& pad, double drilledDiameter);
 

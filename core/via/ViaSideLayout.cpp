@@ -21,8 +21,8 @@ double ViaReach(const SpiceExportInput& input, int via, int layerCount) {
     double reach = DrilledDiameter(*padstack) / 2;
     for (int layer = 0; layer < layerCount; ++layer) {
         if (const PADDATA* pad = PadOf(padstack, layer)) {
-            const LayerPadSpecs specs = PadSpecsOf(*pad, DrilledDiameter(*padstack));
-            for (const PadShape* shape : {&specs.pad, &specs.antipad}) {
+            const LayerPadGeometry geometry = PadGeometryOf(*pad, DrilledDiameter(*padstack));
+            for (const PadShape* shape : {&geometry.pad, &geometry.antipad}) {
                 const OutlineCut cut = CutAlongX(*shape);
                 reach = std::max({reach, cut.left, cut.right});
             }

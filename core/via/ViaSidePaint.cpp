@@ -63,15 +63,15 @@ void PaintPads(ICanvas& canvas, const SpiceExportInput& input, const SideViewLay
             if (pad == nullptr || layers[i].kind == STACKUP_DIELECTRIC) {
                 continue;
             }
-            const LayerPadSpecs specs = PadSpecsOf(*pad, drilled);
+            const LayerPadGeometry geometry = PadGeometryOf(*pad, drilled);
             const int top = layout.layerY[i];
             const int bottom = layout.layerY[i + 1];
-            if (const OutlineCut cut = CutAlongX(specs.antipad); cut.right > 0.0) {
+            if (const OutlineCut cut = CutAlongX(geometry.antipad); cut.right > 0.0) {
                 canvas.FillRect({x - ToPixels(cut.left, layout.scale), top,
                                  x + ToPixels(cut.right, layout.scale), bottom},
                                 style::kClearance);
             }
-            if (const OutlineCut cut = CutAlongX(specs.pad); cut.right > 0.0) {
+            if (const OutlineCut cut = CutAlongX(geometry.pad); cut.right > 0.0) {
                 canvas.FillRect({x - ToPixels(cut.left, layout.scale), top,
                                  x + ToPixels(cut.right, layout.scale), std::max(bottom, top + 1)},
                                 style::kPad);

@@ -123,7 +123,7 @@ std::vector<std::string> Legend(const PadTopViewInput& input, const LayerPadShap
         const bool ownOutline = pad->shape >= PAD_SHAPE_ROUND && pad->shape <= PAD_SHAPE_CUSTOM;
         if (pad->padType == PAD_TYPE_PAD && pad->antipad_x > 0.0) {
             antipadLine =
-                ShapeLegend("Anti-pad", PadSpecsOf(*pad, 0.0).antipad.shape, pad->antipad_x,
+                ShapeLegend("Anti-pad", PadGeometryOf(*pad, 0.0).antipad.shape, pad->antipad_x,
                             pad->antipad_y, pad->antipadAngle, input.metric);
         } else if (pad->padType == PAD_TYPE_ANTIPAD && ownOutline && pad->pad_x > 0.0) {
             antipadLine = ShapeLegend("Anti-pad", pad->shape, pad->pad_x, pad->pad_y, pad->angle,

@@ -260,11 +260,11 @@ TEST(PadOutline, AntiPadTakesItsOwnOutlineOnlyWhenTheRecordNamesOne) {
     pad.pad_x = 5e-4;
     pad.antipad_x = 9e-4;
     pad.antipad_y = 7e-4;
-    EXPECT_EQ(kv::PadSpecsOf(pad, 3e-4).antipad.shape, PAD_SHAPE_ROUND);
+    EXPECT_EQ(kv::PadGeometryOf(pad, 3e-4).antipad.shape, PAD_SHAPE_ROUND);
     pad.antipadShape = PAD_SHAPE_OVAL;
-    EXPECT_EQ(kv::PadSpecsOf(pad, 3e-4).antipad.shape, PAD_SHAPE_OVAL);
+    EXPECT_EQ(kv::PadGeometryOf(pad, 3e-4).antipad.shape, PAD_SHAPE_OVAL);
     pad.antipadShape = ANTIPAD_SHAPE_AUTO;  // no outline of its own: the pad's, as before
-    EXPECT_EQ(kv::PadSpecsOf(pad, 3e-4).antipad.shape, PAD_SHAPE_ROUND);
+    EXPECT_EQ(kv::PadGeometryOf(pad, 3e-4).antipad.shape, PAD_SHAPE_ROUND);
 }
 
 TEST(PadTopView, LayerIsDrawnToOneScaleWithItsValues) {
