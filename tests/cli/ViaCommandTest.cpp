@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/SpiceExportText.h"
 #include "tests/support/TestSupport.h"
 
 #include <filesystem>
@@ -41,28 +42,10 @@ protected:
     std::string m_output;
 };
 
-// The header names the time of the export: "*    generated YYYY-MM-DD HH:MM:SS     *".
-std::string WithoutTime(const std::string& text) {
-    constexpr std::string_view kPrefix = "*    generated ";
-    constexpr std::string_view kShape = "dddd-dd-dd dd:dd:dd     *\n";
-    const std::size_t at = text.find(kPrefix);
-    if (at == std::string::npos) {
-        return text;
-    }
-    const std::size_t stamp = at + kPrefix.size();
-    for (std::size_t i = 0; i < kShape.size(); ++i) {
-        const char c = stamp + i < text.size() ? text[stamp + i] : '\0';
-        if (kShape[i] == 'd' ? (c < '0' || c > '9') : c != kShape[i]) {
-            return text;
-        }
-    }
-    return text.substr(0, stamp) + "<time>" + text.substr(stamp + kShape.size() - 7);
-}
-
 // Everything but the time must match to the byte.
 void ExpectSameBesidesTheTime(const std::string& actual, const std::string& expected) {
-    EXPECT_EQ(WithoutTime(actual), WithoutTime(expected));
-    EXPECT_NE(WithoutTime(actual), actual) << "no time stamp in\n" << actual;
+    EXPECT_EQ(kv::test::WithoutExportTime(actual), kv::test::WithoutExportTime(expected));
+    EXPECT_NE(kv::test::WithoutExportTime(actual), actual) << "no time stamp in\n" << actual;
 }
 
 TEST_F(ViaCommand, ExampleBoardsGiveTheHandWrittenSubcircuitsAndDump) {

@@ -29,6 +29,7 @@
 #include "apps/kvhost/ViaExample.h"
 #include "kvcomctl/kvcomctl.h"
 #include "tests/host/QtHost.h"
+#include "tests/support/SpiceExportText.h"
 
 namespace {
 
@@ -167,15 +168,6 @@ QByteArray ReadFile(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// The export's fourth line names the time it ran.
-QByteArray WithoutTime(const QByteArray& text) {
-    QList<QByteArray> lines = text.split('\n');
-    if (lines.size() > 3 && lines[3].startsWith("*    generated ")) {
-        lines.removeAt(3);
-    }
-    return lines.join('\n');
-}
-
 // Answers the modal windows that open next, one step per window, as a user would.
 class ModalAnswers {
 public:
@@ -247,10 +239,10 @@ TEST(HostVia, ControlFilledThroughItsDataAndExportedToTheGoldenFiles) {
         EXPECT_EQ(control->GetViaData(0)->GetStackup()->count, 11);
         const QString path = folder.filePath(QLatin1String(name) + QStringLiteral(".cir"));
         ASSERT_TRUE(control->ExportToSpiceFile(path.toUtf8().constData()));
-        EXPECT_EQ(WithoutTime(ReadFile(path)).toStdString(),
-                  WithoutTime(
-                      ReadFile(QStringLiteral(KV_TEST_DATA_DIR "/%1.cir").arg(QLatin1String(name))))
-                      .toStdString());
+        EXPECT_EQ(kv::test::WithoutExportTime(ReadFile(path).toStdString()),
+                  kv::test::WithoutExportTime(
+                      ReadFile(QStringLiteral(KV_TEST_DATA_DIR "/%1.cir").arg(QLatin1String(name)))
+                          .toStdString()));
         g_factory->DestroyViaVisualizerCtrl(control);
     }
     EXPECT_TRUE(window.children().isEmpty());

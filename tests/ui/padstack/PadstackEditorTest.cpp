@@ -20,6 +20,7 @@
 #include "core/via/ViaVizData.h"
 #include "module/KVComCtlFactory.h"
 #include "tests/support/RecordingMessagePort.h"
+#include "tests/support/SpiceExportText.h"
 #include "ui/padstack/PadstackEditorDlg.h"
 #include "ui/shared/ControlIds.h"
 #include "ui/via/ViaVisualizerCtrl.h"
@@ -100,15 +101,6 @@ void Click(CPadstackEditorDlg& dialog, int id) {
 QByteArray ReadFile(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-// The export's fourth line names the time it ran.
-QByteArray WithoutTime(QByteArray text) {
-    QList<QByteArray> lines = text.split('\n');
-    if (lines.size() > 3 && lines[3].startsWith("*    generated ")) {
-        lines.removeAt(3);
-    }
-    return lines.join('\n');
 }
 
 // View columns: the grid's columns less the row numbers.
@@ -328,8 +320,10 @@ private slots:
         QTemporaryDir folder;
         const QString path = folder.filePath(QStringLiteral("via.cir"));
         QVERIFY(control.ExportToSpiceFile(path.toUtf8().constData()));
-        QCOMPARE(WithoutTime(ReadFile(path)),
-                 WithoutTime(ReadFile(QStringLiteral(KV_TEST_DATA_DIR "/via_signal_6layer.cir"))));
+        QCOMPARE(QString::fromStdString(kv::test::WithoutExportTime(ReadFile(path).toStdString())),
+                 QString::fromStdString(kv::test::WithoutExportTime(
+                     ReadFile(QStringLiteral(KV_TEST_DATA_DIR "/via_signal_6layer.cir"))
+                         .toStdString())));
     }
 };
 

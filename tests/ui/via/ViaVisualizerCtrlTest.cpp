@@ -17,6 +17,7 @@
 #include "module/ModuleWidgetClasses.h"
 #include "tests/support/RecordingMessagePort.h"
 #include "tests/support/ScriptedFileChooser.h"
+#include "tests/support/SpiceExportText.h"
 #include "ui/shared/ControlIds.h"
 #include "ui/shared/WidgetClassRegistry.h"
 #include "ui/via/ViaVisualizerCtrl.h"
@@ -28,15 +29,6 @@ using kv::ui::CViaVisualizerCtrl;
 QByteArray ReadFile(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-// The export's fourth line names the time it ran; everything else must match to the byte.
-QByteArray WithoutTime(QByteArray text) {
-    QList<QByteArray> lines = text.split('\n');
-    if (lines.size() > 3 && lines[3].startsWith("*    generated ")) {
-        lines.removeAt(3);
-    }
-    return lines.join('\n');
 }
 
 QString Example(const char* name) {
@@ -110,9 +102,11 @@ private slots:
             QVERIFY(control != nullptr);
             const QString path = m_folder->filePath(QLatin1String(name) + QStringLiteral(".cir"));
             QVERIFY(control->ExportToSpiceFile(path.toUtf8().constData()));
-            const QByteArray written = ReadFile(path);
-            QVERIFY(written != WithoutTime(written));
-            QCOMPARE(WithoutTime(written), WithoutTime(ReadFile(Golden(name))));
+            const std::string written = ReadFile(path).toStdString();
+            QVERIFY(written != kv::test::WithoutExportTime(written));
+            QCOMPARE(QString::fromStdString(kv::test::WithoutExportTime(written)),
+                     QString::fromStdString(
+                         kv::test::WithoutExportTime(ReadFile(Golden(name)).toStdString())));
         }
         QVERIFY(m_chooser.queries.empty());
         QVERIFY(m_messages.Requests().empty());
