@@ -8,8 +8,10 @@ set(KV_CMAKE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/KVComCtl)
 install(TARGETS KVComCtl kv_contract
         EXPORT KVComCtlTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+# The headers only: the layout record beside them (ContractLayout.txt) belongs to the source tree.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/kvcomctl
-        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+        FILES_MATCHING PATTERN "*.h")
 install(TARGETS kvcomctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(EXPORT KVComCtlTargets
         NAMESPACE KVComCtl::
