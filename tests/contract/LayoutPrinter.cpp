@@ -52,11 +52,11 @@ void LayoutPrinter::printInterface(std::string_view name, std::string_view baseN
     std::size_t next = first;
     for (std::size_t i = 0; i < operations.size(); ++i) {
         const OperationSlot& operation = operations[i];
-        if (!operation.slot) {
+        if (operation.destructor) {
             // A virtual destructor has two entries, the complete-object and the deleting
             // destructor, in the slots after the operation listed before it.
             const std::size_t following =
-                i + 1 < operations.size() && operations[i + 1].slot ? *operations[i + 1].slot : end;
+                i + 1 < operations.size() ? operations[i + 1].slot.value_or(end) : end;
             if (following == next) {
                 fail(name, operation.name + " takes no slot: it is not virtual");
                 continue;
@@ -66,7 +66,7 @@ void LayoutPrinter::printInterface(std::string_view name, std::string_view baseN
             next += kDestructorSlots;
             continue;
         }
-        if (*operation.slot == SIZE_MAX) {
+        if (!operation.slot) {
             fail(name, operation.name + " is not a virtual operation of the interface");
             continue;
         }

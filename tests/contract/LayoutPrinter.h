@@ -19,8 +19,8 @@
 
 namespace kv::test {
 
-#if !(defined(__x86_64__) || defined(__i386__)) || defined(_MSC_VER)
-#error "Virtual-table slots are read as the Itanium C++ ABI lays out member pointers on x86"
+#if !defined(__x86_64__) || defined(_MSC_VER)
+#error "Virtual-table slots are read as the Itanium C++ ABI lays out member pointers on x86-64"
 #endif
 
 struct FieldLayout {
@@ -31,11 +31,12 @@ struct FieldLayout {
     std::string kind;
 };
 
-// An operation's slot, or none for a virtual destructor: a member pointer cannot name a
-// destructor, so its slots are the ones the operations around it leave free.
+// An operation's slot (none when it is not virtual). A member pointer cannot name a destructor,
+// so a virtual destructor's slots are the ones after the operation listed before it.
 struct OperationSlot {
     std::string name;
     std::optional<std::size_t> slot;
+    bool destructor = false;
 };
 
 // What a field holds, in words that are the same for every compiler of the ABI.
@@ -105,10 +106,11 @@ std::optional<std::size_t> virtualSlotOf(MemberFunction function) {
 
 template <class MemberFunction>
 OperationSlot operationOf(std::string_view name, MemberFunction function) {
-    auto slot = virtualSlotOf(function);
-    // A non-virtual or adjusted member is an error the interface check reports: give it a slot
-    // no table has.
-    return {std::string(name), slot ? slot : std::optional<std::size_t>(SIZE_MAX)};
+    return {std::string(name), virtualSlotOf(function)};
+}
+
+inline OperationSlot virtualDestructor(std::string_view name) {
+    return {std::string(name), std::nullopt, true};
 }
 
 // The first slot after an interface's own: the slot of an operation a class derived from it
@@ -174,7 +176,4 @@ private:
 #define KV_OVERLOAD(Interface, Result, operation, ...)     \
     kv::test::operationOf(#operation "(" #__VA_ARGS__ ")", \
                           static_cast<Result (Interface::*)(__VA_ARGS__)>(&Interface::operation))
-#define KV_VIRTUAL_DESTRUCTOR(Interface) \
-    kv::test::OperationSlot {            \
-        "~" #Interface, std::nullopt     \
-    }
+#define KV_VIRTUAL_DESTRUCTOR(Interface) kv::test::virtualDestructor("~" #Interface)
