@@ -13,7 +13,7 @@ root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"
 
 all_targets=(IniDocumentFuzzer EngineeringTextFuzzer BitFileFuzzer UudecodeFuzzer
-             StimulusRoundTripFuzzer CheckStreamFuzzer ViaJsonFuzzer)
+             StimulusRoundTripFuzzer CheckStreamFuzzer ViaJsonFuzzer WaveformFileFuzzer)
 
 usage() {
     echo "usage: fuzz/run.sh TARGET|all [SECONDS]" >&2
