@@ -326,9 +326,12 @@ std::optional<BitVector> DecodeBitSequence(std::string_view text, int length) {
         }
         return bits;
     }
+    // Decoded into a zero-filled buffer: a text cut short leaves the bits
+    // after it clear. Older files wrote the encoded lines one below the
+    // other, so their key reads as the first line only, and the rest of what
+    // they hold must still load.
     std::vector<uint8_t> bytes(count / 8 + 2, 0);
-    const auto decoded = Uudecode(text, bytes);
-    if (!decoded || *decoded < (count + 7) / 8) {
+    if (!Uudecode(text, bytes)) {
         return std::nullopt;
     }
     for (std::size_t i = 0; i < count; ++i) {
