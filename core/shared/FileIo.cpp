@@ -85,9 +85,12 @@ FileResult WriteStream(const fs::path& path, std::ios::openmode mode, std::strin
 bool IsStreamName(const fs::path& path) {
     std::error_code error;
     const fs::path normal = fs::absolute(path, error).lexically_normal();
+    if (error) {
+        return false;
+    }
     // The folder with its links resolved: /dev/fd is a link to /proc/self/fd.
-    const fs::path folder = error ? fs::path() : fs::weakly_canonical(normal.parent_path(), error);
-    if (error || folder.empty()) {
+    const fs::path folder = fs::weakly_canonical(normal.parent_path(), error);
+    if (error) {
         return false;
     }
     const fs::path name = normal.filename();

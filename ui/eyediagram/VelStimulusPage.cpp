@@ -558,20 +558,18 @@ bool CVelStimulusPage::OnApply() {
     if (!IsModified()) {
         return true;
     }
-    // Saving keeps the stimulus under its name; either way the edits go to
-    // the sheet, which hands them to the caller. Only Cancel keeps the page.
-    switch (Ask(kApplyQuestion, MessageIcon::Warning, MessageButtons::YesNoCancel)) {
-        case MessageAnswer::Yes:
-            StoreToData();
-            // Applying succeeds only if saving the named stimulus worked; an
-            // unnamed one has nowhere to be kept but the caller.
-            return CurrentName().isEmpty() || SaveNamed();
-        case MessageAnswer::No:
-            StoreToData();
-            return true;
-        default:
-            return false;
+    // Saving keeps the stimulus under its name; Yes and No alike hand the
+    // edits to the sheet, which gives them to the caller. Only Cancel keeps
+    // the page open.
+    const MessageAnswer answer =
+        Ask(kApplyQuestion, MessageIcon::Warning, MessageButtons::YesNoCancel);
+    if (answer != MessageAnswer::Yes && answer != MessageAnswer::No) {
+        return false;
     }
+    StoreToData();
+    // After Yes applying succeeds only if saving the named stimulus worked;
+    // an unnamed one has nowhere to be kept but the caller.
+    return answer == MessageAnswer::No || CurrentName().isEmpty() || SaveNamed();
 }
 
 bool CVelStimulusPage::OnQueryCancel() {
