@@ -21,6 +21,11 @@ std::optional<std::string_view> CheckSkipBits(double skip, int cycles, int bitCo
 std::optional<std::string_view> CheckSimpleJitter(double jitterNs, double periodNs,
                                                   double dutyPercent);
 
+// The simple maximum jitter and the Gaussian magnitude are one stored value
+// (the maximum jitter): the page keeps it in this component's record alone,
+// so that whichever field was typed last is what the data gets.
+inline constexpr int kSimpleMaximumComponent = 0;
+
 CJitter JitterFromData(const CStimulusData& data, int component);
 void StoreJitter(CStimulusData& data, int component, const CJitter& jitter);
 

@@ -145,7 +145,8 @@ BitVector ShownPattern(int kind, int levelIndex, bool reversed, const CStimulusD
     generator.m_seqType = kind;
     BitVector bits;
     generator.GenerateSequence(initState, bits);
-    if (reversed) {
+    // The bit order list is shown for PRBS alone; hidden, it orders nothing.
+    if (reversed && IsShown(id::kBitOrder, PositionOfKind(kind))) {
         std::reverse(bits.begin(), bits.end());
     }
     return bits;

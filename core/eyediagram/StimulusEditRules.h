@@ -57,7 +57,7 @@ inline int LevelOfInitState(int initState) {
 
 // The pattern the control shows for a kind with the level list at
 // `levelIndex`; generated kinds come from `data`'s settings, reversed when
-// the bit order list says so.
+// the bit order list says so and that list is shown for the kind (PRBS).
 BitVector ShownPattern(int kind, int levelIndex, bool reversed, const CStimulusData& data);
 
 // Numeric fields: three decimals on screen.

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <random>
 #include <system_error>
+#include <vector>
 
 namespace kv {
 namespace {
@@ -74,17 +75,31 @@ FileResult WriteStream(const fs::path& path, std::ios::openmode mode, std::strin
     return {true, {}};
 }
 
-// Devices and the streams of this process (/dev/stdout, /dev/fd/3,
-// /proc/self/fd/1) are written where they are: a redirected standard output
-// must keep the file it has open, and a device cannot be replaced.
-bool IsStreamPath(const fs::path& path) {
+// The names under which a process reaches a file it holds open: /dev/stdin,
+// /dev/stdout, /dev/stderr, /dev/fd/N and /proc/<pid>/fd/N (/proc/self and
+// /proc/thread-self among them). Whatever such a name leads to is written
+// where it is: a redirected standard output must keep the file it has open,
+// and the name may lead to a pipe that has no other name. Only these names
+// decide this, never the folder a file lies in: a regular file under /dev or
+// /proc (a scratch file in /dev/shm) is replaced like any other.
+bool IsStreamName(const fs::path& path) {
     std::error_code error;
     const fs::path normal = fs::absolute(path, error).lexically_normal();
-    auto part = normal.begin();
-    if (error || part == normal.end() || ++part == normal.end()) {
+    if (error) {
         return false;
     }
-    return *part == "dev" || *part == "proc";
+    // The folder with its links resolved: /dev/fd is a link to /proc/self/fd.
+    const fs::path folder = fs::weakly_canonical(normal.parent_path(), error);
+    if (error) {
+        return false;
+    }
+    const fs::path name = normal.filename();
+    if (folder == "/dev") {
+        return name == "stdin" || name == "stdout" || name == "stderr";
+    }
+    // /proc/<pid>/fd, or /proc/<pid>/task/<tid>/fd for a thread.
+    const std::vector<fs::path> parts(folder.begin(), folder.end());
+    return parts.size() >= 4 && parts[1] == "proc" && parts.back() == "fd";
 }
 
 struct WriteTarget {
@@ -99,8 +114,8 @@ FileResult ResolveWriteTarget(const fs::path& path, WriteTarget& target) {
     constexpr int kMaxLinks = 40;
     fs::path current = path;
     for (int links = 0;; ++links) {
-        if (IsStreamPath(current)) {
-            target = {true, path};
+        if (IsStreamName(current)) {
+            target = {true, current};
             return {true, {}};
         }
         std::error_code error;
@@ -193,12 +208,16 @@ FileResult ReplaceFileAtomically(const fs::path& path, std::string_view contents
     if (FileResult resolved = ResolveWriteTarget(path, target); !resolved.ok) {
         return resolved;
     }
-    if (target.direct) {
-        // Appending leaves a redirected output that already holds text intact;
-        // a FIFO or a device has no end to append to.
-        return WriteStream(target.path, std::ios::out | std::ios::app, contents);
-    }
     std::error_code error;
+    if (target.direct) {
+        // A regular file reached through a stream's name is written in place
+        // but holds this text alone afterwards, as a replaced file would; a
+        // FIFO or a device has nothing to cut and no end to append to.
+        const bool regular = fs::is_regular_file(target.path, error);
+        return WriteStream(
+            target.path, regular ? std::ios::out | std::ios::trunc : std::ios::out | std::ios::app,
+            contents);
+    }
     const fs::file_status existing = fs::status(target.path, error);
     const bool exists = fs::exists(existing);
     if (exists) {

@@ -28,8 +28,11 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path, std:
 // replaced in that file's folder and the link stays. A target that nobody
 // may write (no write permission bit at all) or that this process may not
 // open for writing is refused, even where the permission bits would not stop
-// the process. A FIFO, a device or a stream of this process (/dev/stdout) is
-// not replaced but written directly.
+// the process. What the target is decides how it is written, never its
+// folder: a regular file is always replaced; a FIFO, a device, a socket, or
+// whatever a process's stream name (/dev/stdout, /dev/fd/N, /proc/self/fd/N)
+// leads to is written directly, and a regular file written so is cut to the
+// new text first.
 FileResult ReplaceFileAtomically(const std::filesystem::path& path, std::string_view contents);
 
 // Appends `text` to `path` (created when missing) in one write. When the

@@ -102,10 +102,11 @@ std::optional<BitVector> ReadBitFile(const std::string& path, std::string_view c
     });
     switch (scan.end) {
         case BitScanEnd::Unreadable:
+            // Every load message carries the exclamation icon.
             Report(caption,
                    Fill("Unable to load file %s due to following reason:\n%s", path,
                         std::strerror(scan.error)),
-                   MessageIcon::Error);
+                   MessageIcon::Warning);
             return std::nullopt;
         case BitScanEnd::NotSequence:
             Report(caption,

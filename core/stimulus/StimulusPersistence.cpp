@@ -181,11 +181,13 @@ public:
         return kind == Kind::Bool ? (value > 0 ? 1.0 : 0.0) : value;
     }
 
+    // The text of a key, or none when the section does not hold it.
+    std::optional<std::string> Find(std::string_view key) const {
+        return m_store == nullptr ? Lookup(key) : m_store->GetString(kStimulusSection, key);
+    }
+
     std::string ReadText(std::string_view key, std::string_view defaultValue) const {
-        if (m_store == nullptr) {
-            return Lookup(key).value_or(std::string(defaultValue));
-        }
-        return GetProfileString(*m_store, kStimulusSection, key, defaultValue);
+        return Find(key).value_or(std::string(defaultValue));
     }
 
 private:
@@ -263,7 +265,9 @@ StimulusReadResult ReadValues(CStimulusData& data, const ValueSource& values,
                     static_cast<double>(cycle < 0 || cycle > INT32_MAX ? -1 : cycle)));
 
     if (StoresItsBits(data.m_seqType)) {
-        if (length >= 1 && length <= kMaxStoredCustomBits) {
+        if (length < 1 || length > kMaxStoredCustomBits) {
+            result.unreadSequenceLength = length;
+        } else if (data.m_seqType == seq::kCustom) {
             if (auto bits = DecodeBitSequence(values.ReadText(kBitSequence, ""), length)) {
                 data.m_bits = std::move(*bits);
             } else {
@@ -271,8 +275,13 @@ StimulusReadResult ReadValues(CStimulusData& data, const ValueSource& values,
                     "the stored bit sequence is shorter than its length or "
                     "cannot be decoded";
             }
-        } else {
-            result.unreadSequenceLength = length;
+        } else if (const std::optional<std::string> stored = values.Find(kBitSequence)) {
+            // Kinds 5 and 6 came without stored bits from older files, which
+            // leave the object the bits it had; bits stored since are taken
+            // when they can be read, and never make the section invalid.
+            if (auto bits = DecodeBitSequence(*stored, length)) {
+                data.m_bits = std::move(*bits);
+            }
         }
     }
     RegenerateBits(data);
@@ -317,9 +326,12 @@ std::optional<BitVector> DecodeBitSequence(std::string_view text, int length) {
         }
         return bits;
     }
+    // Decoded into a zero-filled buffer: a text cut short leaves the bits
+    // after it clear. Older files wrote the encoded lines one below the
+    // other, so their key reads as the first line only, and the rest of what
+    // they hold must still load.
     std::vector<uint8_t> bytes(count / 8 + 2, 0);
-    const auto decoded = Uudecode(text, bytes);
-    if (!decoded || *decoded < (count + 7) / 8) {
+    if (!Uudecode(text, bytes)) {
         return std::nullopt;
     }
     for (std::size_t i = 0; i < count; ++i) {

@@ -32,8 +32,9 @@ std::vector<PersistedEntry> PersistedEntries(const CStimulusData& data);
 
 // The "BITSEQUENCE" text of bits (already cut to the stored length).
 std::string EncodeBitSequence(const BitVector& bits);
-// The bits of a stored text for `length` bits; none when the text is too
-// short or cannot be decoded.
+// The bits of a stored text for `length` bits; none when a plain text is
+// shorter than that or a uuencoded one cannot be decoded (an encoded text
+// that ends early leaves the bits after it clear).
 std::optional<BitVector> DecodeBitSequence(std::string_view text, int length);
 
 // What reading a stored section found.

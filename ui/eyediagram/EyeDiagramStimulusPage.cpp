@@ -188,6 +188,10 @@ QLineEdit* CEyeDiagramStimulusPage::AddField(int controlId) {
     return field;
 }
 
+CJitter& CEyeDiagramStimulusPage::SimpleMaximum() {
+    return m_jitter[static_cast<std::size_t>(eye_stimulus::kSimpleMaximumComponent)];
+}
+
 int CEyeDiagramStimulusPage::SelectedKind() const {
     return m_sequence->currentData().toInt();
 }
@@ -234,7 +238,7 @@ void CEyeDiagramStimulusPage::RefreshFields() {
     showText(id::kSkipBits, QString::number(m_data.GetSkipBits()));
     show(id::kBitInterval, m_data.GetPeriod());
     show(id::kDutyCycle, m_data.GetDutyCycle());
-    show(id::kMaxJitter, m_data.GetMaxJitter());
+    show(id::kMaxJitter, SimpleMaximum().m_magnitude);
     for (int i = 0; i < 3; ++i) {
         const CJitter& jitter = m_jitter[static_cast<std::size_t>(i)];
         show(id::kComponentMagnitude + i, jitter.m_magnitude);
@@ -283,7 +287,7 @@ bool CEyeDiagramStimulusPage::CommitField(QLineEdit* field) {
         case id::kMaxJitter:
             if (!(problem =
                       eye_stimulus::CheckSimpleJitter(value, period, m_data.GetDutyCycle()))) {
-                m_data.SetMaxJitter(value);
+                SimpleMaximum().m_magnitude = value;
             }
             break;
         case id::kComponentMagnitude:

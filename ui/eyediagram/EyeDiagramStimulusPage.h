@@ -55,6 +55,8 @@ private:
     void OnComponentUnit(int component, int unitIndex);
     void StoreToData();
     int SelectedKind() const;
+    // The record that owns the simple maximum jitter.
+    CJitter& SimpleMaximum();
 
     CStimulusData& m_data;
     // One record per jitter component, and a fourth kept for the host.

@@ -62,7 +62,7 @@ int ControlIdOf(const QWidget* widget) {
 }  // namespace
 
 CVelStimulusPage::CVelStimulusPage(CStimulusData& data, int pageArgB)
-    : m_data(data), m_opened(data), m_openedBits(data.Bits()) {
+    : m_data(data), m_openedBits(data.Bits()) {
     (void)pageArgB;
     setObjectName(QStringLiteral("page4018"));
     BuildControls();
@@ -251,7 +251,7 @@ void CVelStimulusPage::ShowData() {
     const int kind = m_data.GetSeqType();
     // Kind 7 is generated as a pseudo-random sequence; 5 and 6 keep their
     // bits, as a drawn sequence does. Neither changes the data until the
-    // user picks a kind.
+    // user picks a kind, and the pattern behaves as the kind the list shows.
     int position = PositionOfKind(kind);
     if (position == 0) {
         position = PositionOfKind(kind == seq::kConstructionDefault ? seq::kPrbs : seq::kCustom);
@@ -262,7 +262,7 @@ void CVelStimulusPage::ShowData() {
     const int jitterType = m_data.GetJitterType();
     m_distribution->setCurrentIndex(
         jitterType >= 0 && jitterType < m_distribution->count() ? jitterType : 0);
-    ApplyKind(kind, position);
+    ApplyKind(KindAtPosition(position), position);
     m_pattern->SetPattern(m_data.Bits().data(), m_data.GetBitCount());
     RefreshFields();
     m_filling = false;
@@ -558,18 +558,18 @@ bool CVelStimulusPage::OnApply() {
     if (!IsModified()) {
         return true;
     }
-    switch (Ask(kApplyQuestion, MessageIcon::Warning, MessageButtons::YesNoCancel)) {
-        case MessageAnswer::Yes:
-            StoreToData();
-            // A named stimulus is saved under its name, and applying
-            // succeeds only if that worked.
-            return CurrentName().isEmpty() || SaveNamed();
-        case MessageAnswer::No:
-            m_data = m_opened;  // the sheet then writes back what the caller gave
-            return true;
-        default:
-            return false;
+    // Saving keeps the stimulus under its name; Yes and No alike hand the
+    // edits to the sheet, which gives them to the caller. Only Cancel keeps
+    // the page open.
+    const MessageAnswer answer =
+        Ask(kApplyQuestion, MessageIcon::Warning, MessageButtons::YesNoCancel);
+    if (answer != MessageAnswer::Yes && answer != MessageAnswer::No) {
+        return false;
     }
+    StoreToData();
+    // After Yes applying succeeds only if saving the named stimulus worked;
+    // an unnamed one has nowhere to be kept but the caller.
+    return answer == MessageAnswer::No || CurrentName().isEmpty() || SaveNamed();
 }
 
 bool CVelStimulusPage::OnQueryCancel() {

@@ -59,8 +59,7 @@ private:
     double JitterInNs(double shown) const;
 
     CStimulusData& m_data;
-    CStimulusData m_opened;  // the values when the page opened, for "No"
-    BitVector m_openedBits;
+    BitVector m_openedBits;  // the bits when the page opened, to tell an edit
     bool m_modified = false;
     bool m_filling = false;
 

@@ -3,9 +3,11 @@
 
 #include "core/shared/FileIo.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -92,6 +94,57 @@ TEST(FileIoReplace, WritesFifosAndDevicesInPlace) {
     EXPECT_TRUE(kv::ReplaceFileAtomically(device, "gone").ok);
     EXPECT_TRUE(fs::is_character_file(device));
     EXPECT_TRUE(fs::is_symlink(fs::symlink_status(device)));
+}
+
+TEST(FileIoReplace, WhatAFileIsDecidesNotItsFolder) {
+    // A regular file in the memory file system under /dev is replaced like any other: saving it
+    // twice leaves one copy of the text, in a new file, and nothing beside it.
+    const fs::path shm = "/dev/shm";
+    if (!fs::is_directory(shm)) {
+        GTEST_SKIP() << "no /dev/shm";
+    }
+    const TestFolder names;  // a unique name for the file under /dev/shm
+    const fs::path scratch = shm / (names.Path().filename().string() + ".bit");
+    struct Remove {
+        fs::path path;
+        ~Remove() {
+            std::error_code ignored;
+            fs::remove(path, ignored);
+        }
+    } removeScratch{scratch};
+    ASSERT_TRUE(kv::ReplaceFileAtomically(scratch, "0110").ok);
+    struct stat first {};
+    ASSERT_EQ(stat(scratch.c_str(), &first), 0);
+    ASSERT_TRUE(kv::ReplaceFileAtomically(scratch, "0110").ok);
+    EXPECT_EQ(ReadText(scratch.string()), "0110");
+    struct stat second {};
+    ASSERT_EQ(stat(scratch.c_str(), &second), 0);
+    EXPECT_NE(first.st_ino, second.st_ino);
+    for (const auto& entry : fs::directory_iterator(shm)) {
+        EXPECT_EQ(entry.path().string().rfind(scratch.string() + ".tmp", 0), std::string::npos)
+            << entry.path();
+    }
+
+    // A regular file this process holds open is written in place through the stream's name,
+    // the old text cut off first, whichever name (or link to one) reaches it.
+    const TestFolder folder;
+    const fs::path held = folder.Path() / "held.bit";
+    WriteText(held.string(), "previous text");
+    const int descriptor = open(held.c_str(), O_WRONLY);
+    ASSERT_GE(descriptor, 0);
+    const std::string fd = std::to_string(descriptor);
+    fs::create_symlink("/proc/self/fd/" + fd, folder.Path() / "link.bit");
+    for (const fs::path& name :
+         {fs::path("/dev/fd/" + fd), fs::path("/proc/self/fd/" + fd), folder.Path() / "link.bit"}) {
+        EXPECT_TRUE(kv::ReplaceFileAtomically(name, "1001").ok) << name;
+        EXPECT_EQ(ReadText(held.string()), "1001") << name;
+    }
+    struct stat opened {};
+    struct stat named {};
+    EXPECT_EQ(fstat(descriptor, &opened), 0);
+    EXPECT_EQ(stat(held.c_str(), &named), 0);
+    EXPECT_EQ(opened.st_ino, named.st_ino);
+    close(descriptor);
 }
 
 TEST(FileIoRead, NamesAFolderAsSuch) {

@@ -368,7 +368,6 @@ TEST_F(Persistence, BadInputGetsAClearOutcome) {
         "[EYEDIAGRAM]\nSEQTYPE=4\nSEQUENCELENGTH=10\nBITSEQUENCE=0101\n",
         "[EYEDIAGRAM]\nSEQTYPE=4\nSEQUENCELENGTH=3000\nBITSEQUENCE=Mabc\n",
         "[EYEDIAGRAM]\nSEQTYPE=4\nSEQUENCELENGTH=3000\nBITSEQUENCE=M!!!\n",
-        "[EYEDIAGRAM]\nSEQTYPE=4\nSEQUENCELENGTH=3000\nBITSEQUENCE=\n",
     };
     for (const char* text : bad) {
         m_messages.Clear();
@@ -382,6 +381,48 @@ TEST_F(Persistence, BadInputGetsAClearOutcome) {
     kept.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=4\nSEQUENCELENGTH=40000\nBITSEQUENCE=1\n").c_str(), true);
     EXPECT_EQ(kept.GetSeqType(), 4);
     EXPECT_EQ(kept.GetBitCount(), 31);
+
+    // Older files never stored the bits of kinds 5 and 6: such a section loads
+    // without a message and the object keeps the bits it had, from a file and
+    // from a settings store alike; bits stored beside such a kind are taken.
+    const kv::BitVector had = SomeBits(40, 3);
+    const std::string olderSection =
+        "[EYEDIAGRAM]\nCYCLECOUNT=6\nSEQTYPE=5\nINITSTATE=1\nSEQUENCELENGTH=40\n";
+    std::filesystem::create_directories(m_folder.File("config/Older"));
+    WriteText(m_folder.File("config/Older/KVComCtl.ini"), olderSection);
+    for (const auto& [location, fromFile] :
+         {std::pair{Ini(olderSection), true}, std::pair{std::string("Older"), false}}) {
+        m_messages.Clear();
+        CStimulusData older;
+        older.SetBitVector(had);
+        older.Load(location.c_str(), fromFile);
+        EXPECT_TRUE(m_messages.Requests().empty()) << location;
+        EXPECT_EQ(older.GetSeqType(), 5) << location;
+        EXPECT_EQ(older.GetCycleCount(), 6) << location;
+        EXPECT_EQ(older.Bits(), had) << location;
+    }
+    CStimulusData stored;
+    stored.Load(Ini("[EYEDIAGRAM]\nSEQTYPE=6\nSEQUENCELENGTH=3\nBITSEQUENCE=101\n").c_str(), true);
+    EXPECT_EQ(stored.GetSeqType(), 6);
+    EXPECT_EQ(stored.Bits(), (kv::BitVector{1, 0, 1}));
+
+    // Older files hold a long custom sequence's encoded lines one below the
+    // other, so its key reads as the first line only: those bits load, the
+    // rest are clear, and every other value stays as stored.
+    const kv::BitVector custom = SomeBits(3000, 4);
+    const std::string encoded = kv::EncodeBitSequence(custom);
+    m_messages.Clear();
+    CStimulusData cut;
+    cut.Load(Ini("[EYEDIAGRAM]\r\nCYCLECOUNT=6\r\nSEQTYPE=4\r\nSEQUENCELENGTH=3000\r\n"
+                 "BITSEQUENCE=" +
+                 encoded)
+                 .c_str(),
+             true);
+    EXPECT_TRUE(m_messages.Requests().empty());
+    EXPECT_EQ(cut.GetCycleCount(), 6);
+    kv::BitVector firstLine(custom.begin(), custom.begin() + 45 * 8);
+    firstLine.resize(3000, 0);
+    EXPECT_EQ(cut.Bits(), firstLine);
 
     // Truncated and binary files load what they can and never crash.
     m_messages.Clear();

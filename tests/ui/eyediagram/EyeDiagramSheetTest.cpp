@@ -16,11 +16,13 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
+#include <algorithm>
 #include <fstream>
 #include <functional>
 #include <map>
 
 #include "core/bitpattern/PatternPainters.h"
+#include "core/eyediagram/StimulusLibrary.h"
 #include "core/ports/FileChooser.h"
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/PageMessages.h"
@@ -288,26 +290,46 @@ private slots:
     }
 
     void applyQuestionAnswers() {
+        // No: nothing is stored under the stimulus's name, and yet the sheet
+        // closes with OK and the caller gets every edit.
         auto data = NewData();
-        // No: the sheet closes with OK and the caller keeps its values.
         m_messages.QueueAnswer(kv::MessageAnswer::No);
         QVERIFY(Edit(data.get(), 0x80, [](QDialog& sheet) {
+            Click(sheet, id::kNew);
+            FindControl<QLineEdit>(&sheet, id::kNameEdit)->setText("kept");
+            Click(sheet, id::kSave);  // stored as opened
             Type(sheet, id::kPeriod, "2.5");
+            FindControl<QComboBox>(&sheet, id::kSequence)->setCurrentIndex(0);  // Oscillator
+            FindControl<QComboBox>(&sheet, id::kLevel)->setCurrentIndex(1);     // Low
             Click(sheet, kvcomctl_ids::kSheetOk);
         }));
-        QCOMPARE(data->GetPeriod(), 3.3);
-        // Cancel keeps the sheet open; Yes then takes the value.
+        QCOMPARE(data->GetPeriod(), 2.5);
+        QCOMPARE(data->GetSeqType(), 2);
+        QCOMPARE(BitsOf(*data), QStringLiteral("10"));
+        kv::CStimulusData named;
+        QVERIFY(kv::stimulus_library::Open(named, "kept"));
+        QCOMPARE(named.GetPeriod(), 3.3);
+
+        // Cancel keeps the sheet open; Yes then stores the stimulus under its
+        // name and the caller gets it too.
         m_messages.QueueAnswer(kv::MessageAnswer::Cancel);
         m_messages.QueueAnswer(kv::MessageAnswer::Yes);
         bool stayed = false;
         QVERIFY(Edit(data.get(), 0x80, [&](QDialog& sheet) {
-            Type(sheet, id::kPeriod, "2.5");
+            auto* names = FindControl<QComboBox>(&sheet, id::kNameList);
+            names->setCurrentIndex(names->findText("kept"));
+            emit names->activated(names->currentIndex());
+            Type(sheet, id::kPeriod, "2.0");
             Click(sheet, kvcomctl_ids::kSheetOk);
             stayed = sheet.isVisible();
             Click(sheet, kvcomctl_ids::kSheetOk);
         }));
         QVERIFY(stayed);
-        QCOMPARE(data->GetPeriod(), 2.5);
+        QCOMPARE(data->GetPeriod(), 2.0);
+        QVERIFY(kv::stimulus_library::Open(named, "kept"));
+        QCOMPARE(named.GetPeriod(), 2.0);
+        QVERIFY(kv::stimulus_library::Remove("kept"));
+        QCOMPARE(m_messages.Requests().size(), std::size_t{3});
     }
 
     void cancelWithChangesAsksAndLeavesTheCallerUntouched() {
@@ -457,6 +479,36 @@ private slots:
         }));
     }
 
+    void patternFollowsTheKindShown() {
+        // A new stimulus (kind 7) opens as PRBS, read-only; the bit order,
+        // shown for PRBS alone, reverses PRBS alone.
+        auto data = NewData();
+        bool readOnly = false;
+        QString normalPrbs;
+        QString reversedPrbs;
+        QString normalCode;
+        QString codeAfterReversing;
+        QVERIFY(!Edit(data.get(), 0x80, [&](QDialog& sheet) {
+            auto* pattern = FindControl<kv::ui::CBitPatternCtrl>(&sheet, id::kPattern);
+            auto* sequence = FindControl<QComboBox>(&sheet, id::kSequence);
+            readOnly = pattern->IsReadOnly();
+            sequence->setCurrentIndex(4);  // 8B/10B
+            normalCode = BitsOf(*pattern);
+            sequence->setCurrentIndex(3);  // PRBS
+            normalPrbs = BitsOf(*pattern);
+            FindControl<QComboBox>(&sheet, id::kBitOrder)->setCurrentIndex(1);  // Reversed
+            reversedPrbs = BitsOf(*pattern);
+            sequence->setCurrentIndex(4);
+            codeAfterReversing = BitsOf(*pattern);
+            Click(sheet, kvcomctl_ids::kSheetCancel);  // the question is answered OK
+        }));
+        QVERIFY(readOnly);
+        std::reverse(normalPrbs.begin(), normalPrbs.end());
+        QCOMPARE(reversedPrbs, normalPrbs);
+        QCOMPARE(normalCode.size(), 40);
+        QCOMPARE(codeAfterReversing, normalCode);
+    }
+
     void fieldsRefuseValuesOutOfRange() {
         auto data = NewData();
         m_messages.QueueAnswer(kv::MessageAnswer::Ok);  // the cancel question at the end
@@ -546,6 +598,18 @@ private slots:
             QCOMPARE(m_messages.Requests()[0].icon, kv::MessageIcon::Warning);
             QCOMPARE(m_messages.Requests()[0].caption, std::string("Edit Stimulus"));
 
+            // A file that cannot be read is told with the same icon.
+            m_messages.Clear();
+            const std::string missing = folder.filePath("missing.bit").toStdString();
+            choose(missing);
+            Click(sheet, id::kLoad);
+            QCOMPARE(BitsOf(*pattern), QStringLiteral("101"));
+            QCOMPARE(m_messages.Requests().size(), std::size_t{1});
+            QCOMPARE(m_messages.Requests()[0].text,
+                     "Unable to load file " + missing +
+                         " due to following reason:\nNo such file or directory");
+            QCOMPARE(m_messages.Requests()[0].icon, kv::MessageIcon::Warning);
+
             m_messages.Clear();
             choose(longFile);
             Click(sheet, id::kLoad);
@@ -573,7 +637,7 @@ private slots:
             Click(sheet, kvcomctl_ids::kSheetOk);
         }));
         QCOMPARE(data->GetBitCount(), 32768);
-        QCOMPARE(chooser.queries.size(), std::size_t{6});
+        QCOMPARE(chooser.queries.size(), std::size_t{7});
         QCOMPARE(chooser.queries[0].filter,
                  std::string("Bit sequence file (*.bit)|*.bit|All Files (*.*) | *.*|"));
         QCOMPARE(chooser.queries[0].defaultExtension, std::string("bit"));
@@ -757,6 +821,27 @@ private slots:
         QCOMPARE(data->GetMaxJitter(), 49.9);
         QVERIFY(!data->GetJitterAsTime(1));
         QCOMPARE(data->GetUniformMag(), 1.5 * 100 / 3.3);
+    }
+
+    void eyeStimulusPageHandsTheHostWhatWasTyped() {
+        // The simple maximum reaches the caller whether it was committed as
+        // typed or only when OK left the page.
+        auto data = NewData();
+        QVERIFY(Edit(data.get(), 0x01, [](QDialog& sheet) {
+            Type(sheet, stim_id::kMaxJitter, "0.75");
+            Click(sheet, kvcomctl_ids::kSheetOk);
+        }));
+        QCOMPARE(data->GetMaxJitter(), 0.75);
+        QVERIFY(Edit(data.get(), 0x03, [](QDialog& sheet) {
+            FindControl<QLineEdit>(&sheet, stim_id::kMaxJitter)->setText("0.5");
+            auto* tabs = sheet.findChild<QTabWidget*>(QStringLiteral("pages"));
+            tabs->setCurrentIndex(1);
+            tabs->setCurrentIndex(0);
+            Click(sheet, kvcomctl_ids::kSheetOk);
+        }));
+        QCOMPARE(data->GetMaxJitter(), 0.5);
+        QVERIFY(!data->GetAdvancedJitter());
+        QVERIFY(m_messages.Requests().empty());
     }
 
     void namedStimuliAreSavedOpenedAndRemoved() {
