@@ -160,7 +160,7 @@ std::optional<double> ParseField(std::string_view text) {
     }
     const std::size_t end = text.find_first_not_of(" \t", number->length);
     if (end != std::string_view::npos) {
-        return std::nullopt;  // a decimal comma ends the number here
+        return std::nullopt;  // more than the number, such as a decimal comma and digits
     }
     return number->value;
 }
