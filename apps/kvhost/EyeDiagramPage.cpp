@@ -17,6 +17,7 @@
 #include <functional>
 
 #include "HostPage.h"
+#include "core/shared/NumberText.h"
 #include "kvcomctl/kvcomctl.h"
 
 namespace {
@@ -74,6 +75,10 @@ private:
     IEyeDiagramStimAdaptor* m_adaptor;
 };
 
+QString Number(double value) {
+    return QString::fromStdString(kv::FormatSignificant(value, 6));
+}
+
 QString Summary(EyeDiagramHost& host, int32_t points) {
     IEyeDiagramData& data = host.Data();
     QString bits;
@@ -89,11 +94,11 @@ QString Summary(EyeDiagramHost& host, int32_t points) {
         .arg(data.GetSeqType())
         .arg(data.GetBitCount())
         .arg(bits)
-        .arg(data.GetPeriod())
-        .arg(data.GetDutyCycle())
+        .arg(Number(data.GetPeriod()))
+        .arg(Number(data.GetDutyCycle()))
         .arg(data.GetCycleCount())
         .arg(points)
-        .arg(host.Adaptor().GetDuration() * 1e9);
+        .arg(Number(host.Adaptor().GetDuration() * 1e9));
 }
 
 QWidget* CreateEyeDiagramWidget(IKVComCtlFactory& factory) {

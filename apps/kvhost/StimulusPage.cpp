@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "HostPage.h"
+#include "core/shared/NumberText.h"
 #include "kvcomctl/kvcomctl.h"
 
 namespace {
@@ -24,7 +25,7 @@ QString BitsText(const IEyeDiagramData& data) {
 
 QList<QPair<QString, QString>> Values(IEyeDiagramData& data) {
     const EYEMASK& mask = *data.GetMask();
-    const auto number = [](double value) { return QString::number(value, 'g', 15); };
+    const auto number = [](double value) { return QString::fromStdString(kv::FormatReal(value)); };
     return {
         {"Cycles", QString::number(data.GetCycleCount())},
         {"Skip bits", QString::number(data.GetSkipBits())},

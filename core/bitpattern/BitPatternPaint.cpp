@@ -2,18 +2,12 @@
 // waveform, the rubber band with its caption, and the squares on top.
 
 #include <algorithm>
-#include <cstdio>
+#include <string>
 
 #include "core/bitpattern/BitPatternEditor.h"
 
 namespace kv {
 namespace {
-
-std::string Format(const char* format, auto... values) {
-    char text[96];
-    std::snprintf(text, sizeof text, format, values...);
-    return text;
-}
 
 const char* StateWord(bool high) {
     return high ? "High-state" : "Low-state";
@@ -37,7 +31,7 @@ void BitPatternEditor::Paint(ICanvas& canvas) const {
     if (m_painter->ShowsSequenceLength()) {
         canvas.SetTextColor(color::kInk);
         canvas.TextOut({l.left, l.digitRow.bottom + l.textHeight / 4},
-                       Format("Sequence length: %d", m_bits.GetSize()));
+                       "Sequence length: " + std::to_string(m_bits.GetSize()));
     }
     if (!m_readOnly) {
         canvas.SelectDefaultPen();
@@ -98,15 +92,17 @@ void BitPatternEditor::PaintRubberBandAndCaption(ICanvas& canvas) const {
             while (inSeries < count && m_bits[count - 1 - inSeries] == bit) {
                 ++inSeries;
             }
-            DrawCaption(canvas,
-                        Format("bit %d, %d %s in series", count + 1, inSeries, StateWord(high)));
+            DrawCaption(canvas, "bit " + std::to_string(count + 1) + ", " +
+                                    std::to_string(inSeries) + " " + StateWord(high) +
+                                    " in series");
         } else {
             const int cell = l.CellAt(centreX);
-            DrawCaption(canvas,
-                        Format("bit %d, %d %s to add", cell, cell - count, StateWord(high)));
+            DrawCaption(canvas, "bit " + std::to_string(cell) + ", " +
+                                    std::to_string(cell - count) + " " + StateWord(high) +
+                                    " to add");
         }
     } else if (m_caretShown) {
-        DrawCaption(canvas, Format("bit %d", GetCaretIndex()));
+        DrawCaption(canvas, "bit " + std::to_string(GetCaretIndex()));
     }
 }
 

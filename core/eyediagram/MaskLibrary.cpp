@@ -1,12 +1,12 @@
 #include "core/eyediagram/MaskLibrary.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 
 #include "core/eyediagram/MaskFields.h"
 #include "core/eyediagram/StimulusEditRules.h"
 #include "core/settings/ProfileStore.h"
+#include "core/shared/NumberText.h"
 #include "core/stimulus/EyeMask.h"
 
 namespace kv {
@@ -22,10 +22,8 @@ std::string EntryName(std::size_t index) {
 
 std::string MaskText(const EYEMASK& mask) {
     std::string text;
-    char number[40];
     for (const mask_page::MaskField& field : mask_page::MaskFields()) {
-        std::snprintf(number, sizeof number, "%.17g,", mask.*field.member);
-        text += number;
+        text.append(FormatSignificant(mask.*field.member, 17)).append(",");
     }
     text += MaskName(mask);
     return text;

@@ -1,7 +1,6 @@
 #include "core/eyediagram/StimWaveform.h"
 
-#include <cstdio>
-
+#include "core/shared/NumberText.h"
 #include "core/stimulus/SequenceType.h"
 
 namespace kv {
@@ -153,13 +152,12 @@ std::string PwlSourceText(std::span<const STIMPOINT> points, std::string_view so
     std::string text = "* Stimulus waveform, ";
     text.append(std::to_string(points.size())).append(" points\nV");
     text.append(sourceName).append(" ").append(node).append(" 0 PWL(");
-    char number[64];
     for (std::size_t i = 0; i < points.size(); ++i) {
         if (i % kPairsPerLine == 0) {
             text += "\n+";
         }
-        std::snprintf(number, sizeof number, " %.15g %.15g", points[i].time, points[i].level);
-        text += number;
+        text.append(" ").append(FormatReal(points[i].time));
+        text.append(" ").append(FormatReal(points[i].level));
     }
     text += "\n+ )\n";
     return text;

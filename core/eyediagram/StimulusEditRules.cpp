@@ -1,11 +1,9 @@
 #include "core/eyediagram/StimulusEditRules.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
+#include <cmath>
 
+#include "core/shared/NumberText.h"
 #include "core/stimulus/BitFile.h"
 #include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/PageMessages.h"
@@ -153,27 +151,19 @@ BitVector ShownPattern(int kind, int levelIndex, bool reversed, const CStimulusD
 }
 
 std::string FormatField(double value) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%.3f", value);
-    return text;
+    return FormatFixed(value, 3);
 }
 
 std::optional<double> ParseField(std::string_view text) {
-    std::string copy(text);
-    const char* begin = copy.c_str();
-    char* end = nullptr;
-    errno = 0;
-    const double value = std::strtod(begin, &end);
-    if (end == begin || errno == ERANGE) {
+    const std::optional<NumberPrefix> number = ReadNumberPrefix(text);
+    if (!number || number->outOfRange || std::isnan(number->value)) {
         return std::nullopt;
     }
-    while (*end == ' ' || *end == '\t') {
-        ++end;
+    const std::size_t end = text.find_first_not_of(" \t", number->length);
+    if (end != std::string_view::npos) {
+        return std::nullopt;  // more than the number, such as a decimal comma and digits
     }
-    if (*end != '\0' || value != value) {
-        return std::nullopt;
-    }
-    return value;
+    return number->value;
 }
 
 std::optional<std::string_view> CheckPeriod(double nanoseconds, bool oscillator) {

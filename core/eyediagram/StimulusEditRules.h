@@ -60,9 +60,12 @@ inline int LevelOfInitState(int initState) {
 // the bit order list says so and that list is shown for the kind (PRBS).
 BitVector ShownPattern(int kind, int levelIndex, bool reversed, const CStimulusData& data);
 
-// Numeric fields: three decimals on screen.
+// Numeric fields: three decimals on screen, always with a decimal point, as
+// the fields' range messages write their numbers, whatever the locale.
 std::string FormatField(double value);
-// The number typed, or none for text that is no number.
+// The number typed, or none for text that is no number. The decimal point is
+// "." in every locale; a comma is no decimal point, so "1,5" is refused (and
+// the field shows its range message) rather than read as 1 or as 1.5.
 std::optional<double> ParseField(std::string_view text);
 
 // The message for a value outside its range, or none when it is accepted.

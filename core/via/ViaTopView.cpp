@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <vector>
 
+#include "core/shared/NumberText.h"
 #include "core/via/PadOutline.h"
 #include "core/via/ViaViewStyle.h"
 
@@ -105,9 +105,7 @@ std::string ShapeLegend(const char* what, int32_t shape, double width, double he
         text += " x " + style::LengthText(height, metric);
     }
     if (std::isfinite(angle) && angle != 0.0) {
-        char degrees[32];
-        std::snprintf(degrees, sizeof degrees, ", %g deg", angle);
-        text += degrees;
+        text += ", " + FormatSignificant(angle, 6) + " deg";
     }
     return text;
 }

@@ -28,13 +28,16 @@
 
 #include "apps/kvhost/ViaExample.h"
 #include "kvcomctl/kvcomctl.h"
+#include "tests/host/ModalAnswers.h"
 #include "tests/host/QtHost.h"
 #include "tests/support/SpiceExportText.h"
 
 namespace {
 
+using kv::test::Click;
 using kv::test::g_factory;
 using kv::test::g_hostLibrary;
+using kv::test::ModalAnswers;
 
 TEST(HostLoad, FactoryIsOneStaticObjectAndTheOnlyExport) {
     ASSERT_NE(g_factory, nullptr);
@@ -168,32 +171,6 @@ QByteArray ReadFile(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Answers the modal windows that open next, one step per window, as a user would.
-class ModalAnswers {
-public:
-    using Step = std::function<void(QWidget* modal)>;
-    explicit ModalAnswers(std::deque<Step> steps) : m_steps(std::move(steps)) {
-        QObject::connect(&m_timer, &QTimer::timeout, [this] { Poll(); });
-        m_timer.start(10);
-    }
-    bool AllAnswered() const { return m_steps.empty(); }
-
-private:
-    void Poll() {
-        QWidget* modal = QApplication::activeModalWidget();
-        if (modal == nullptr || modal == m_last || m_steps.empty()) {
-            return;
-        }
-        m_last = modal;
-        Step step = std::move(m_steps.front());
-        m_steps.pop_front();
-        step(modal);
-    }
-    std::deque<Step> m_steps;
-    QWidget* m_last = nullptr;
-    QTimer m_timer;
-};
-
 ModalAnswers::Step TypeFileName(const QString& path) {
     return [path](QWidget* modal) {
         auto* dialog = qobject_cast<QFileDialog*>(modal);
@@ -208,15 +185,6 @@ ModalAnswers::Step Cancel() {
         auto* dialog = qobject_cast<QFileDialog*>(modal);
         ASSERT_NE(dialog, nullptr);
         dialog->reject();
-    };
-}
-
-ModalAnswers::Step Click(QMessageBox::StandardButton button, QString* text) {
-    return [button, text](QWidget* modal) {
-        auto* box = qobject_cast<QMessageBox*>(modal);
-        ASSERT_NE(box, nullptr);
-        *text = box->text();
-        box->button(button)->click();
     };
 }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <cmath>
 #include <filesystem>
 #include <limits>
@@ -291,6 +292,21 @@ TEST(PadTopView, LayerIsDrawnToOneScaleWithItsValues) {
           "Drill: 9.8 mils, finished hole: 7.9 mils", "pad 15.7 mils"}) {
         EXPECT_NE(std::find(texts.begin(), texts.end(), expected), texts.end()) << expected;
     }
+}
+
+// A host's QApplication sets the process locale from the desktop; the legend
+// keeps its decimal point.
+TEST(PadTopView, LegendAngleKeepsItsPointInADecimalCommaLocale) {
+    if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr) {
+        GTEST_SKIP() << "the locale de_DE.UTF-8 is missing";
+    }
+    kv::test::RecordingCanvas canvas;
+    const PADDATA pad = Pad(PAD_TYPE_PAD, PAD_SHAPE_RECTANGLE, 600 * kUm, 400 * kUm, 22.5, 0.0);
+    kv::DrawLayerPadTopView(canvas, {0, 0, 400, 400}, {&pad, 200 * kUm, 25 * kUm, false, "TOP"});
+    std::setlocale(LC_NUMERIC, "C");
+    const auto texts = canvas.Texts();
+    const std::string legend = "Pad: RECT 23.6 mils x 15.7 mils, 22.5 deg";
+    EXPECT_NE(std::find(texts.begin(), texts.end(), legend), texts.end());
 }
 
 TEST_F(ViaView, TopViewOfAPairSharesOneScale) {
