@@ -1,6 +1,7 @@
 #include "core/eye/EyeAnalysis.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "core/eye/EyeClock.h"
@@ -18,14 +19,23 @@ struct LevelRange {
 // Lowest and highest level of the trace over [from, to]: the level at
 // `from` and every sample after it.
 LevelRange RangeOf(const EyeTrace& trace, double from) {
-    TraceCursor cursor(trace);
-    LevelRange range{cursor.At(from), cursor.At(from)};
-    const std::size_t first = FindSegment(trace.time, from) + 1;
-    for (std::size_t i = first; i < trace.volts.size(); ++i) {
-        range.lo = std::min(range.lo, trace.volts[i]);
-        range.hi = std::max(range.hi, trace.volts[i]);
+    const double start = TraceCursor(trace).At(from);
+    // Four of each, to keep four comparisons under way at once.
+    std::array<double, 4> lo{start, start, start, start};
+    std::array<double, 4> hi = lo;
+    const std::span<const double> after = trace.volts.subspan(FindSegment(trace.time, from) + 1);
+    std::size_t i = 0;
+    for (; i + 4 <= after.size(); i += 4) {
+        for (std::size_t k = 0; k < 4; ++k) {
+            lo[k] = std::min(lo[k], after[i + k]);
+            hi[k] = std::max(hi[k], after[i + k]);
+        }
     }
-    return range;
+    for (; i < after.size(); ++i) {
+        lo[0] = std::min(lo[0], after[i]);
+        hi[0] = std::max(hi[0], after[i]);
+    }
+    return {*std::min_element(lo.begin(), lo.end()), *std::max_element(hi.begin(), hi.end())};
 }
 
 // The first of the times t + k * interval at or after `from`.

@@ -47,49 +47,51 @@ FoldCounts FoldPoints(const EyeTrace& trace, const EyeFrame& frame, const EyeGri
     // No point before the trace's first sample, where there is no line to read.
     const double from = std::max(frame.from, time.front());
     const int64_t firstPoint = std::max<int64_t>(0, PointAxis::FirstAtOrAfter(axis.Position(from)));
-    const int64_t endPoint = PointAxis::FirstAtOrAfter(axis.Position(frame.to));
-    const auto endPosition = static_cast<double>(endPoint);
+    // Points are counted in doubles, exact below 2^53, so that a segment's
+    // points are bounded by its end's position without a conversion.
+    const auto first = static_cast<double>(firstPoint);
+    const auto end = static_cast<double>(PointAxis::FirstAtOrAfter(axis.Position(frame.to)));
     const int32_t width = grid.width;
     const auto height = static_cast<double>(grid.height);
+    // Levels are interpolated in rows, the mask compares volts.
     const double rowsPerVolt = grid.height / (grid.vMax - grid.vMin);
+    const double voltsPerRow = (grid.vMax - grid.vMin) / grid.height;
+    const auto rowOf = [&](double v) { return (v - grid.vMin) * rowsPerVolt; };
     int64_t hits = 0;
 
-    int64_t g = firstPoint;
-    int32_t column = static_cast<int32_t>(g % width);
+    double point = first;
+    int32_t column = static_cast<int32_t>(firstPoint % width);
     std::size_t i = FindSegment(time, from);
     double u0 = axis.Position(time[i]);
-    double v0 = volts[i];
-    for (; g < endPoint && i + 1 < time.size(); ++i) {
+    double r0 = rowOf(volts[i]);
+    for (; point < end && i + 1 < time.size(); ++i) {
         const double u1 = axis.Position(time[i + 1]);
-        const double v1 = volts[i + 1];
-        const int64_t stop = u1 >= endPosition ? endPoint : PointAxis::FirstAtOrAfter(u1);
-        if (g < stop) {
-            // g >= u0 and g < u1 here, so the segment has a length.
-            const double slope = (v1 - v0) / (u1 - u0);
-            const double row0 = (v0 - grid.vMin) * rowsPerVolt;
-            const double rowSlope = slope * rowsPerVolt;
+        const double r1 = rowOf(volts[i + 1]);
+        const double limit = std::min(u1, end);
+        if (point < limit) {
+            // point >= u0 and point < u1 here, so the segment has a length.
+            const double slope = (r1 - r0) / (u1 - u0);
             do {
-                const double along = static_cast<double>(g) - u0;
-                const double row = row0 + along * rowSlope;
-                if (row >= 0.0 && row < height) {
+                const double row = r0 + (point - u0) * slope;
+                if ((row >= 0.0) & (row < height)) {
                     ++density[static_cast<int64_t>(row) * width + column];
                 }
                 if constexpr (Point::kMask) {
-                    const double v = v0 + along * slope;
+                    const double v = grid.vMin + row * voltsPerRow;
                     MaskColumn& c = mask[column];
                     hits += ((v > c.openBelow) & (v < c.openAbove)) | (v > c.top) | (v < c.bottom);
                     const bool above = v >= crossingLevel;
                     c.nearestAbove = std::min(c.nearestAbove, above ? v : c.nearestAbove);
                     c.nearestBelow = std::max(c.nearestBelow, above ? c.nearestBelow : v);
                 }
-                ++g;
+                point += 1.0;
                 column = column + 1 == width ? 0 : column + 1;
-            } while (g < stop);
+            } while (point < limit);
         }
         u0 = u1;
-        v0 = v1;
+        r0 = r1;
     }
-    return {g - firstPoint, hits};
+    return {static_cast<int64_t>(point - first), hits};
 }
 
 }  // namespace

@@ -12,16 +12,21 @@ std::optional<std::string_view> FindTraceError(const EyeTrace& trace) {
     if (trace.time.size() < 2) {
         return "The waveform needs at least two samples";
     }
-    double previous = trace.time.front();
-    for (std::size_t i = 0; i < trace.time.size(); ++i) {
+    // Without a branch per sample: x - x is 0 only for a finite x, and a
+    // comparison with a NaN is false.
+    const auto isFinite = [](double x) { return x - x == 0.0; };
+    bool finite = isFinite(trace.time[0]) & isFinite(trace.volts[0]);
+    bool ordered = true;
+    for (std::size_t i = 1; i < trace.time.size(); ++i) {
         const double t = trace.time[i];
-        if (!std::isfinite(t) || !std::isfinite(trace.volts[i])) {
-            return "The waveform holds a time or level that is not a finite number";
-        }
-        if (t < previous) {
-            return "The waveform's times must not decrease";
-        }
-        previous = t;
+        finite &= isFinite(t) & isFinite(trace.volts[i]);
+        ordered &= t >= trace.time[i - 1];
+    }
+    if (!finite) {
+        return "The waveform holds a time or level that is not a finite number";
+    }
+    if (!ordered) {
+        return "The waveform's times must not decrease";
     }
     return std::nullopt;
 }
@@ -44,8 +49,31 @@ std::size_t FindSegment(std::span<const double> time, double t, std::size_t from
     return std::min(static_cast<std::size_t>(beyond - time.begin()) - 1, last);
 }
 
+TraceCursor::TraceCursor(const EyeTrace& trace)
+    : m_trace(trace),
+      m_samplesPerSecond(static_cast<double>(trace.time.size() - 1) /
+                         (trace.time.back() - trace.time.front())) {}
+
 double TraceCursor::At(double t) {
-    m_segment = FindSegment(m_trace.time, t, m_segment);
+    const std::span<const double> time = m_trace.time;
+    if (t >= time[m_segment + 1]) {
+        // Far ahead the search starts where samples of the mean spacing would
+        // put `t`: the very place for evenly spaced ones, so a jump across
+        // a long stretch touches only the memory it lands on.
+        const double ahead = (t - time[m_segment]) * m_samplesPerSecond;
+        const std::size_t last = time.size() - 2;
+        const std::size_t guess = ahead < static_cast<double>(last - m_segment)
+                                      ? m_segment + static_cast<std::size_t>(ahead)
+                                      : last;
+        if (time[guess] <= t) {
+            m_segment = FindSegment(time, t, guess);
+        } else {
+            const auto beyond =
+                std::upper_bound(time.begin() + static_cast<std::ptrdiff_t>(m_segment) + 1,
+                                 time.begin() + static_cast<std::ptrdiff_t>(guess), t);
+            m_segment = static_cast<std::size_t>(beyond - time.begin()) - 1;
+        }
+    }
     const double t0 = m_trace.time[m_segment];
     const double t1 = m_trace.time[m_segment + 1];
     const double v0 = m_trace.volts[m_segment];

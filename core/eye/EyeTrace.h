@@ -33,7 +33,7 @@ std::size_t FindSegment(std::span<const double> time, double t, std::size_t from
 // the spacing of the samples and of the times asked for.
 class TraceCursor {
 public:
-    explicit TraceCursor(const EyeTrace& trace) : m_trace(trace) {}
+    explicit TraceCursor(const EyeTrace& trace);
 
     // The level at `t`, which must lie within the trace; at a step, the
     // level after it.
@@ -41,6 +41,7 @@ public:
 
 private:
     EyeTrace m_trace;
+    double m_samplesPerSecond;  // over the whole trace; infinite when it lasts no time
     std::size_t m_segment = 0;
 };
 
