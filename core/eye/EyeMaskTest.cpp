@@ -94,8 +94,8 @@ std::optional<EyeMaskTest> EyeMaskTest::Place(const EYEMASK& mask, double interv
         const double time = (static_cast<double>(j) + 0.5) * pitch;
         const double offset = time - test.m_centre;
         test.m_columnOffsets[j] = offset;
-        const Neighbours near = Around(offset, deepest, interval);
-        const double depth = std::max(test.Depth(near.below), test.Depth(near.above));
+        const Neighbours next = Around(offset, deepest, interval);
+        const double depth = std::max(test.Depth(next.below), test.Depth(next.above));
         MaskColumn& column = test.m_columns[j];
         column.openBelow = column.openAbove = test.m_crossing;
         if (depth > 0.0) {
@@ -134,9 +134,9 @@ double EyeMaskTest::MarginPercent() const {
     const auto reach = [&](double height, double offset) {
         // The gauge along the time axis is least where its two slanted sides
         // meet.
-        const Neighbours near =
+        const Neighbours next =
             Around(offset, (m_riseInset - m_fallInset) * height / 2.0, m_interval);
-        scale = std::min({scale, Gauge(height, near.below), Gauge(height, near.above)});
+        scale = std::min({scale, Gauge(height, next.below), Gauge(height, next.above)});
     };
     for (std::size_t j = 0; j < m_columns.size(); ++j) {
         const MaskColumn& column = m_columns[j];
