@@ -192,6 +192,25 @@ TEST(EyeAnalysis, RefusesWhatItCannotRead) {
     const kv::EyeResult eye = kv::AnalyseEye(good.Trace(), mask);
     EXPECT_EQ(eye.refusal, "");
     EXPECT_EQ(eye.measure.maskHits, -1);
+
+    // Levels whose span overflows leave no range to draw in, unless one is given;
+    // a step (two samples at one time) and a mask reaching far are read as they are.
+    Waveform extreme;
+    extreme.Add(0.0, -1e308);
+    extreme.Add(2 * kNs, 1e308);
+    extreme.Add(2 * kNs, 0.0);
+    extreme.Add(5 * kNs, 1.0);
+    EXPECT_TRUE(refused(extreme, request));
+    kv::EyeRequest given = request;
+    given.timing.eyes = 3;
+    given.vMin = 0.0;
+    given.vMax = 1.0;
+    given.mask = kv::DefaultEyeMask();
+    given.mask->TCross2Max = 1e300;
+    given.mask->PTopMax = 1e300;
+    const kv::EyeResult far = kv::AnalyseEye(extreme.Trace(), given);
+    EXPECT_EQ(far.refusal, "");
+    EXPECT_NEAR(static_cast<double>(far.measure.samples), 5 * given.width / 3.0, 1.0);
 }
 
 }  // namespace
