@@ -46,6 +46,19 @@ def axis(
 ) -> Tuple[Tuple[float, float], float, int, List[Tuple[float, str]]]:
     """One chart axis: ((lo', hi'), step, label interval, [(value, label), ...])."""
 
+def eye(
+    time: npt.ArrayLike,
+    volts: npt.ArrayLike,
+    interval: float,
+    eyes: int = 1,
+    skip: int = 0,
+    width: int = 1000,
+    height: int = 600,
+    volts_range: Optional[Tuple[float, float]] = None,
+    mask: Optional["EyeMask"] = None,
+) -> Tuple[npt.NDArray[np.uint32], dict[str, Any]]:
+    """The eye's density (height x width, row 0 lowest) and its measurements."""
+
 def format_length(metres: float, metric: bool = False) -> Tuple[str, bool]:
     """A length as text in mils and inches, or metric units; (text, in range)."""
 
