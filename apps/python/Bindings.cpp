@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/stimulus/BitFile.h"
+
 namespace kv::python {
 
 BitArray NewBitArray(std::size_t count) {
@@ -55,7 +57,11 @@ MessageCapture::~MessageCapture() {
 
 MessageAnswer MessageCapture::Show(const MessageRequest& request) {
     m_texts.push_back(request.text);
-    m_error = m_error || request.icon == MessageIcon::Error;
+    // The file system's failures become OSError whatever icon their box carries
+    // (the stimulus page shows a load failure with the exclamation icon).
+    const std::string_view text = request.text;
+    m_error = m_error || request.icon == MessageIcon::Error ||
+              text.starts_with(kBitFileUnreadable) || text.starts_with(kBitFileUnwritable);
     // Nobody is there to ask: the box's default button, as a port without a window answers.
     return request.defaultAnswer;
 }

@@ -104,7 +104,7 @@ std::optional<BitVector> ReadBitFile(const std::string& path, std::string_view c
         case BitScanEnd::Unreadable:
             // Every load message carries the exclamation icon.
             Report(caption,
-                   Fill("Unable to load file %s due to following reason:\n%s", path,
+                   Fill(std::string(kBitFileUnreadable) + "%s due to following reason:\n%s", path,
                         std::strerror(scan.error)),
                    MessageIcon::Warning);
             return std::nullopt;
@@ -134,7 +134,8 @@ bool WriteBitFile(const std::string& path, const BitVector& bits, std::string_vi
     const FileResult result = ReplaceFileAtomically(path, text);
     if (!result.ok) {
         Report(caption,
-               Fill("Unable to save file %s due to following reason:\n %s", path, result.reason),
+               Fill(std::string(kBitFileUnwritable) + "%s due to following reason:\n %s", path,
+                    result.reason),
                MessageIcon::Error);
         return false;
     }

@@ -19,6 +19,12 @@ inline constexpr std::string_view kBitFileFilter =
     "Bit sequence file (*.bit)|*.bit|All Files (*.*) | *.*|";
 inline constexpr std::string_view kBitFileExtension = "bit";
 
+// How every message about a sequence file that the system could not open,
+// read or write begins; a front end that tells such failures apart from bad
+// contents (the Python module raises OSError for them) looks for these.
+inline constexpr std::string_view kBitFileUnreadable = "Unable to load file ";
+inline constexpr std::string_view kBitFileUnwritable = "Unable to save file ";
+
 // How reading a sequence file ended.
 enum class BitScanEnd {
     Complete,     // every byte was read
