@@ -63,5 +63,6 @@ void BindNumbers(py::module_& m);
 void BindStimulus(py::module_& m);
 void BindVia(py::module_& m);
 void BindAxis(py::module_& m);
+void BindWaveform(py::module_& m);
 
 }  // namespace kv::python
