@@ -27,7 +27,9 @@ public:
     // What Build makes, with every edge (every ramp) moved in time by the
     // stimulus's jitter. Returns the point count, or -1 with no points kept
     // for whatever Build refuses and for jitter values that are not finite
-    // numbers, a negative magnitude, or a simple jitter type outside 0 to 2.
+    // numbers (also once converted to seconds and hertz), a negative
+    // magnitude, a simple jitter type outside 0 to 2, or a sine whose phase
+    // overflows at an edge's time.
     //
     // Units. P is the bit period (GetPeriod, ns). A magnitude "as time" is in
     // ns; one in percent of the bit interval is percent * P / 100 ns.
@@ -51,13 +53,19 @@ public:
     // With every part zero (simple magnitude 0, or advanced jitter with no
     // component switched on) the waveform equals Build's, point for point.
     //
-    // Random numbers come from the library's uniform generator in (0, 1):
-    // the multiplicative congruential generator 16807 * x mod (2^31 - 1)
-    // behind a 32-entry shuffle table. With GetJitterRepeatable true it
-    // restarts from the stored jitter seed (settings store "STIMULUSDATA" /
-    // "jitterSeed", 9796543 when none is stored) at the start of every
-    // build, so that builds repeat exactly; otherwise it starts from a seed
-    // taken from the clock, different for every build. Edges are taken in
+    // Random numbers u come from the library's uniform generator: the
+    // multiplicative congruential generator x <- 16807 * x mod (2^31 - 1)
+    // behind a 32-entry shuffle table. A restart from seed s (0 counts as 1)
+    // steps x = s eight times unused, then fills the table from entry 31 down
+    // to 0 with the next 32 values, and the last output is entry 0. Each draw
+    // steps x, outputs y = table[last output / 67108864], puts x in that
+    // entry, and gives u = y / (2^31 - 1), at most 0.99999988. With
+    // GetJitterRepeatable true the generator restarts from the stored jitter
+    // seed (settings store "STIMULUSDATA" / "jitterSeed", 9796543 when none
+    // is stored) at the start of every build, so that builds repeat exactly;
+    // otherwise from a seed taken from the clock, different for every build
+    // (the seed is then stored as the library does for every use that is not
+    // repeatable). Edges are taken in
     // time order; per edge, with a Gaussian part, two draws u1 then u2 give
     // sigma * sqrt(-2 ln(1 - u1)) * cos(2 pi u2); then, with a uniform part
     // of width w > 0, one draw u gives mean + w * (u - 0.5). A sine part of
