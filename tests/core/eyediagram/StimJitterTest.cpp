@@ -249,7 +249,6 @@ TEST(StimJitter, HugeJitterKeepsEveryEdgeInOrder) {
             data.SetCycleCount(300);
             data.SetPeriod(1.0);
             data.SetDutyCycle(30.0);
-            data.SetJitterRepeatable(false);
             // Simple Gaussian, uniform and sine of 0.49 ns; all three
             // advanced components at 49 % of the interval at once.
             data.SetAdvancedJitter(variant == 3);
