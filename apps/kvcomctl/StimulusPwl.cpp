@@ -60,15 +60,7 @@ int WriteStimulusPwl(CStimulusData& data, const PwlOptions& options, std::ostrea
             ? adaptor.BuildJittered(&data, options.lowLevel, options.highLevel, rise, fall)
             : adaptor.Build(&data, options.lowLevel, options.highLevel, rise, fall);
     if (count < 0) {
-        err << "kvcomctl stimulus: the stimulus makes no waveform with these ramps: the period "
-               "must be above 0, each ramp above 0 s and no longer than the bit interval (for "
-               "Oscillator and Pulse: than the part of the period it starts), the waveform at "
-               "most "
-            << kMaxWaveformPoints << " points"
-            << (options.jitter ? ", and the jitter values finite numbers, magnitudes not "
-                                 "negative and the simple jitter type 0 to 2"
-                               : "")
-            << '\n';
+        err << "kvcomctl stimulus: " << NoWaveformMessage(options.jitter) << '\n';
         return kExitFailure;
     }
     const std::span<const STIMPOINT> points(adaptor.GetPoints(), static_cast<std::size_t>(count));

@@ -33,13 +33,7 @@ std::pair<Samples, Samples> JitteredWaveform(CStimulusData& data, double low, do
     const int32_t count =
         adaptor.BuildJittered(&data, low, high, rise.value_or(tenth), fall.value_or(tenth));
     if (count < 0) {
-        throw py::value_error(
-            "the stimulus makes no waveform with these ramps: the period must be above 0, each "
-            "ramp above 0 s and no longer than the bit interval (for Oscillator and Pulse: than "
-            "the part of the period it starts), the waveform at most " +
-            std::to_string(kMaxWaveformPoints) +
-            " points, and the jitter values finite numbers, magnitudes not negative and the "
-            "simple jitter type 0 to 2");
+        throw py::value_error(NoWaveformMessage(true));
     }
     Samples times(count);
     Samples volts(count);

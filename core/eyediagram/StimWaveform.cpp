@@ -190,6 +190,20 @@ std::optional<std::vector<STIMPOINT>> BuildStimulusWaveform(const WaveformInput&
     }
 }
 
+std::string NoWaveformMessage(bool withJitter) {
+    std::string text =
+        "the stimulus makes no waveform with these ramps: the period must be above 0, each ramp "
+        "above 0 s and no longer than the bit interval (for Oscillator and Pulse: than the part "
+        "of the period it starts), the waveform at most " +
+        std::to_string(kMaxWaveformPoints) + " points";
+    if (withJitter) {
+        text +=
+            ", and the jitter values finite numbers, magnitudes not negative and the simple "
+            "jitter type 0 to 2";
+    }
+    return text;
+}
+
 bool IsSpiceToken(std::string_view name) {
     if (name.empty()) {
         return false;

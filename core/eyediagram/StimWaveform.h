@@ -55,6 +55,10 @@ inline constexpr int64_t kMaxWaveformPoints = int64_t{1} << 24;
 // number refuses the waveform.
 std::optional<std::vector<STIMPOINT>> BuildStimulusWaveform(const WaveformInput& input);
 
+// What a waveform that was refused needed, for a person who asked for it
+// (with `withJitter`, the jitter's own conditions too).
+std::string NoWaveformMessage(bool withJitter);
+
 // The SPICE voltage source "V<sourceName> <node> 0 PWL(...)" with one
 // continuation line per four points, after a comment line, so that the text
 // serves both as an included file and as a netlist of its own. Times and
