@@ -356,8 +356,24 @@ TEST(HostEyeDiagram, SheetAndAdaptorThroughTheFactory) {
     ASSERT_GT(count, 2);
     EXPECT_EQ(adaptor->GetPoints()[0].time, 0.0);
     EXPECT_NEAR(adaptor->GetDuration(), 4 * 31 * 3.3e-9, 1e-18);  // 4 cycles of 31 bits
+    const std::vector<STIMPOINT> nominal(adaptor->GetPoints(), adaptor->GetPoints() + count);
+    // The new slot: a new stimulus carries 1 ns of repeatable Gaussian jitter.
+    const auto jittered = [&] {
+        const int32_t n = adaptor->BuildJittered(data, 0.0, 3.3, 1e-10, 1e-10);
+        EXPECT_GT(n, 2);
+        return std::vector<STIMPOINT>(adaptor->GetPoints(), adaptor->GetPoints() + n);
+    };
+    const std::vector<STIMPOINT> first = jittered();
+    const std::vector<STIMPOINT> second = jittered();
+    ASSERT_EQ(first.size(), second.size());
+    EXPECT_EQ(std::memcmp(first.data(), second.data(), first.size() * sizeof(STIMPOINT)), 0);
+    EXPECT_FALSE(first.size() == nominal.size() &&
+                 std::memcmp(first.data(), nominal.data(), first.size() * sizeof(STIMPOINT)) == 0);
+    EXPECT_EQ(adaptor->GetDuration(), nominal.back().time);
     EXPECT_EQ(adaptor->Build(nullptr, 0.0, 3.3, 1e-10, 1e-10), -1);
     EXPECT_EQ(adaptor->GetPointCount(), 0);
+    data->SetPeriod(0.0);
+    EXPECT_EQ(adaptor->BuildJittered(data, 0.0, 3.3, 1e-10, 1e-10), -1);
     g_factory->Destroy(adaptor);
     g_factory->Destroy(data);
 }
