@@ -123,13 +123,9 @@ int RunSet(const std::string& path, Arguments texts, std::ostream& err) {
 
 int RunPwl(const std::string& path, Arguments options, std::ostream& err) {
     const PwlOptions parsed = ParsePwlOptions(options);
-    if (const auto problem = FileProblem(path, true)) {
-        return Fail(err, *problem);
-    }
     CStimulusData data;
-    const StimulusReadResult read = LoadStimulusData(data, path.c_str(), true);
-    if (read.invalidReason) {
-        return Fail(err, path + " holds invalid stimulus data (" + *read.invalidReason + ")");
+    if (const auto problem = ReadValidStimulus(path, data)) {
+        return Fail(err, *problem);
     }
     return WriteStimulusPwl(data, parsed, err);
 }
