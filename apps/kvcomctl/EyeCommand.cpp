@@ -49,7 +49,8 @@ constexpr std::string_view kHelp =
     "\n"
     "Exit status: 0 when the eye was measured (and passed the mask), 1 when the\n"
     "mask was hit, a file could not be read, the stimulus data is invalid, the\n"
-    "mask cannot be laid on the eye or the waveform makes no eye, 2 for a usage\n"
+    "mask cannot be laid on the eye or the waveform makes no eye (or holds no\n"
+    "eye centre, so that nothing but its crossings is measured), 2 for a usage\n"
     "error.\n";
 
 constexpr std::string_view kNoDrawing =
@@ -175,6 +176,12 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
     }
     const EyeMeasure& measure = eye.measure;
     options.json ? WriteEyeJson(measure, out) : WriteEyeText(measure, options.mask, out);
+    if (measure.unitIntervals == 0) {
+        // Crossings alone are no eye: a script must not take this for one.
+        return Fail(err, options.waveform +
+                             " holds no eye centre after the skipped intervals, so its levels "
+                             "and eye height are not measured");
+    }
     if (!options.mask) {
         return kExitOk;
     }

@@ -224,6 +224,7 @@ TEST_F(EyeCli, FilesThatCannotServeSayWhyAndExitWithOne) {
         {m_waveform + " --stimulus " + invalid, "holds invalid stimulus data", false},
         {m_waveform + stimulus + " --skip 300", "makes no eye", false},
         {m_waveform + " --interval 1e-30", "makes no eye", false},
+        {m_waveform + " --interval 1e-6", "holds no eye centre", true},
         {m_waveform + " --mask --stimulus " + disordered, "Ptop min value less than Pcross value",
          true},
     };
