@@ -4,6 +4,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/shared/Misc_String.h"
 #include "core/shared/NumberText.h"
