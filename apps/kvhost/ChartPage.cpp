@@ -3,7 +3,8 @@
 // of a million points, and a frequency response on logarithmic axes. Hosts
 // meet the control by its class name inside their own layouts, which the
 // factory does not hand out, so this page builds it from the project's
-// widget library; the stimulus comes from the factory.
+// widget library, the one part of kvhost that does (see CMakeLists.txt); the
+// stimulus comes from the factory.
 
 #include <QDir>
 #include <QLabel>
