@@ -18,9 +18,11 @@
 #include <vector>
 
 #include "HostPage.h"
+#include "core/ports/MessagePort.h"
 #include "kvcomctl/kvcomctl.h"
 #include "ui/canvas/CanvasExport.h"
 #include "ui/chart/ChartControl.h"
+#include "ui/ports/QtMessagePort.h"
 
 namespace {
 
@@ -103,6 +105,12 @@ void FillFrequencyChart(CChartControl& chart) {
 }
 
 QWidget* CreateChartWidget(IKVComCtlFactory& factory) {
+    // The charts' questions ("Save image..." over a file) go through this page's own copy of the
+    // message port, which the library's start-up does not reach: they are shown as boxes only
+    // when the page installs the Qt port there itself.
+    static kv::ui::QtMessagePort messagePort;
+    kv::InstallMessagePort(&messagePort);
+
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     auto* time = new CChartControl;
