@@ -2,8 +2,6 @@
 
 #include "apps/viadescription/ViaDescription.h"
 
-class IViaVizCtrl;
-
 namespace kv::via_json {
 
 // Hands `description` to a via visualizer control through its interface alone, as a host does:
