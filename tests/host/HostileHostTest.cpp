@@ -401,4 +401,364 @@ TEST(HostileEyeDiagramSheet, EveryPageOpensOnAnyStoredValueAndWritesBackUsableDa
     g_factory->Destroy(sheet);
 }
 
+// ---------------------------------------------------------------- IViaVizCtrl and IViaVizData
+
+// Fills a via's records in place, as a host does: `layers` stackup layers
+// and `pads` pads, every name filling its 64 bytes without a terminator,
+// every length `length`, and codes running through and past their ranges.
+void FillVia(IViaVizData& via, int32_t layers, int32_t pads, double length, int32_t span) {
+    STACKUPARRAY* stackup = via.GetStackup();
+    delete[] stackup->layers;  // the host replaces what it placed before
+    stackup->layers = layers > 0 ? new STACKUPLAYER[static_cast<std::size_t>(layers)] : nullptr;
+    stackup->count = layers;
+    for (int32_t i = 0; i < layers; ++i) {
+        STACKUPLAYER& layer = stackup->layers[i];
+        std::memset(layer.name, 'A' + i % 26, sizeof layer.name);
+        layer.kind = i % 3 - 1;  // -1, 0, 1
+        layer.usage = i % 4;
+        layer.thickness = length;
+    }
+    PADSTACK* padstack = via.GetPadstack();
+    std::memset(padstack->name, 'P', sizeof padstack->name);
+    padstack->drill = padstack->plating = padstack->drillExtra = length;
+    padstack->firstLayer = -span;
+    padstack->lastLayer = span;
+    delete[] padstack->pads;
+    padstack->pads = pads > 0 ? new PADDATA[static_cast<std::size_t>(pads)] : nullptr;
+    padstack->padCount = pads;
+    for (int32_t i = 0; i < pads; ++i) {
+        PADDATA& pad = padstack->pads[i];
+        pad = PADDATA{};
+        pad.padType = i % 5 - 1;
+        pad.shape = i % 9 - 1;
+        pad.antipadShape = i % 10 - 1;
+        pad.shapeStyle = i % 4;
+        pad.pad_x = pad.pad_y = pad.antipad_x = pad.antipad_y = pad.clearance = length;
+        pad.angle = pad.antipadAngle = length;
+    }
+}
+
+std::vector<VIAELEMENT> HostileElements(double value) {
+    std::vector<VIAELEMENT> elements;
+    for (const int32_t layer : kHostileInts) {
+        for (const int32_t kind : {1, 4, 0, -1}) {
+            elements.push_back({kind, 2, 2, layer, 0, value, value, value, value});
+            elements.push_back({kind, 2, 2, 0, layer, value, value, value, value});
+        }
+    }
+    return elements;
+}
+
+// Everything a user can ask of the control: both views, pointing at every
+// layer, the context menu's export.
+void LookAtEveryPart(IViaVizCtrl& control, const std::string& exportPath) {
+    QWidget* window = control.GetWindow();
+    for (const int32_t view : {0, 1}) {
+        control.SetView(view);
+        for (const int32_t layer : kHostileInts) {
+            control.SetTopViewLayer(layer);
+            (void)window->grab();
+        }
+        for (int y = 0; y < window->height(); y += 7) {
+            QMouseEvent move(QEvent::MouseMove, QPointF(window->width() / 2.0, y),
+                             window->mapToGlobal(QPointF(window->width() / 2.0, y)), Qt::NoButton,
+                             Qt::NoButton, Qt::NoModifier);
+            QApplication::sendEvent(window, &move);
+        }
+    }
+    (void)control.ExportToSpiceFile(exportPath.c_str());
+}
+
+TEST(HostileViaControl, AnyStackupPadstackAndModelIsDrawnAndExportedOrRefused) {
+    QTemporaryDir folder;
+    const std::string exportPath = folder.filePath(QStringLiteral("via.cir")).toStdString();
+    ModalAnswerer answers;
+    IViaVizCtrl* control = g_factory->CreateViaVisualizerCtrl();
+    ASSERT_TRUE(control->Create(nullptr, 1300));
+    control->GetWindow()->resize(320, 240);
+    for (const int32_t layers : {0, 1, 6, 200}) {
+        for (const int32_t pads : {0, 1, layers / 2, layers + 3}) {
+            for (const double length : kHostileReals) {
+                control->SetPair(pads % 2 == 1);
+                for (int32_t via = 0; via < (control->IsPair() ? 2 : 1); ++via) {
+                    FillVia(*control->GetViaData(via), layers, pads, length, layers + 1);
+                    const std::vector<VIAELEMENT> elements = HostileElements(length);
+                    control->SetElements(via, elements.data(),
+                                         static_cast<int32_t>(elements.size()));
+                    control->SetPorts(via, kHostileInts.data(),
+                                      static_cast<int32_t>(kHostileInts.size()));
+                }
+                control->SetMetric(pads % 3 == 0);
+                control->Refresh();
+                LookAtEveryPart(*control, exportPath);
+            }
+        }
+    }
+    // A model inside the stackup is exported whatever the names, each name
+    // cut at its 64 bytes, and a pad count without pads reads as no pads.
+    FillVia(*control->GetViaData(0), 3, 3, 1e-4, 1);
+    PADSTACK* padstack = control->GetViaData(0)->GetPadstack();
+    delete[] padstack->pads;
+    padstack->pads = nullptr;
+    const int32_t port = 0;
+    control->SetElements(0, nullptr, 0);
+    control->SetPorts(0, &port, 1);
+    control->SetPair(false);
+    ASSERT_TRUE(control->ExportToSpiceFile(exportPath.c_str()));
+    QFile written(QString::fromStdString(exportPath));
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    const QByteArray text = written.readAll();
+    EXPECT_TRUE(text.contains("* Padstack: \"" + QByteArray(64, 'P') + "\"   Drill="));
+    EXPECT_TRUE(text.contains("*** connection to layer \"" + QByteArray(64, 'A') + "\"\n"));
+    EXPECT_TRUE(text.contains("  " + QByteArray(64, 'C') + "  \n"));
+    g_factory->DestroyViaVisualizerCtrl(control);
+}
+
+TEST(HostileViaControl, ListsAndIndicesOutsideTheirRangeAreIgnored) {
+    IViaVizCtrl* control = g_factory->CreateViaVisualizerCtrl();
+    const VIAELEMENT element{1, 0, 0, 0, 0, 1e-9, 0, 0, 0};
+    const int32_t port = 0;
+    for (const int32_t index : kHostileInts) {
+        EXPECT_EQ(control->GetViaData(index), index == 0 ? control->GetViaData(0) : nullptr);
+        control->SetElements(index, nullptr, 3);  // null with a count: ignored
+        control->SetPorts(index, nullptr, 3);
+        control->SetElements(0, &element, index < 0 ? index : 0);
+        control->SetPorts(0, &port, index < 0 ? index : 0);
+        control->SetView(index);
+    }
+    control->SetNames(nullptr, nullptr, nullptr);
+    EXPECT_FALSE(control->ExportToSpiceFile(nullptr));
+    EXPECT_FALSE(control->ExportToSpiceFile(""));
+    EXPECT_FALSE(control->Create(nullptr, 1) && control->Create(nullptr, 1));
+    g_factory->DestroyViaVisualizerCtrl(control);
+}
+
+// ---------------------------------------------------------------- IPadstackEditorCtrl
+
+// A host's own via data over records it fills with FillVia.
+class HostVia final : public IViaVizData {
+public:
+    ~HostVia() override {
+        delete[] m_stackup.layers;
+        delete[] m_padstack.pads;
+    }
+    STACKUPARRAY* GetStackup() override { return &m_stackup; }
+    PADSTACK* GetPadstack() override { return &m_padstack; }
+    void* GetViaReference() override { return nullptr; }
+    int32_t GetViaCount() override { return 1; }
+    void* GetNetReference() override { return nullptr; }
+    double GetFirstValue() override { return kNaN; }
+    double GetSecondValue() override { return kNaN; }
+    double GetThirdValue() override { return kNaN; }
+    bool GetFlag() override { return true; }
+
+    STACKUPARRAY m_stackup{0, nullptr};
+    PADSTACK m_padstack{};
+};
+
+TEST(HostilePadstackEditor, OpensOnAnyPadstackAndWritesBackAWholeOne) {
+    ModalAnswerer answers;
+    IPadstackEditorCtrl* editor = g_factory->CreatePadstackEditorDlg();
+    for (const double value : kHostileReals) {
+        editor->SetMaxPadSize(value);
+        PADDATA pad{};
+        pad.shape = 7;
+        pad.pad_x = pad.antipad_x = pad.clearance = value;
+        editor->SetDefaultPad(&pad);
+        editor->SetUsedLayers(kHostileInts.data(), static_cast<int32_t>(kHostileInts.size()));
+        editor->SetUsedLayers(nullptr, 5);
+        editor->SetUsedLayers(kHostileInts.data(), -1);
+        for (const int32_t layers : {0, 1, 6, 200}) {
+            for (const int32_t pads : {0, 1, layers / 2, layers + 3}) {
+                HostVia via;
+                FillVia(via, layers, pads, value, layers);
+                ModalAnswerer dialog({[](QWidget* window) {
+                    PaintAll(window);
+                    window->findChild<QPushButton*>(QStringLiteral("ctl1"))->click();
+                    if (window->isVisible()) {  // a rule refused OK: the user cancels
+                        window->findChild<QPushButton*>(QStringLiteral("ctl2"))->click();
+                    }
+                }});
+                const int32_t result = editor->Edit(nullptr, &via);
+                EXPECT_TRUE(result == 0 || result == 1);
+                if (result == 1) {  // a pad for every layer now
+                    EXPECT_GE(via.m_padstack.padCount, layers);
+                    EXPECT_NE(via.m_padstack.pads, nullptr);
+                }
+                EXPECT_TRUE(layers > 0 || (result == 0 && dialog.Texts().isEmpty()));
+            }
+        }
+        EXPECT_TRUE(editor->GetDefaultPad(&pad));
+    }
+    EXPECT_FALSE(editor->GetDefaultPad(nullptr));
+    editor->SetDefaultPad(nullptr);
+    g_factory->DestroyPadstackEditorDlg(editor);
+}
+
+// ---------------------------------------------------------------- ICouplingRgnWalkerDlg
+
+struct DestroyingHost final : ICRWDHost {
+    ICouplingRgnWalkerDlg* walker = nullptr;
+    int calls = 0;
+    void Gone() {
+        ++calls;
+        g_factory->Destroy(walker);
+    }
+    void OnRegionStep(int32_t) override { Gone(); }
+    void OnNetSelected(int32_t) override { Gone(); }
+    void OnWalkerClosed() override { Gone(); }
+};
+
+TEST(HostileWalker, AnyRegionNetsAndCrossSectionAreShown) {
+    ModalAnswerer answers;
+    ICouplingRgnWalkerDlg* walker = g_factory->CreateCoupRgnWalkerDlg();
+    ICRWDCoupledNetsList* nets = walker->GetNetsList();
+    // Before the window exists.
+    walker->RefreshNets();
+    walker->Show(true);
+    EXPECT_FALSE(walker->SelectNet(0));
+    ASSERT_TRUE(walker->CreateWindow(nullptr, nullptr));
+    EXPECT_FALSE(walker->CreateWindow(nullptr, nullptr));
+    walker->Show(true);
+    walker->SetCurrentNet(nullptr);
+    walker->SetReport(nullptr);
+    for (const int32_t index : kHostileInts) {
+        for (const int32_t count : kHostileInts) {
+            walker->SetRegion(index, count, index % 2 == 0 ? nullptr : "region");
+        }
+        EXPECT_FALSE(walker->SelectNet(index));
+    }
+    char unterminated[64];
+    std::memset(unterminated, 'N', sizeof unterminated);
+    std::vector<CROSSSECTIONTRACE> traces;
+    for (const int32_t layer : kHostileInts) {
+        for (const double value : kHostileReals) {
+            CROSSSECTIONTRACE trace{};
+            trace.layer = layer;
+            trace.x = value;
+            trace.width = -value;
+            trace.role = layer;
+            std::memcpy(trace.net, unterminated, sizeof trace.net);
+            traces.push_back(trace);
+        }
+    }
+    HostVia board;
+    for (const int32_t layers : {0, 1, 200}) {
+        for (const double length : kHostileReals) {
+            FillVia(board, layers, 0, length, 0);
+            walker->SetCrossSection(&board.m_stackup, traces.data(),
+                                    static_cast<int32_t>(traces.size()));
+            walker->SetCrossSection(&board.m_stackup, nullptr, 5);
+            walker->SetCrossSection(nullptr, traces.data(), -1);
+            nets->AddNet(nullptr, nullptr, nullptr, nullptr);
+        }
+    }
+    nets->RemoveAll();
+    const std::string longName(100000, 'L');
+    EXPECT_EQ(nets->AddNet(longName.c_str(), longName.c_str(), "", nullptr), 0);
+    nets->RemoveAll();
+    for (int i = 0; i < 100000; ++i) {
+        EXPECT_EQ(nets->AddNet("NET", i % 2 == 0 ? nullptr : "1 mm", nullptr, ""), i);
+    }
+    walker->RefreshNets();
+    EXPECT_TRUE(walker->SelectNet(99999));
+    nets->CopyFrom(nullptr);
+    nets->CopyFrom(nets);
+    walker->RefreshNets();
+    g_factory->Destroy(walker);
+}
+
+TEST(HostileWalker, DestroyedFromInsideEachOfItsNotifications) {
+    ModalAnswerer answers;
+    for (const QString& control :
+         {QStringLiteral("ctl1206"), QStringLiteral("ctl1201"), QStringLiteral("ctl2")}) {
+        DestroyingHost host;
+        host.walker = g_factory->CreateCoupRgnWalkerDlg();
+        ASSERT_TRUE(host.walker->CreateWindow(nullptr, &host));
+        host.walker->SetRegion(0, 3, "first");
+        host.walker->GetNetsList()->AddNet("A", "1", "TOP", "2");
+        host.walker->RefreshNets();
+        host.walker->Show(true);
+        QWidget* window = nullptr;
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            if (top->findChild<QWidget*>(QStringLiteral("ctl1201")) != nullptr &&
+                top->isVisible()) {
+                window = top;
+            }
+        }
+        ASSERT_NE(window, nullptr);
+        if (auto* button = window->findChild<QPushButton*>(control)) {
+            button->click();
+        } else {
+            auto* view = window->findChild<QAbstractItemView*>(control);
+            ASSERT_NE(view, nullptr);
+            view->setCurrentIndex(view->model()->index(0, 0));
+        }
+        EXPECT_EQ(host.calls, 1) << control.toStdString();
+        const QPointer<QWidget> gone(window);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(gone.isNull());
+        g_factory->Destroy(host.walker);  // already gone: ignored
+    }
+}
+
+// ---------------------------------------------------------------- progress
+
+TEST(HostileProgress, BarReportAndDialogTakeAnyNumberTextAndWindow) {
+    ModalAnswerer answers;
+    IProgressDialogInterface* dialog = g_factory->CreateProgressDlg();
+    dialog->Destroy();  // before it was ever created
+    dialog->SetCancelText(nullptr);
+    dialog->SetTitle(nullptr);
+    dialog->EnableCancel(true, true);
+    dialog->Show(1);
+    dialog->Enable(false);
+    dialog->PumpMessages();
+    IProgressReportInterface* report = dialog->GetReport();
+    IProgressBarInterface* bar = dialog->GetProgressBar();
+    for (const uint32_t delay : {0u, 1u, 200u, 0xFFFFFFFFu}) {
+        for (const int32_t at : {INT32_MIN, -1, 0, INT32_MAX}) {
+            ASSERT_TRUE(dialog->CreateAt(nullptr, delay, at, at));
+            for (const int32_t value : kHostileInts) {
+                bar->SetPos(value, value % 2 == 0);
+                EXPECT_EQ(bar->GetPos(), value);
+                report->SetPercent(value);
+                report->SetAll(nullptr, nullptr, value);
+                report->SetFirstText(nullptr);
+                report->SetSecondText(value % 2 == 0 ? nullptr : "second");
+                dialog->Show(value);
+                (void)dialog->GetHwnd()->grab();
+            }
+            EXPECT_GE(report->GetPercent(), 0);
+            dialog->Destroy();
+            dialog->Destroy();
+        }
+    }
+    g_factory->Destroy(dialog);
+
+    IProgressReportInterface* own = g_factory->CreateProgressReport();
+    QDialog hostDialog;
+    auto* label = new QLabel(&hostDialog);
+    label->setObjectName(QStringLiteral("ctl7"));
+    for (const int id : {INT_MIN, -1, 0, 7, INT_MAX}) {
+        own->Attach(&hostDialog, id, id, id);  // one item as text and bar alike
+        own->Attach(nullptr, id, id, id);
+        own->SetAll("first", "second", id);
+    }
+    own->Attach(&hostDialog, 7, 7, 7);
+    (void)hostDialog.grab();
+    g_factory->Destroy(own);
+
+    IProgressBarInterface* alone = g_factory->CreateProgressBarCtrl();
+    for (const int32_t value : kHostileInts) {
+        alone->SetPos(value, true);
+        alone->SetNoPercentSign(value % 2 == 0);
+        alone->SetFillColor(static_cast<uint32_t>(value));
+        alone->SetEmptyColor(static_cast<uint32_t>(value));
+        alone->GetHwnd()->resize(1 + (value & 0xff), 20);
+        (void)alone->GetHwnd()->grab();
+    }
+    g_factory->Destroy(alone);
+}
+
 }  // namespace
