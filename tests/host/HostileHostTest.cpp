@@ -375,6 +375,10 @@ TEST(HostileEyeDiagramSheet, EveryPageOpensOnAnyStoredValueAndWritesBackUsableDa
         cases.push_back(
             {[value](IEyeDiagramData& data) { SetEveryCount(data, value); }, false, false});
     }
+    for (const double value : {kNaN, kInf, -kInf}) {  // a level the mask page cannot show
+        cases.push_back(
+            {[value](IEyeDiagramData& data) { data.GetMask()->PCross = value; }, true, true});
+    }
     const QString maskInvalid =
         QStringLiteral("One or more mask values are invalid\nUsing default values");
     for (std::size_t i = 0; i < cases.size(); ++i) {
