@@ -1,11 +1,9 @@
-#include <filesystem>
 #include <iostream>
 #include <string>
 
 #include "apps/kvcomctl/Command.h"
 #include "apps/kvcomctl/StimulusAssignments.h"
-#include "core/settings/IniDocument.h"
-#include "core/settings/ProfileStore.h"
+#include "core/settings/IniFileCheck.h"
 #include "core/shared/AppProfile.h"
 #include "core/shared/FileIo.h"
 #include "core/stimulus/StimulusData.h"
@@ -32,34 +30,6 @@ constexpr std::string_view kHelp =
     "         value must be wholly a number in the range the eye-diagram pages\n"
     "         allow; data that would not load back as it is refused, with the\n"
     "         reason, and the file left as it was\n";
-
-// Why an existing file cannot serve as stimulus data, if it cannot. A file
-// that is there and readable but lacks keys is fine: they take defaults.
-std::optional<std::string> FileProblem(const std::string& path, bool mustExist) {
-    std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(status)) {
-        if (!mustExist) {
-            return std::nullopt;
-        }
-        return "cannot read " + path + ": no such file";
-    }
-    if (std::filesystem::is_directory(status)) {
-        return path + " is a folder, not an INI file";
-    }
-    std::string reason;
-    const auto text = ReadWholeFile(path, kMaxProfileBytes, &reason);
-    if (!text) {
-        return "cannot read " + path + ": " + reason;
-    }
-    if (TrimSpace(*text).empty()) {
-        return mustExist ? std::optional(path + " is empty") : std::nullopt;
-    }
-    if (!LooksLikeIniText(*text)) {
-        return path + " is no INI file: it holds no [section] line, or bytes no text holds";
-    }
-    return std::nullopt;
-}
 
 void Show(const CStimulusData& data, std::ostream& out) {
     for (const auto& [key, value] : PersistedEntries(data)) {
@@ -91,8 +61,8 @@ int RunNew(const std::string& path, std::ostream& err) {
 }
 
 int RunShow(const std::string& path, std::ostream& out, std::ostream& err) {
-    if (const auto problem = FileProblem(path, true)) {
-        return Fail(err, *problem);
+    if (const auto problem = FindIniFileProblem(path, true)) {
+        return Fail(err, problem->reason);
     }
     CStimulusData data;
     const StimulusReadResult read = LoadStimulusData(data, path.c_str(), true);
@@ -111,8 +81,8 @@ int RunShow(const std::string& path, std::ostream& out, std::ostream& err) {
 
 int RunSet(const std::string& path, Arguments texts, std::ostream& err) {
     const std::vector<Assignment> assignments = ParseAssignments(texts);
-    if (const auto problem = FileProblem(path, false)) {
-        return Fail(err, *problem);
+    if (const auto problem = FindIniFileProblem(path, false)) {
+        return Fail(err, problem->reason);
     }
     CStimulusData data;
     const StimulusReadResult read = ReadStimulusFile(data, path);
