@@ -405,6 +405,26 @@ TEST(HostileEyeDiagramSheet, EveryPageOpensOnAnyStoredValueAndWritesBackUsableDa
     g_factory->Destroy(sheet);
 }
 
+// Flags and page numbers of any value: a sheet without a page shows nothing
+// and answers false; any other opens on a page it has.
+TEST(HostileEyeDiagramSheet, AnyFlagsAndStartPage) {
+    IEyeDiagramDialog* sheet = g_factory->CreateEyeDiagramSheet();
+    DataPtr data = NewData();
+    for (const int32_t flags : kHostileInts) {
+        for (const int32_t page : kHostileInts) {
+            ModalAnswerer answers({[](QWidget* window) { ClickOk(window); }});
+            const bool pages = (flags & (0x80 | 0x10 | 0x02 | 0x01)) != 0;
+            EXPECT_EQ(sheet->Edit(data.get(), nullptr, page, flags, page, page), pages)
+                << flags << " " << page;
+            EXPECT_EQ(answers.AllStepsTaken(), pages);
+            EXPECT_GE(sheet->GetLastPageIndex(), 0);
+            EXPECT_EQ(sheet->EditWithPageFlag(nullptr, nullptr, page, flags, 0, 0), false);
+        }
+    }
+    EXPECT_EQ(sheet->Edit(nullptr, nullptr, 0, 0x01, 0, 0), false);
+    g_factory->Destroy(sheet);
+}
+
 // ---------------------------------------------------------------- IViaVizCtrl and IViaVizData
 
 // Fills a via's records in place, as a host does: `layers` stackup layers
@@ -515,6 +535,14 @@ TEST(HostileViaControl, AnyStackupPadstackAndModelIsDrawnAndExportedOrRefused) {
     EXPECT_TRUE(text.contains("* Padstack: \"" + QByteArray(64, 'P') + "\"   Drill="));
     EXPECT_TRUE(text.contains("*** connection to layer \"" + QByteArray(64, 'A') + "\"\n"));
     EXPECT_TRUE(text.contains("  " + QByteArray(64, 'C') + "  \n"));
+    // The file dialog proposes the padstack's name, cut at its 64 bytes.
+    QString proposed;
+    ModalAnswerer dialog({[&proposed](QWidget* window) {
+        proposed = window->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
+        qobject_cast<QDialog*>(window)->reject();
+    }});
+    EXPECT_FALSE(control->ExportToSpice());
+    EXPECT_EQ(proposed, QString(64, QLatin1Char('P')) + QStringLiteral(".cir"));
     g_factory->DestroyViaVisualizerCtrl(control);
 }
 
