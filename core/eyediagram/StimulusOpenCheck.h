@@ -3,11 +3,11 @@
 #include "core/stimulus/StimulusData.h"
 
 // What the stimulus pages check when they open, as the mask page checks the
-// mask: the setters take any value from a host, but a page can only show and
-// convert values it could have been given by its own fields. A bit interval
-// must be a positive finite number before jitter is converted between time
-// and percent of it; counts must lie within the data object's own limits, so
-// that a generated sequence stays bounded; every other real must be a number.
+// mask. The setters take any value from a host, but before a page converts
+// jitter between time and percent of the bit interval, or generates a
+// sequence, it needs a bit interval that is a positive finite number, counts
+// within the data object's own limits (so that a sequence stays bounded) and
+// reals that are numbers.
 
 namespace kv {
 

@@ -375,6 +375,16 @@ TEST(HostileEyeDiagramSheet, EveryPageOpensOnAnyStoredValueAndWritesBackUsableDa
         cases.push_back(
             {[value](IEyeDiagramData& data) { SetEveryCount(data, value); }, false, false});
     }
+    for (const int count : {0, 40000}) {  // sequences the pages show as they are
+        for (const int kind : {4, 0, 9}) {
+            cases.push_back({[count, kind](IEyeDiagramData& data) {
+                                 data.SetSeqType(kind);
+                                 const std::vector<char> bits(static_cast<std::size_t>(count), 1);
+                                 data.SetBits(reinterpret_cast<const bool*>(bits.data()), count);
+                             },
+                             true, false});
+        }
+    }
     for (const double value : {kNaN, kInf, -kInf}) {  // a level the mask page cannot show
         cases.push_back(
             {[value](IEyeDiagramData& data) { data.GetMask()->PCross = value; }, true, true});
