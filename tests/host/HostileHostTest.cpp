@@ -178,8 +178,12 @@ void SetEveryReal(IEyeDiagramData& data, double value) {
     data.SetUniformMag(value);
     data.SetUniformMean(value);
     EYEMASK* mask = data.GetMask();
-    for (double* field = &mask->PTopMax; field <= &mask->OffsetVolt; ++field) {
-        *field = value;
+    for (double EYEMASK::*field :
+         {&EYEMASK::PTopMax, &EYEMASK::PTopMin, &EYEMASK::PBaseMin, &EYEMASK::PBaseMax,
+          &EYEMASK::PCross, &EYEMASK::TCross1Min, &EYEMASK::TCross1Max, &EYEMASK::TRiseDelay,
+          &EYEMASK::TCross2Max, &EYEMASK::TCross2Min, &EYEMASK::TFallDelay, &EYEMASK::ScaleTime,
+          &EYEMASK::ScaleVolt, &EYEMASK::OffsetTime, &EYEMASK::OffsetVolt}) {
+        mask->*field = value;
     }
 }
 
