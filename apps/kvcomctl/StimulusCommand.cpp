@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <iostream>
 #include <string>
 
@@ -6,6 +5,7 @@
 #include "apps/kvcomctl/StimulusAssignments.h"
 #include "apps/kvcomctl/StimulusPwl.h"
 #include "core/settings/IniDocument.h"
+#include "core/settings/IniFileCheck.h"
 #include "core/settings/ProfileStore.h"
 #include "core/shared/AppProfile.h"
 #include "core/shared/FileIo.h"
@@ -43,34 +43,6 @@ constexpr std::string_view kHelp =
     "         default 1; ramp times in seconds, --rise and --fall default a tenth\n"
     "         of the bit interval\n";
 
-// Why an existing file cannot serve as stimulus data, if it cannot. A file
-// that is there and readable but lacks keys is fine: they take defaults.
-std::optional<std::string> FileProblem(const std::string& path, bool mustExist) {
-    std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(status)) {
-        if (!mustExist) {
-            return std::nullopt;
-        }
-        return "cannot read " + path + ": no such file";
-    }
-    if (std::filesystem::is_directory(status)) {
-        return path + " is a folder, not an INI file";
-    }
-    std::string reason;
-    const auto text = ReadWholeFile(path, kMaxProfileBytes, &reason);
-    if (!text) {
-        return "cannot read " + path + ": " + reason;
-    }
-    if (TrimSpace(*text).empty()) {
-        return mustExist ? std::optional(path + " is empty") : std::nullopt;
-    }
-    if (!LooksLikeIniText(*text)) {
-        return path + " is no INI file: it holds no [section] line, or bytes no text holds";
-    }
-    return std::nullopt;
-}
-
 void Show(const CStimulusData& data, std::ostream& out) {
     for (const auto& [key, value] : PersistedEntries(data)) {
         out << key << '=';
@@ -101,8 +73,8 @@ int RunNew(const std::string& path, std::ostream& err) {
 }
 
 int RunShow(const std::string& path, std::ostream& out, std::ostream& err) {
-    if (const auto problem = FileProblem(path, true)) {
-        return Fail(err, *problem);
+    if (const auto problem = FindIniFileProblem(path, true)) {
+        return Fail(err, problem->reason);
     }
     CStimulusData data;
     const StimulusReadResult read = LoadStimulusData(data, path.c_str(), true);
@@ -121,8 +93,8 @@ int RunShow(const std::string& path, std::ostream& out, std::ostream& err) {
 
 int RunSet(const std::string& path, Arguments texts, std::ostream& err) {
     const std::vector<Assignment> assignments = ParseAssignments(texts);
-    if (const auto problem = FileProblem(path, false)) {
-        return Fail(err, *problem);
+    if (const auto problem = FindIniFileProblem(path, false)) {
+        return Fail(err, problem->reason);
     }
     CStimulusData data;
     const StimulusReadResult read = ReadStimulusFile(data, path);
@@ -154,8 +126,8 @@ int RunSet(const std::string& path, Arguments texts, std::ostream& err) {
 
 int RunPwl(const std::string& path, Arguments options, std::ostream& err) {
     const PwlOptions parsed = ParsePwlOptions(options);
-    if (const auto problem = FileProblem(path, true)) {
-        return Fail(err, *problem);
+    if (const auto problem = FindIniFileProblem(path, true)) {
+        return Fail(err, problem->reason);
     }
     CStimulusData data;
     const StimulusReadResult read = LoadStimulusData(data, path.c_str(), true);
