@@ -5,6 +5,7 @@
 #include "apps/kvcomctl/StimulusAssignments.h"
 #include "apps/kvcomctl/StimulusFile.h"
 #include "apps/kvcomctl/StimulusPwl.h"
+#include "core/settings/IniFileCheck.h"
 #include "core/shared/FileIo.h"
 #include "core/stimulus/StimulusData.h"
 #include "core/stimulus/StimulusPersistence.h"
@@ -70,8 +71,8 @@ int RunNew(const std::string& path, std::ostream& err) {
 }
 
 int RunShow(const std::string& path, std::ostream& out, std::ostream& err) {
-    if (const auto problem = FileProblem(path, true)) {
-        return Fail(err, *problem);
+    if (const auto problem = FindIniFileProblem(path, true)) {
+        return Fail(err, problem->reason);
     }
     CStimulusData data;
     const StimulusReadResult read = LoadStimulusData(data, path.c_str(), true);
@@ -90,8 +91,8 @@ int RunShow(const std::string& path, std::ostream& out, std::ostream& err) {
 
 int RunSet(const std::string& path, Arguments texts, std::ostream& err) {
     const std::vector<Assignment> assignments = ParseAssignments(texts);
-    if (const auto problem = FileProblem(path, false)) {
-        return Fail(err, *problem);
+    if (const auto problem = FindIniFileProblem(path, false)) {
+        return Fail(err, problem->reason);
     }
     CStimulusData data;
     const StimulusReadResult read = ReadStimulusFile(data, path);

@@ -1,40 +1,12 @@
 #include "apps/kvcomctl/StimulusFile.h"
 
-#include <filesystem>
+#include <utility>
 
-#include "core/settings/IniDocument.h"
-#include "core/settings/ProfileStore.h"
+#include "core/settings/IniFileCheck.h"
 #include "core/shared/AppProfile.h"
-#include "core/shared/FileIo.h"
 #include "core/stimulus/StimulusPersistence.h"
 
 namespace kv::cli {
-
-std::optional<std::string> FileProblem(const std::string& path, bool mustExist) {
-    std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(status)) {
-        if (!mustExist) {
-            return std::nullopt;
-        }
-        return "cannot read " + path + ": no such file";
-    }
-    if (std::filesystem::is_directory(status)) {
-        return path + " is a folder, not an INI file";
-    }
-    std::string reason;
-    const auto text = ReadWholeFile(path, kMaxProfileBytes, &reason);
-    if (!text) {
-        return "cannot read " + path + ": " + reason;
-    }
-    if (TrimSpace(*text).empty()) {
-        return mustExist ? std::optional(path + " is empty") : std::nullopt;
-    }
-    if (!LooksLikeIniText(*text)) {
-        return path + " is no INI file: it holds no [section] line, or bytes no text holds";
-    }
-    return std::nullopt;
-}
 
 void UseModuleStore() {
     if (ModuleProfile().registryKey.empty()) {
@@ -43,8 +15,8 @@ void UseModuleStore() {
 }
 
 std::optional<std::string> ReadValidStimulus(const std::string& path, CStimulusData& data) {
-    if (auto problem = FileProblem(path, true)) {
-        return problem;
+    if (auto problem = FindIniFileProblem(path, true)) {
+        return std::move(problem->reason);
     }
     UseModuleStore();
     const StimulusReadResult read = ReadStimulusFile(data, path);

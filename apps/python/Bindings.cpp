@@ -33,19 +33,21 @@ std::span<const uint8_t> ViewBits(const py::handle& bits, py::object& keeper) {
         throw py::error_already_set();
     }
     const auto contiguous = py::reinterpret_borrow<py::array>(keeper);
-    return {static_cast<const uint8_t*>(contiguous.data()),
-            static_cast<std::size_t>(contiguous.size())};
-}
-
-std::vector<uint8_t> CopyBits(const py::handle& bits) {
-    py::object keeper;
-    const std::span<const uint8_t> view = ViewBits(bits, keeper);
+    const std::span<const uint8_t> view(static_cast<const uint8_t*>(contiguous.data()),
+                                        static_cast<std::size_t>(contiguous.size()));
+    // A uint8 array may hold any byte: a 2 is no bit, and no caller is to guess what it means.
     const auto stray = std::find_if(view.begin(), view.end(), [](uint8_t bit) { return bit > 1; });
     if (stray != view.end()) {
         throw py::value_error("bits must be 0 or 1; element " +
                               std::to_string(stray - view.begin()) + " is " +
                               std::to_string(*stray));
     }
+    return view;
+}
+
+std::vector<uint8_t> CopyBits(const py::handle& bits) {
+    py::object keeper;
+    const std::span<const uint8_t> view = ViewBits(bits, keeper);
     return {view.begin(), view.end()};
 }
 

@@ -26,11 +26,11 @@ using BitArray = py::array_t<uint8_t, py::array::c_style>;
 BitArray NewBitArray(std::size_t count);
 
 // The bytes of a one-dimensional array of bits, read where they lie: a uint8 or bool array
-// (any other dtype, or more dimensions, is a TypeError). A non-contiguous array is copied once,
-// so the view is kept alive by `keeper`.
+// (any other dtype is a TypeError; more dimensions, or a value other than 0 and 1, a
+// ValueError). A non-contiguous array is copied once, so the view is kept alive by `keeper`.
 std::span<const uint8_t> ViewBits(const py::handle& bits, py::object& keeper);
 
-// The values of a bit array as 0 and 1 bytes; a value other than 0 and 1 is a ValueError.
+// The values of a bit array as 0 and 1 bytes, checked as ViewBits checks them.
 std::vector<uint8_t> CopyBits(const py::handle& bits);
 
 // Collects the core's messages for one call instead of letting them reach standard error.

@@ -110,14 +110,14 @@ std::optional<std::string> Check8b10b(const py::handle& bits, int start) {
         for (std::size_t done = 0; done < whole && broken == 0;) {
             const std::size_t count = std::min(kBlock, whole - done);
             for (std::size_t i = 0; i < count; ++i) {
-                symbols[i] = static_cast<int8_t>(view[done + i] != 0 ? 1 : -1);
+                symbols[i] = static_cast<int8_t>(view[done + i] == 1 ? 1 : -1);
             }
             std::size_t errorIndex = 0;
             broken = rules.FeedPeriods(std::span<const int8_t>(symbols.data(), count), errorIndex);
             done += count;
         }
         for (std::size_t i = whole; i < view.size() && broken == 0; ++i) {
-            broken = rules.Feed(view[i] != 0 ? 1 : -1);
+            broken = rules.Feed(view[i] == 1 ? 1 : -1);
         }
     }
     if (broken == 0) {
@@ -170,10 +170,10 @@ void BindSequences(py::module_& m) {
           "`count` (1 to 10**9) random bits from the random generator seeded with `seed` (a\n"
           "32-bit signed integer). Returns a numpy.uint8 array of 0 and 1.");
     m.def("check_8b10b", &Check8b10b, py::arg("bits"), py::arg("start") = 6,
-          "Checks a bit array (uint8 or bool; non-zero is a one) against the 8B/10B run-length\n"
+          "Checks a bit array (uint8 or bool, values 0 and 1) against the 8B/10B run-length\n"
           "and running-disparity rules with sub-blocks of 6 and 4 bits (`start` 4: 4 and 6; 0\n"
           "means 6). Returns None when every rule holds, else the text of the broken rule.\n"
-          "An empty array raises ValueError.");
+          "An empty array, or a value other than 0 and 1, raises ValueError.");
     m.def("read_bit_file", &ReadBits, py::arg("path"),
           "The bits of a .bit file ('0' and '1' characters; blanks, tabs, ',', ';', CR and LF\n"
           "are skipped) as a numpy.uint8 array. A file that cannot be read raises OSError, one\n"

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "apps/python/Bindings.h"
+#include "core/settings/IniFileCheck.h"
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/SequenceType.h"
@@ -158,20 +159,29 @@ Location ChooseLocation(const std::optional<std::filesystem::path>& path,
     throw py::error_already_set();
 }
 
+PyObject* ExceptionFor(IniFileProblemKind kind) {
+    switch (kind) {
+        case IniFileProblemKind::Missing:
+            return PyExc_FileNotFoundError;
+        case IniFileProblemKind::Folder:
+            return PyExc_IsADirectoryError;
+        case IniFileProblemKind::Unreadable:
+            return PyExc_OSError;
+        case IniFileProblemKind::Empty:
+        case IniFileProblemKind::NotIni:
+            break;
+    }
+    return PyExc_ValueError;
+}
+
 void Load(CStimulusData& data, const std::optional<std::filesystem::path>& path,
           const std::optional<std::string>& storeKey) {
     const Location location = ChooseLocation(path, storeKey);
+    // A file is refused as the command line refuses it, with the same reason, and the object
+    // stays as it was.
     if (path) {
-        std::error_code error;
-        const auto status = std::filesystem::status(*path, error);
-        if (!std::filesystem::exists(status)) {
-            PyErr_SetString(PyExc_FileNotFoundError,
-                            ("cannot read " + path->string() + ": no such file").c_str());
-            throw py::error_already_set();
-        }
-        if (std::filesystem::is_directory(status)) {
-            PyErr_SetString(PyExc_IsADirectoryError,
-                            (path->string() + " is a folder, not an INI file").c_str());
+        if (const auto problem = FindIniFileProblem(path->string(), true)) {
+            PyErr_SetString(ExceptionFor(problem->kind), problem->reason.c_str());
             throw py::error_already_set();
         }
     }
@@ -319,7 +329,9 @@ void BindStimulus(py::module_& m) {
           py::arg("store_key") = py::none(),
           "Loads the data from the [EYEDIAGRAM] section of the INI file `path`, or from the\n"
           "settings store under `store_key`, or (neither) from the module's own store. A\n"
-          "missing file raises FileNotFoundError and leaves the object alone. Data that loads\n"
+          "file is refused as the command line refuses it, with its reason, and the object left\n"
+          "alone: FileNotFoundError when missing, IsADirectoryError for a folder, OSError when\n"
+          "unreadable, ValueError when empty or no INI file. Data that loads\n"
           "as invalid is reset to the defaults (keeping the mask read) and raises ValueError\n"
           "with the message 'Invalid eye diagram data.\\nReverting to default values.'; the\n"
           "rule that failed is added as a note.");

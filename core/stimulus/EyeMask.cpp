@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 
 namespace kv {
@@ -71,6 +72,15 @@ bool IsValidMaskTimeOffset(double offset) {
 }
 bool IsValidMaskVoltOffset(double offset) {
     return offset >= -10 && offset <= 10;
+}
+
+bool MaskAcceptedOnOpen(const EYEMASK& mask) {
+    const std::array<double, 15> numbers{
+        mask.PTopMax,    mask.PTopMin,    mask.PBaseMin,   mask.PBaseMax,   mask.PCross,
+        mask.TCross1Min, mask.TCross1Max, mask.TRiseDelay, mask.TCross2Max, mask.TCross2Min,
+        mask.TFallDelay, mask.ScaleTime,  mask.ScaleVolt,  mask.OffsetTime, mask.OffsetVolt};
+    return MaskPlacementAcceptedOnOpen(mask) &&
+           std::all_of(numbers.begin(), numbers.end(), [](double v) { return std::isfinite(v); });
 }
 
 bool MaskPlacementAcceptedOnOpen(const EYEMASK& mask) {

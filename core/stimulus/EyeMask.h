@@ -27,6 +27,9 @@ std::optional<std::string_view> FindMaskOrderError(const EYEMASK& mask);
 // bound of the voltage scale is deliberately not checked here, so a stored
 // voltage scale above 2.0 survives opening.
 bool MaskPlacementAcceptedOnOpen(const EYEMASK& mask);
+// The whole check on opening: the placement, and every one of the fifteen
+// numbers a number the page can show (a host may have stored any double).
+bool MaskAcceptedOnOpen(const EYEMASK& mask);
 
 // Ranges that the mask page applies while the user types.
 bool IsValidMaskScale(double scale);        // 0.5 to 2.0

@@ -76,12 +76,12 @@ public:
     double GetPeriod() const override { return m_period; }
     void SetDutyCycle(double percent) override { m_dutyCycle = percent; }
     double GetDutyCycle() const override { return m_dutyCycle; }
-    // The component index (0 Gaussian, 1 uniform, 2 sine) is the caller's to
-    // get right; outside 0..2 it is undefined, as for the original arrays.
+    // The component index is 0 Gaussian, 1 uniform, 2 sine; any other index
+    // is refused (false) and changes nothing (see IEyeDiagramData.h).
     bool SetAddJitter(int component, bool add) override {
-        return m_addJitter[Index(component)] = add;
+        return SetFlag(m_addJitter, component, add);
     }
-    bool GetAddJitter(int component) const override { return m_addJitter[Index(component)]; }
+    bool GetAddJitter(int component) const override { return FlagOf(m_addJitter, component); }
     bool SetAdvancedJitter(bool advanced) override { return m_advancedJitter = advanced; }
     bool GetAdvancedJitter() const override { return m_advancedJitter; }
     void SetMaxJitter(double value) override { m_maxJitter = value; }
@@ -91,13 +91,13 @@ public:
     bool SetJitterRepeatable(bool repeatable) override { return m_jitterRepeatable = repeatable; }
     bool GetJitterRepeatable() const override { return m_jitterRepeatable; }
     bool SetJitterAsTime(int component, bool asTime) override {
-        return m_jitterAsTime[Index(component)] = asTime;
+        return SetFlag(m_jitterAsTime, component, asTime);
     }
-    bool GetJitterAsTime(int component) const override { return m_jitterAsTime[Index(component)]; }
+    bool GetJitterAsTime(int component) const override { return FlagOf(m_jitterAsTime, component); }
     bool SetFreqMeasured(int component, bool measured) override {
-        return m_freqMeasured[Index(component)] = measured;
+        return SetFlag(m_freqMeasured, component, measured);
     }
-    bool GetFreqMeasured(int component) const override { return m_freqMeasured[Index(component)]; }
+    bool GetFreqMeasured(int component) const override { return FlagOf(m_freqMeasured, component); }
     void SetRandomFreq(double value) override { m_randomFreq = value; }
     double GetRandomFreq() const override { return m_randomFreq; }
     void SetSineMag(double value) override { m_sineMag = value; }
@@ -143,7 +143,14 @@ public:
     std::string m_description;
 
 private:
-    static std::size_t Index(int component) { return static_cast<std::size_t>(component); }
+    using ComponentFlags = std::array<bool, 3>;
+    static bool IsComponent(int component) { return component >= 0 && component < 3; }
+    static bool SetFlag(ComponentFlags& flags, int component, bool value) {
+        return IsComponent(component) && (flags[static_cast<std::size_t>(component)] = value);
+    }
+    static bool FlagOf(const ComponentFlags& flags, int component) {
+        return IsComponent(component) && flags[static_cast<std::size_t>(component)];
+    }
 };
 
 // Length of one pseudo-random cycle, 2^degree - 1, or -1 when it would not

@@ -232,6 +232,12 @@ private:
     std::vector<std::pair<std::string, std::string>> m_entries;
 };
 
+// An empty name is neither a file nor a key of the settings store; left to
+// the store, it would fall through to a store nobody named.
+bool NamesNothing(const char* location) {
+    return location != nullptr && *location == '\0';
+}
+
 AppProfile ChooseProfile(const char* location, bool toFile) {
     if (location == nullptr) {
         return ModuleProfile();
@@ -360,6 +366,9 @@ std::vector<PersistedEntry> PersistedEntries(const CStimulusData& data) {
 }
 
 FileResult SaveStimulusData(const CStimulusData& data, const char* location, bool toFile) {
+    if (NamesNothing(location)) {
+        return {false, "no file or key is named"};
+    }
     // One replace of the whole store: a failure (a full disk, a file that
     // cannot be read) leaves every key as it was, never half of them.
     return OpenProfileStore(ChooseProfile(location, toFile))
@@ -393,6 +402,9 @@ void RegenerateBits(CStimulusData& data) {
 }
 
 StimulusReadResult LoadStimulusData(CStimulusData& data, const char* location, bool fromFile) {
+    if (NamesNothing(location)) {
+        return {};  // nothing to read: the values stay
+    }
     const auto store = OpenProfileStore(ChooseProfile(location, fromFile));
     // A settings store has no section call; only a file is read whole.
     const ValueSource values = fromFile && location != nullptr

@@ -47,9 +47,10 @@ struct StimulusReadResult {
 };
 
 // Save and Load of CStimulusData: `location` null for the module's own
-// store, else a file (toFile) or a registry key. Save writes the section in
-// one replace of the store. Load resets invalid data to the defaults, after
-// the message, and keeps the mask read.
+// store, else a file (toFile) or a registry key; an empty name names neither,
+// and Save refuses it while Load leaves the object as it is. Save writes the
+// section in one replace of the store. Load resets invalid data to the
+// defaults, after the message, and keeps the mask read.
 FileResult SaveStimulusData(const CStimulusData& data, const char* location, bool toFile);
 StimulusReadResult LoadStimulusData(CStimulusData& data, const char* location, bool fromFile);
 

@@ -7,6 +7,7 @@
 #include "core/ports/MessagePort.h"
 #include "core/shared/FileIo.h"
 #include "core/via/ViaSpiceWriter.h"
+#include "core/via/ViaVizData.h"
 
 namespace kv {
 namespace {
@@ -60,7 +61,8 @@ std::string DefaultSpiceFileName(const SpiceExportInput& input, const SpiceExpor
         return FileNameFromBase(names.baseName);
     }
     const bool hasPadstack = !input.vias.empty() && input.vias.front().padstack != nullptr;
-    return FileNameFromBase(hasPadstack ? input.vias.front().padstack->name : "");
+    return FileNameFromBase(hasPadstack ? std::string(RecordName(input.vias.front().padstack->name))
+                                        : "");
 }
 
 SpiceExportOutcome ExportViaToSpice(const SpiceExportInput* input, const SpiceExportNames& names,

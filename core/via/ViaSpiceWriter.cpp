@@ -8,6 +8,7 @@
 
 #include "core/shared/Misc_String.h"
 #include "core/shared/NumberText.h"
+#include "core/via/ViaVizData.h"
 
 namespace kv {
 namespace {
@@ -93,7 +94,7 @@ PADDATA FirstViaPad(const SpiceExportInput& input, int32_t index) {
         return PADDATA{};
     }
     const PADSTACK& padstack = *input.vias.front().padstack;
-    return index < padstack.padCount ? padstack.pads[index] : PADDATA{};
+    return padstack.pads != nullptr && index < padstack.padCount ? padstack.pads[index] : PADDATA{};
 }
 
 void WriteBanner(const std::tm& generated, std::string& text) {
@@ -125,7 +126,8 @@ void WriteStackup(const SpiceExportInput& input, std::string& text) {
         }
         text += '*' + Right(std::to_string(i + 1), 3) + "  " + Right(LayerTypeText(layer), 5) +
                 "  " + Right(LengthText(layer.thickness, input.metric, true), 8) + "   " +
-                Right(shape, 4) + "  " + Right(size, 8) + "  " + layer.name + "  \n";
+                Right(shape, 4) + "  " + Right(size, 8) + "  " +
+                std::string(RecordName(layer.name)) + "  \n";
     }
 }
 
@@ -135,13 +137,13 @@ void WritePorts(const SpiceExportInput& input, std::size_t viaIndex,
         text += (viaIndex == 0 ? "*\n" : "") + ViaLabelLine(viaIndex);
     }
     const PADSTACK& padstack = *input.vias[viaIndex].padstack;
-    text += "* Padstack: \"" + std::string(padstack.name) +
+    text += "* Padstack: \"" + std::string(RecordName(padstack.name)) +
             "\"   Drill=" + LengthText(padstack.drill, input.metric, false) + '\n';
     text += "* layers to connect (ports)\n";
     for (const CViaVizSpiceLayer& node : nodes) {
         if (node.port != nullptr) {
             text += "*** connection to layer \"" +
-                    std::string(input.stackup->layers[node.layer].name) + "\"\n";
+                    std::string(RecordName(input.stackup->layers[node.layer].name)) + "\"\n";
             text += "+ " + Right(node.name, 8) + '\n';
         }
     }
@@ -250,7 +252,8 @@ void WriteElements(const SpiceExportInput& input, std::size_t viaIndex,
 }  // namespace
 
 std::string SpiceModelText(const SpiceExportInput& input) {
-    if (input.stackup == nullptr) {
+    if (input.stackup == nullptr ||
+        (input.stackup->count > 0 && input.stackup->layers == nullptr)) {
         throw std::invalid_argument("SPICE export without a stackup");
     }
     for (const SpiceViaInput& via : input.vias) {

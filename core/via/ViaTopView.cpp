@@ -201,7 +201,8 @@ std::string TopViewTitle(const SpiceExportInput& input, int via, int layer) {
         input.stackup != nullptr && input.stackup->layers != nullptr ? input.stackup->count : 0;
     std::string title = input.pair ? (via == 0 ? "Right Via, " : "Left Via, ") : "";
     if (layer < 0 || layer >= count) {
-        return title + "layer " + std::to_string(layer + 1) + " is not in the stackup";
+        // Counted in 64 bits: the host may name any layer, INT_MAX among them.
+        return title + "layer " + std::to_string(int64_t{layer} + 1) + " is not in the stackup";
     }
     const STACKUPLAYER& record = input.stackup->layers[layer];
     const auto nameEnd = std::find(record.name, record.name + sizeof record.name, '\0');

@@ -4,9 +4,13 @@
 // the operations is the order of the virtual table the host binds to: never
 // reorder, insert or remove one.
 //
-// Periods are in nanoseconds, the duty cycle in percent. The component index
-// of the jitter flags is 0 Gaussian, 1 uniform, 2 sine. No setter validates;
-// Load checks the data as a whole.
+// Periods are in nanoseconds, the duty cycle in percent. No setter validates
+// a value; Load checks the data as a whole.
+//
+// The component index of the jitter flags (slots 12, 13 and 22 to 25) is 0
+// Gaussian, 1 uniform, 2 sine. The original left it unchecked and wrote
+// outside its three flags; here an index outside 0..2 is refused: the setter
+// returns false and changes nothing, the getter returns false.
 
 struct EYEMASK;
 

@@ -26,7 +26,7 @@
 #include <string>
 #include <vector>
 
-#include "apps/kvhost/ViaExample.h"
+#include "apps/viadescription/ViaControlFill.h"
 #include "kvcomctl/kvcomctl.h"
 #include "tests/host/ModalAnswers.h"
 #include "tests/host/QtHost.h"
@@ -38,6 +38,7 @@ using kv::test::Click;
 using kv::test::g_factory;
 using kv::test::g_hostLibrary;
 using kv::test::ModalAnswers;
+using kv::via_json::FillViaControl;
 
 TEST(HostLoad, FactoryIsOneStaticObjectAndTheOnlyExport) {
     ASSERT_NE(g_factory, nullptr);
@@ -188,6 +189,11 @@ ModalAnswers::Step Cancel() {
     };
 }
 
+// An example board as a host reads it, into the contract's records.
+kv::via_json::ViaDescription ReadExample(const std::string& name) {
+    return kv::via_json::ReadViaDescription(KV_EXAMPLES_DIR "/" + name + ".json");
+}
+
 TEST(HostVia, ControlFilledThroughItsDataAndExportedToTheGoldenFiles) {
     QTemporaryDir folder;
     QWidget window;
@@ -198,10 +204,7 @@ TEST(HostVia, ControlFilledThroughItsDataAndExportedToTheGoldenFiles) {
         ASSERT_TRUE(control->Create(&window, 1300));
         EXPECT_FALSE(control->Create(&window, 1300));
         EXPECT_EQ(control->GetWindow()->parentWidget(), &window);
-        QString error;
-        ASSERT_TRUE(FillViaControl(
-            *control, QStringLiteral(KV_EXAMPLES_DIR "/%1.json").arg(QLatin1String(name)), &error))
-            << error.toStdString();
+        ASSERT_TRUE(FillViaControl(*control, ReadExample(name)));
         EXPECT_EQ(control->IsPair(), std::string(name) == "via_pair_6layer");
         EXPECT_EQ(control->GetViaData(control->IsPair() ? 2 : 1), nullptr);
         EXPECT_EQ(control->GetViaData(0)->GetStackup()->count, 11);
@@ -220,8 +223,7 @@ TEST(HostVia, InteractiveExportAnsweredInItsDialogs) {
     QTemporaryDir folder;
     IViaVizCtrl* control = g_factory->CreateViaVisualizerCtrl();
     ASSERT_TRUE(control->Create(nullptr, 1300));
-    ASSERT_TRUE(FillViaControl(*control, QStringLiteral(KV_EXAMPLES_DIR "/via_signal_6layer.json"),
-                               nullptr));
+    ASSERT_TRUE(FillViaControl(*control, ReadExample("via_signal_6layer")));
     const QString path = folder.filePath(QStringLiteral("via.cir"));
     {
         ModalAnswers answers({Cancel()});

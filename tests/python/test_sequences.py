@@ -57,6 +57,8 @@ def test_long_prbs_has_its_full_length_and_balance():
         (lambda: kvcomctl.check_8b10b(np.zeros(0, np.uint8)), "holds no bits"),
         (lambda: kvcomctl.check_8b10b(kvcomctl.prbs(5), start=5), "start must be 4 or 6"),
         (lambda: kvcomctl.check_8b10b(np.zeros((2, 10), np.uint8)), "one-dimensional"),
+        (lambda: kvcomctl.check_8b10b(np.array([0, 1, 2, 3] * 5, np.uint8)), "element 2 is 2"),
+        (lambda: kvcomctl.write_bit_file("unused.bit", np.full(4, 255, np.uint8)), "0 or 1"),
     ],
 )
 def test_bad_arguments_raise_value_error(call, message):

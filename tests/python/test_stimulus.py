@@ -140,6 +140,26 @@ def test_invalid_files_raise_after_the_reset(tmp_path):
         data.save(tmp_path / "no" / "such" / "file.ini")
 
 
+@pytest.mark.parametrize(
+    "content, error",
+    [
+        (b"\x00\xff\x01binary noise\x02", ValueError),
+        (b"just words, no section\n", ValueError),
+        (b"  \n", ValueError),
+    ],
+)
+def test_a_file_the_command_line_refuses_is_refused_with_its_reason(cli, tmp_path, content, error):
+    path = tmp_path / "stimulus.ini"
+    path.write_bytes(content)
+    data = changed_data()
+    with pytest.raises(error) as raised:
+        data.load(path)
+    refused = cli.run("stimulus", "show", path)
+    assert refused.returncode == 1
+    assert refused.stderr == f"kvcomctl stimulus: {raised.value}\n"
+    assert data.cycle_count == changed_data().cycle_count  # left as it was
+
+
 def test_generate_and_bits(cli):
     data = kvcomctl.StimulusData()
     data.seq_type, data.poly_degree, data.init_state = 0, 10, 1

@@ -111,7 +111,7 @@ void CEyeDiagramMaskPage::showEvent(QShowEvent* event) {
     // Checked when the page first opens, not when it is made: the sheet makes
     // the page even when it does not show it.
     m_openChecked = true;
-    if (!MaskPlacementAcceptedOnOpen(m_data.m_mask)) {
+    if (!MaskAcceptedOnOpen(m_data.m_mask)) {
         ShowMessage(kMaskInvalidOnOpen, MessageIcon::Warning);
         m_data.m_mask = DefaultEyeMask();
         ShowMask();

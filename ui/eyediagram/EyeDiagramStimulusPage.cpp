@@ -16,6 +16,7 @@
 
 #include "core/eyediagram/EyeStimulusRules.h"
 #include "core/eyediagram/StimulusEditRules.h"
+#include "core/eyediagram/StimulusOpenCheck.h"
 #include "core/eyediagram/WaveformPreview.h"
 #include "core/ports/MessagePort.h"
 #include "core/stimulus/FixedPatterns.h"
@@ -165,6 +166,15 @@ bool CEyeDiagramStimulusPage::eventFilter(QObject* watched, QEvent* event) {
 
 void CEyeDiagramStimulusPage::showEvent(QShowEvent* event) {
     CSheetPage::showEvent(event);
+    // Checked when the page first opens, as the mask page checks its mask:
+    // the sheet makes the page even when it does not show it.
+    if (!m_openChecked) {
+        m_openChecked = true;
+        if (ReplaceValuesPagesCannotUse(m_data)) {
+            ShowMessage(kInvalidEyeDiagramData, MessageIcon::Warning);
+            ShowData();
+        }
+    }
     // Fitted again at the size the chart is shown in: the grid steps, and
     // so the fitted ends, depend on it.
     UpdatePreview();

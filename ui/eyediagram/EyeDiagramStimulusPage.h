@@ -75,6 +75,7 @@ private:
     CBitPatternCtrl* m_pattern = nullptr;
     CChartControl* m_preview = nullptr;
     bool m_filling = false;
+    bool m_openChecked = false;
 };
 
 }  // namespace kv::ui

@@ -11,10 +11,12 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 #include <functional>
 
 #include "core/eyediagram/StimulusEditRules.h"
 #include "core/eyediagram/StimulusLibrary.h"
+#include "core/eyediagram/StimulusOpenCheck.h"
 #include "core/ports/FileChooser.h"
 #include "core/stimulus/BitFile.h"
 #include "core/stimulus/SequenceType.h"
@@ -70,6 +72,18 @@ CVelStimulusPage::CVelStimulusPage(CStimulusData& data, int pageArgB)
 }
 
 CVelStimulusPage::~CVelStimulusPage() = default;
+
+void CVelStimulusPage::showEvent(QShowEvent* event) {
+    CSheetPage::showEvent(event);
+    // Checked when the page first opens, as the mask page checks its mask.
+    if (!m_openChecked) {
+        m_openChecked = true;
+        if (ReplaceValuesPagesCannotUse(m_data)) {
+            Ask(kInvalidEyeDiagramData, MessageIcon::Warning, MessageButtons::Ok);
+            ShowData();
+        }
+    }
+}
 
 void CVelStimulusPage::BuildControls() {
     auto* page = new QVBoxLayout(this);
@@ -334,7 +348,9 @@ void CVelStimulusPage::RefreshFields() {
     const double duty = m_data.GetDutyCycle();
     m_period->setText(QString::fromStdString(FormatField(period)));
     m_duty->setText(QString::fromStdString(FormatField(duty)));
-    m_dutySpin->setValue(static_cast<int>(duty + 0.5));
+    // The spin box shows whole percent; a duty cycle that is no number shows as its minimum.
+    m_dutySpin->setValue(
+        static_cast<int>(std::isfinite(duty) ? std::clamp(duty, 0.0, 100.0) + 0.5 : 0.0));
     m_repetitions->setText(QString::number(m_data.GetCycleCount()));
     m_repetitionsSpin->setValue(m_data.GetCycleCount());
     if (period > 0) {

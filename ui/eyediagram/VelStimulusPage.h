@@ -35,6 +35,9 @@ public:
     bool IsModified() const;
     CBitPatternCtrl& PatternControl() { return *m_pattern; }
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void BuildControls();
     void ShowData();
@@ -62,6 +65,7 @@ private:
     BitVector m_openedBits;  // the bits when the page opened, to tell an edit
     bool m_modified = false;
     bool m_filling = false;
+    bool m_openChecked = false;
 
     QComboBox* m_nameList = nullptr;
     QLineEdit* m_nameEdit = nullptr;
