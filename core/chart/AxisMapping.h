@@ -47,7 +47,12 @@ public:
         if (std::isnan(position)) {
             return static_cast<int>(-kPixelLimit);
         }
-        return static_cast<int>(std::fmin(std::fmax(position, -kPixelLimit), kPixelLimit));
+        // Comparisons rather than fmin and fmax, which are calls: this runs
+        // for every point a curve draws.
+        if (position < -kPixelLimit) {
+            return static_cast<int>(-kPixelLimit);
+        }
+        return static_cast<int>(position > kPixelLimit ? kPixelLimit : position);
     }
 
     double ToValue(double pixel) const {

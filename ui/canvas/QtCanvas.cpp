@@ -84,6 +84,28 @@ void QtCanvas::FillRect(const Rect& rect, uint32_t color) {
     }
 }
 
+void QtCanvas::FillRects(std::span<const Rect> rects, uint32_t color) {
+    if (rects.empty()) {
+        return;
+    }
+    // Rectangles without a pen fill exactly their pixels, as fillRect does,
+    // and the paint engine takes them all in one call.
+    std::vector<QRect> qtRects;
+    qtRects.reserve(rects.size());
+    for (const Rect& rect : rects) {
+        if (rect.Width() > 0 && rect.Height() > 0) {
+            qtRects.push_back(ToQRect(rect));
+        }
+    }
+    const QPen pen = m_painter.pen();
+    const QBrush brush = m_painter.brush();
+    m_painter.setPen(Qt::NoPen);
+    m_painter.setBrush(ColorFromColorRef(color));
+    m_painter.drawRects(qtRects.data(), static_cast<int>(qtRects.size()));
+    m_painter.setPen(pen);
+    m_painter.setBrush(brush);
+}
+
 void QtCanvas::Rectangle(const Rect& rect) {
     // A one-pixel outline covers the rectangle up to, not including, its
     // right and bottom edges.

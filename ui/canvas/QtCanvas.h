@@ -33,6 +33,7 @@ public:
     Point CurrentPosition() const override;
     void Polyline(std::span<const Point> points) override;
     void FillRect(const Rect& rect, uint32_t color) override;
+    void FillRects(std::span<const Rect> rects, uint32_t color) override;
     void Rectangle(const Rect& rect) override;
     void FillPolygon(std::span<const Point> points, uint32_t color) override;
     void SetTextColor(uint32_t color) override;
