@@ -5,19 +5,36 @@
 #include <QWidget>
 
 namespace kv::ui {
+namespace {
 
-void PaintBuffered(QWidget& widget, QSize size, const std::function<void(QtCanvas&)>& draw) {
+// The pixels a QPixmap would have on this screen, so the picture is the one
+// a pixmap buffer gives.
+QImage::Format ScreenFormat() {
+    static const QImage::Format format = QPixmap(1, 1).toImage().format();
+    return format;
+}
+
+}  // namespace
+
+void PaintBuffer::Paint(QWidget& widget, QSize size, const std::function<void(QtCanvas&)>& draw) {
     if (size.isEmpty()) {
         return;
     }
     const qreal ratio = widget.devicePixelRatioF();
-    QPixmap buffer(size * ratio);
-    buffer.setDevicePixelRatio(ratio);
+    const QSize pixels = size * ratio;
+    if (m_image.size() != pixels || m_image.format() != ScreenFormat()) {
+        m_image = QImage(pixels, ScreenFormat());
+    }
+    m_image.setDevicePixelRatio(ratio);
     {
-        QtCanvas canvas(buffer, widget.font());
+        QtCanvas canvas(m_image, widget.font(), &m_texts);
         draw(canvas);
     }
-    QPainter(&widget).drawPixmap(0, 0, buffer);
+    QPainter(&widget).drawImage(0, 0, m_image);
+}
+
+void PaintBuffered(QWidget& widget, QSize size, const std::function<void(QtCanvas&)>& draw) {
+    PaintBuffer().Paint(widget, size, draw);
 }
 
 }  // namespace kv::ui

@@ -1,8 +1,10 @@
 #include "ui/canvas/QtCanvas.h"
 
 #include <QFontMetrics>
+#include <QImage>
 #include <QPaintDevice>
-#include <vector>
+#include <algorithm>
+#include <cmath>
 
 #include "ui/shared/ControlIds.h"
 
@@ -17,9 +19,25 @@ QRect ToQRect(const Rect& rect) {
     return QRect(rect.left, rect.top, rect.Width(), rect.Height());
 }
 
+// The image a device is, when its pixels are 32-bit words the canvas can
+// set to an opaque colour exactly as the painter would.
+QImage* ImageOf32BitPixels(QPaintDevice& device) {
+    if (device.devType() != QInternal::Image) {
+        return nullptr;
+    }
+    auto& image = static_cast<QImage&>(device);
+    const QImage::Format format = image.format();
+    return format == QImage::Format_RGB32 || format == QImage::Format_ARGB32_Premultiplied
+               ? &image
+               : nullptr;
+}
+
 }  // namespace
 
-QtCanvas::QtCanvas(QPaintDevice& device, const QFont& font) : m_painter(&device) {
+QtCanvas::QtCanvas(QPaintDevice& device, const QFont& font, TextLayoutCache* texts)
+    : m_painter(&device),
+      m_image(ImageOf32BitPixels(device)),
+      m_texts(texts != nullptr ? texts : &m_ownTexts) {
     m_painter.setFont(font);
     m_painter.setRenderHint(QPainter::Antialiasing, false);
     m_painter.setRenderHint(QPainter::TextAntialiasing, true);
@@ -31,7 +49,71 @@ QtCanvas::QtCanvas(QPaintDevice& device, const QFont& font) : m_painter(&device)
 
 QtCanvas::~QtCanvas() = default;
 
+std::optional<QtCanvas::OwnPixels> QtCanvas::OwnPixelAccess() const {
+    if (m_image == nullptr || m_painter.compositionMode() != QPainter::CompositionMode_SourceOver ||
+        m_painter.opacity() != 1.0) {
+        return std::nullopt;
+    }
+    const QTransform& transform = m_painter.deviceTransform();
+    if (transform.type() > QTransform::TxTranslate ||
+        transform.dx() != std::trunc(transform.dx()) ||
+        transform.dy() != std::trunc(transform.dy())) {
+        return std::nullopt;
+    }
+    OwnPixels pixels{m_image->rect(),
+                     QPoint(static_cast<int>(transform.dx()), static_cast<int>(transform.dy()))};
+    if (m_painter.hasClipping()) {
+        if (!m_clip) {
+            return std::nullopt;  // a clip set on the painter directly
+        }
+        pixels.area &= ToQRect(*m_clip);
+    }
+    return pixels;
+}
+
+void QtCanvas::SetPixels(const OwnPixels& pixels, const QRect& rect, QRgb color) {
+    // The painter fills wide rows faster than a loop and sets the same
+    // pixels; in narrow ones its work for each row is what costs.
+    constexpr int kWideRow = 16;
+    if (rect.width() >= kWideRow) {
+        m_painter.fillRect(rect, QColor::fromRgb(color));
+        return;
+    }
+    const QRect area = rect.translated(pixels.offset) & pixels.area;
+    if (area.isEmpty()) {
+        return;
+    }
+    // Both formats hold an opaque colour as 0xffRRGGBB.
+    const QRgb value = color | 0xff000000u;
+    uchar* const bits = m_image->bits();
+    const qsizetype stride = m_image->bytesPerLine();
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        auto* const row = reinterpret_cast<QRgb*>(bits + y * stride);
+        std::fill(row + area.left(), row + area.right() + 1, value);
+    }
+}
+
+bool QtCanvas::ThinOpaquePen() const {
+    const QPen& pen = m_painter.pen();
+    return pen.style() == Qt::SolidLine && pen.widthF() == 0.0 &&
+           pen.brush().style() == Qt::SolidPattern && pen.color().alpha() == 255 &&
+           !m_painter.testRenderHint(QPainter::Antialiasing);
+}
+
+const TextLayout* QtCanvas::CachedLayout(std::string_view text) const {
+    // Printable ASCII lays out left to right whatever the painter's
+    // direction leaves to the text; control characters break or move a
+    // line, and other scripts may run the other way.
+    const bool plain =
+        std::all_of(text.begin(), text.end(), [](char c) { return c >= 0x20 && c < 0x7f; }) &&
+        m_painter.layoutDirection() != Qt::RightToLeft;
+    return plain ? &m_texts->Layout(text, m_painter.font(), *m_painter.device()) : nullptr;
+}
+
 Extent QtCanvas::TextExtent(std::string_view text) const {
+    if (const TextLayout* layout = CachedLayout(text)) {
+        return layout->extent;
+    }
     const QFontMetrics metrics = m_painter.fontMetrics();
     return {metrics.horizontalAdvance(ToQString(text)), metrics.height()};
 }
@@ -61,8 +143,19 @@ void QtCanvas::MoveTo(Point to) {
 }
 
 void QtCanvas::LineTo(Point to) {
-    m_painter.drawLine(m_position.x, m_position.y, to.x, to.y);
+    const Point from = m_position;
     m_position = to;
+    if (from.x == to.x || from.y == to.y) {
+        // A one-pixel line with round caps covers both of its ends.
+        if (const auto pixels = OwnPixelAccess(); pixels && ThinOpaquePen()) {
+            SetPixels(*pixels,
+                      QRect(QPoint(std::min(from.x, to.x), std::min(from.y, to.y)),
+                            QPoint(std::max(from.x, to.x), std::max(from.y, to.y))),
+                      m_painter.pen().color().rgba());
+            return;
+        }
+    }
+    m_painter.drawLine(from.x, from.y, to.x, to.y);
 }
 
 Point QtCanvas::CurrentPosition() const {
@@ -70,22 +163,36 @@ Point QtCanvas::CurrentPosition() const {
 }
 
 void QtCanvas::Polyline(std::span<const Point> points) {
-    std::vector<QPoint> qtPoints;
-    qtPoints.reserve(points.size());
+    m_qtPoints.clear();
+    m_qtPoints.reserve(points.size());
     for (const Point& point : points) {
-        qtPoints.emplace_back(point.x, point.y);
+        m_qtPoints.emplace_back(point.x, point.y);
     }
-    m_painter.drawPolyline(qtPoints.data(), static_cast<int>(qtPoints.size()));
+    m_painter.drawPolyline(m_qtPoints.data(), static_cast<int>(m_qtPoints.size()));
 }
 
 void QtCanvas::FillRect(const Rect& rect, uint32_t color) {
-    if (rect.Width() > 0 && rect.Height() > 0) {
-        m_painter.fillRect(ToQRect(rect), ColorFromColorRef(color));
+    if (rect.Width() <= 0 || rect.Height() <= 0) {
+        return;
     }
+    if (const auto pixels = OwnPixelAccess()) {
+        SetPixels(*pixels, ToQRect(rect), ColorFromColorRef(color).rgba());
+        return;
+    }
+    m_painter.fillRect(ToQRect(rect), ColorFromColorRef(color));
 }
 
 void QtCanvas::FillRects(std::span<const Rect> rects, uint32_t color) {
     if (rects.empty()) {
+        return;
+    }
+    const QColor qtColor = ColorFromColorRef(color);
+    if (const auto pixels = OwnPixelAccess()) {
+        for (const Rect& rect : rects) {
+            if (rect.Width() > 0 && rect.Height() > 0) {
+                SetPixels(*pixels, ToQRect(rect), qtColor.rgba());
+            }
+        }
         return;
     }
     // Rectangles without a pen fill exactly their pixels, as fillRect does,
@@ -100,7 +207,7 @@ void QtCanvas::FillRects(std::span<const Rect> rects, uint32_t color) {
     const QPen pen = m_painter.pen();
     const QBrush brush = m_painter.brush();
     m_painter.setPen(Qt::NoPen);
-    m_painter.setBrush(ColorFromColorRef(color));
+    m_painter.setBrush(qtColor);
     m_painter.drawRects(qtRects.data(), static_cast<int>(qtRects.size()));
     m_painter.setPen(pen);
     m_painter.setBrush(brush);
@@ -138,7 +245,14 @@ void QtCanvas::SetTransparentBackground(bool transparent) {
 void QtCanvas::TextOut(Point at, std::string_view text) {
     const QPen pen = m_painter.pen();
     m_painter.setPen(m_textColor);
-    m_painter.drawText(QPoint(at.x, at.y + m_painter.fontMetrics().ascent()), ToQString(text));
+    if (const TextLayout* layout = CachedLayout(text)) {
+        const QPointF baseline(at.x, at.y + layout->ascent);
+        for (const QGlyphRun& run : layout->runs) {
+            m_painter.drawGlyphRun(baseline, run);
+        }
+    } else {
+        m_painter.drawText(QPoint(at.x, at.y + m_painter.fontMetrics().ascent()), ToQString(text));
+    }
     m_painter.setPen(pen);
 }
 

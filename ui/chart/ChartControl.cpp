@@ -138,7 +138,7 @@ QSize CChartControl::sizeHint() const {
 }
 
 void CChartControl::paintEvent(QPaintEvent* /*event*/) {
-    PaintBuffered(*this, size(), [this](QtCanvas& canvas) { m_chart->Paint(canvas); });
+    m_buffer.Paint(*this, size(), [this](QtCanvas& canvas) { m_chart->Paint(canvas); });
 }
 
 void CChartControl::resizeEvent(QResizeEvent* /*event*/) {
