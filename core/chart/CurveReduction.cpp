@@ -2,22 +2,68 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace kv {
 namespace {
 
+// The first point after `begin` whose x reaches `edge`, with x rising:
+// looked for outward from `hint`, so a good hint costs two points, which
+// lie next to each other.
+size_t FirstReaching(std::span<const VEC2> points, size_t begin, size_t hint, double edge) {
+    const auto reaches = [&](size_t k) { return points[k].x >= edge; };
+    size_t below = begin;          // the last point known not to reach it
+    size_t above = points.size();  // the first point known to reach it
+    hint = std::clamp(hint, begin + 1, points.size());
+    size_t step = 1;
+    if (hint < points.size() && !reaches(hint)) {
+        below = hint;
+        while (below + step < points.size()) {
+            if (reaches(below + step)) {
+                above = below + step;
+                break;
+            }
+            below += step;
+            step *= 2;
+        }
+    } else {
+        above = hint;
+        while (above - below > step) {
+            if (!reaches(above - step)) {
+                below = above - step;
+                break;
+            }
+            above -= step;
+            step *= 2;
+        }
+    }
+    while (above - below > 1) {
+        const size_t middle = below + (above - below) / 2;
+        (reaches(middle) ? above : below) = middle;
+    }
+    return above;
+}
+
 // The end of the run of points from `begin` on that share `column`, on a
-// curve with rising x (so a column's points follow each other). The search
-// starts where a run of `guess` points would end and widens from there:
-// evenly spaced points, whose runs are as long as the one before, cost two
-// probes a column however many points each holds.
+// curve with rising x (so a column's points follow each other), expected
+// `guess` points long. The value at the column's far edge finds it among
+// the values alone; the mapping then confirms the points on either side,
+// since rounding may put the edge a point off. Only when it does not is
+// the search made with the mapping itself.
 size_t RunEnd(std::span<const VEC2> points, size_t begin, size_t guess, const AxisMapping& x,
               int column) {
     const auto inColumn = [&](size_t k) { return x.ToPixel(points[k].x) == column; };
+    const size_t count = points.size();
+    if (x.To() > x.From()) {
+        const size_t end = FirstReaching(points, begin, begin + guess, x.ToValue(column + 0.5));
+        if (inColumn(end - 1) && (end == count || !inColumn(end))) {
+            return end;
+        }
+    }
     size_t inside = begin;  // the last point known to be in the column
-    size_t step = std::max<size_t>(guess, 1);
-    size_t outside = points.size();  // the first point known to be past it
-    while (step < points.size() - begin) {
+    size_t step = 1;
+    size_t outside = count;  // the first point known to be past it
+    while (step < count - begin) {
         if (!inColumn(begin + step)) {
             outside = begin + step;
             break;
@@ -25,18 +71,9 @@ size_t RunEnd(std::span<const VEC2> points, size_t begin, size_t guess, const Ax
         inside = begin + step;
         step *= 2;
     }
-    if (outside - inside > 1 && !inColumn(outside - 1)) {
-        size_t lo = inside + 1;
-        size_t hi = outside - 1;
-        while (lo < hi) {
-            const size_t middle = lo + (hi - lo) / 2;
-            if (inColumn(middle)) {
-                lo = middle + 1;
-            } else {
-                hi = middle;
-            }
-        }
-        return lo;
+    while (outside - inside > 1) {
+        const size_t middle = inside + (outside - inside) / 2;
+        (inColumn(middle) ? inside : outside) = middle;
     }
     return outside;
 }
@@ -77,39 +114,48 @@ CurveIndex::CurveIndex(std::span<const VEC2> points)
     if (m_nanY) {
         return;
     }
-    m_blockLowest.reserve(points.size() / kBlockSize + 1);
-    m_blockHighest.reserve(points.size() / kBlockSize + 1);
-    for (size_t begin = 0; begin < points.size(); begin += kBlockSize) {
-        const auto block = points.subspan(begin, std::min(kBlockSize, points.size() - begin));
-        double lowest = block[0].y;
-        double highest = block[0].y;
-        for (const VEC2& point : block) {
-            lowest = std::min(lowest, point.y);
-            highest = std::max(highest, point.y);
+    for (const size_t size : {kBlockSize, kGroupSize}) {
+        Extremes& level = size == kBlockSize ? m_blocks : m_groups;
+        level.lowest.reserve(points.size() / size + 1);
+        level.highest.reserve(points.size() / size + 1);
+        for (size_t begin = 0; begin < points.size(); begin += size) {
+            const auto part = points.subspan(begin, std::min(size, points.size() - begin));
+            double lowest = part[0].y;
+            double highest = part[0].y;
+            for (const VEC2& point : part) {
+                lowest = std::min(lowest, point.y);
+                highest = std::max(highest, point.y);
+            }
+            level.lowest.push_back(lowest);
+            level.highest.push_back(highest);
         }
-        m_blockLowest.push_back(lowest);
-        m_blockHighest.push_back(highest);
     }
 }
 
 Range CurveIndex::YRange(std::span<const VEC2> points, size_t first, size_t last) const {
     Range range{points[first].y, points[first].y};
-    const auto consider = [&range](double low, double high) {
-        range.lo = std::min(range.lo, low);
-        range.hi = std::max(range.hi, high);
-    };
     size_t k = first;
-    // Point by point up to a block boundary, block by block while whole
-    // blocks fit, then point by point again.
-    for (; k <= last && k % kBlockSize != 0; ++k) {
-        consider(points[k].y, points[k].y);
-    }
-    for (; k + kBlockSize - 1 <= last && k / kBlockSize < m_blockLowest.size(); k += kBlockSize) {
-        consider(m_blockLowest[k / kBlockSize], m_blockHighest[k / kBlockSize]);
-    }
-    for (; k <= last; ++k) {
-        consider(points[k].y, points[k].y);
-    }
+    // Point by point up to a block boundary, block by block up to a group
+    // boundary, group by group while whole groups fit, then back down.
+    const auto single = [&](size_t until) {
+        for (; k <= last && k < until; ++k) {
+            range.lo = std::min(range.lo, points[k].y);
+            range.hi = std::max(range.hi, points[k].y);
+        }
+    };
+    const auto whole = [&](const Extremes& level, size_t size, size_t until) {
+        for (; k + size - 1 <= last && k < until && k / size < level.lowest.size(); k += size) {
+            range.lo = std::min(range.lo, level.lowest[k / size]);
+            range.hi = std::max(range.hi, level.highest[k / size]);
+        }
+    };
+    const auto roundUp = [&k](size_t size) { return (k + size - 1) / size * size; };
+    constexpr size_t kAll = std::numeric_limits<size_t>::max();
+    single(roundUp(kBlockSize));
+    whole(m_blocks, kBlockSize, roundUp(kGroupSize));
+    whole(m_groups, kGroupSize, kAll);
+    whole(m_blocks, kBlockSize, kAll);
+    single(kAll);
     return range;
 }
 
@@ -186,18 +232,27 @@ void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const Curv
         const int firstRow = row(i);
         const int lastRow = row(last);
         size_t leave = i + 1;
-        while (leave < last && row(leave) == firstRow) {
-            ++leave;
+        int leaveRow = row(leave);
+        while (leave < last && leaveRow == firstRow) {
+            leaveRow = row(++leave);
         }
         size_t arrive = last - 1;
-        while (arrive > leave && row(arrive) == lastRow) {
-            --arrive;
+        int arriveRow = row(arrive);
+        while (arrive > leave && arriveRow == lastRow) {
+            arriveRow = row(--arrive);
         }
+        // Every point before `leave` is on the first row, every one after
+        // `arrive` on the last.
+        const std::pair<size_t, int> kept[] = {{leave - 1, firstRow},
+                                               {leave, leaveRow},
+                                               {arrive, arriveRow},
+                                               {arrive + 1, lastRow},
+                                               {last, lastRow}};
         size_t added = i;
         out.polyline.push_back({column, firstRow});
-        for (const size_t k : {leave - 1, leave, arrive, arrive + 1, last}) {
+        for (const auto& [k, keptRow] : kept) {
             if (k > added) {
-                out.polyline.push_back({column, row(k)});
+                out.polyline.push_back({column, keptRow});
                 added = k;
             }
         }

@@ -24,11 +24,14 @@ bool HasRisingX(std::span<const VEC2> points);
 
 // What the reduction learns of a curve once, when it is added: whether its
 // x rises (so a search finds each column's run), and the lowest and highest
-// y of each block of points (so a run's stretch comes from whole blocks
-// rather than from every point).
+// y of each block and group of points (so a run's stretch comes from whole
+// blocks rather than from every point).
 class CurveIndex {
 public:
-    static constexpr size_t kBlockSize = 64;
+    // Blocks of a few points for short runs, groups of many blocks for the
+    // long runs of a large curve.
+    static constexpr size_t kBlockSize = 16;
+    static constexpr size_t kGroupSize = 1024;
 
     CurveIndex() = default;
     explicit CurveIndex(std::span<const VEC2> points);
@@ -41,10 +44,14 @@ public:
     Range YRange(std::span<const VEC2> points, size_t first, size_t last) const;
 
 private:
+    struct Extremes {
+        std::vector<double> lowest;
+        std::vector<double> highest;
+    };
     bool m_risingX = false;
     bool m_nanY = false;
-    std::vector<double> m_blockLowest;
-    std::vector<double> m_blockHighest;
+    Extremes m_blocks;
+    Extremes m_groups;
 };
 
 // The index range [begin, end) of points whose lines can reach the pixel

@@ -61,7 +61,9 @@ std::optional<QtCanvas::OwnPixels> QtCanvas::OwnPixelAccess() const {
         return std::nullopt;
     }
     OwnPixels pixels{m_image->rect(),
-                     QPoint(static_cast<int>(transform.dx()), static_cast<int>(transform.dy()))};
+                     QPoint(static_cast<int>(transform.dx()), static_cast<int>(transform.dy())),
+                     reinterpret_cast<QRgb*>(m_image->bits()),
+                     m_image->bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb))};
     if (m_painter.hasClipping()) {
         if (!m_clip) {
             return std::nullopt;  // a clip set on the painter directly
@@ -79,17 +81,27 @@ void QtCanvas::SetPixels(const OwnPixels& pixels, const QRect& rect, QRgb color)
         m_painter.fillRect(rect, QColor::fromRgb(color));
         return;
     }
-    const QRect area = rect.translated(pixels.offset) & pixels.area;
-    if (area.isEmpty()) {
+    const int left = std::max(rect.left() + pixels.offset.x(), pixels.area.left());
+    const int right = std::min(rect.right() + pixels.offset.x(), pixels.area.right());
+    const int top = std::max(rect.top() + pixels.offset.y(), pixels.area.top());
+    const int bottom = std::min(rect.bottom() + pixels.offset.y(), pixels.area.bottom());
+    if (left > right || top > bottom) {
         return;
     }
     // Both formats hold an opaque colour as 0xffRRGGBB.
     const QRgb value = color | 0xff000000u;
-    uchar* const bits = m_image->bits();
-    const qsizetype stride = m_image->bytesPerLine();
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        auto* const row = reinterpret_cast<QRgb*>(bits + y * stride);
-        std::fill(row + area.left(), row + area.right() + 1, value);
+    const qsizetype stride = pixels.stride;
+    QRgb* row = pixels.bits + top * stride + left;
+    const QRgb* const end = row + (bottom - top + 1) * stride;
+    if (left == right) {
+        // Vertical lines and a curve's column stretches, most of them.
+        for (; row != end; row += stride) {
+            *row = value;
+        }
+        return;
+    }
+    for (; row != end; row += stride) {
+        std::fill_n(row, right - left + 1, value);
     }
 }
 

@@ -62,6 +62,8 @@ private:
     struct OwnPixels {
         QRect area;
         QPoint offset;
+        QRgb* bits;
+        qsizetype stride;  // in pixels
     };
     // Nothing unless the device is an image of 32-bit pixels, nothing
     // scales, and the painter replaces pixels with opaque colours rather
