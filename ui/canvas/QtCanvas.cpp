@@ -3,6 +3,8 @@
 #include <QFontMetrics>
 #include <QImage>
 #include <QPaintDevice>
+#include <QPaintEngine>
+#include <QRegion>
 #include <algorithm>
 #include <cmath>
 
@@ -19,16 +21,19 @@ QRect ToQRect(const Rect& rect) {
     return QRect(rect.left, rect.top, rect.Width(), rect.Height());
 }
 
-// The image a device is, when its pixels are 32-bit words the canvas can
-// set to an opaque colour exactly as the painter would.
-QImage* ImageOf32BitPixels(QPaintDevice& device) {
-    if (device.devType() != QInternal::Image) {
+// The image the painter's pixels go to (a QImage itself, the image behind a
+// pixmap, a window's back buffer), when they are 32-bit words the canvas
+// can set to an opaque colour exactly as the painter would.
+const QImage* ImageOf32BitPixels(const QPainter& painter) {
+    const QPaintEngine* const engine = painter.paintEngine();
+    const QPaintDevice* const device = engine != nullptr ? engine->paintDevice() : nullptr;
+    if (device == nullptr || device->devType() != QInternal::Image) {
         return nullptr;
     }
-    auto& image = static_cast<QImage&>(device);
-    const QImage::Format format = image.format();
+    const auto* const image = static_cast<const QImage*>(device);
+    const QImage::Format format = image->format();
     return format == QImage::Format_RGB32 || format == QImage::Format_ARGB32_Premultiplied
-               ? &image
+               ? image
                : nullptr;
 }
 
@@ -36,7 +41,7 @@ QImage* ImageOf32BitPixels(QPaintDevice& device) {
 
 QtCanvas::QtCanvas(QPaintDevice& device, const QFont& font, TextLayoutCache* texts)
     : m_painter(&device),
-      m_image(ImageOf32BitPixels(device)),
+      m_image(ImageOf32BitPixels(m_painter)),
       m_texts(texts != nullptr ? texts : &m_ownTexts) {
     m_painter.setFont(font);
     m_painter.setRenderHint(QPainter::Antialiasing, false);
@@ -60,15 +65,27 @@ std::optional<QtCanvas::OwnPixels> QtCanvas::OwnPixelAccess() const {
         transform.dy() != std::trunc(transform.dy())) {
         return std::nullopt;
     }
-    OwnPixels pixels{m_image->rect(),
-                     QPoint(static_cast<int>(transform.dx()), static_cast<int>(transform.dy())),
-                     reinterpret_cast<QRgb*>(m_image->bits()),
+    const QPoint offset(static_cast<int>(transform.dx()), static_cast<int>(transform.dy()));
+    // The painter writes where the image's pixels are now; so does the
+    // canvas, without the copy a write access would make of shared ones.
+    OwnPixels pixels{m_image->rect(), offset,
+                     reinterpret_cast<QRgb*>(const_cast<uchar*>(m_image->constBits())),
                      m_image->bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb))};
+    // The region a window repaints.
+    const QRegion& system = m_painter.paintEngine()->systemClip();
+    if (!system.isEmpty()) {
+        if (system.rectCount() != 1) {
+            return std::nullopt;
+        }
+        pixels.area &= system.boundingRect();
+    }
     if (m_painter.hasClipping()) {
         if (!m_clip) {
             return std::nullopt;  // a clip set on the painter directly
         }
-        pixels.area &= ToQRect(*m_clip);
+        // The clip is kept relative to the window origin.
+        pixels.area &=
+            ToQRect(*m_clip).translated(offset.x() + m_origin.x, offset.y() + m_origin.y);
     }
     return pixels;
 }

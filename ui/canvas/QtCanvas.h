@@ -78,7 +78,7 @@ private:
     void ApplyClip();
 
     QPainter m_painter;
-    QImage* m_image = nullptr;  // the device, when it is an image of 32-bit pixels
+    const QImage* m_image;  // where the pixels go, when they are 32-bit words
     TextLayoutCache m_ownTexts;
     TextLayoutCache* m_texts;
     QColor m_textColor;
