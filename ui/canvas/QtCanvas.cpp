@@ -91,26 +91,35 @@ std::optional<QtCanvas::OwnPixels> QtCanvas::OwnPixelAccess() const {
 }
 
 void QtCanvas::SetPixels(const OwnPixels& pixels, const QRect& rect, QRgb color) {
+    // The part inside the area, worked out in 64 bits: a line may run far
+    // past the image before it is cut.
+    const qint64 left =
+        std::max<qint64>(qint64{rect.left()} + pixels.offset.x(), pixels.area.left());
+    const qint64 right =
+        std::min<qint64>(qint64{rect.right()} + pixels.offset.x(), pixels.area.right());
+    const qint64 top = std::max<qint64>(qint64{rect.top()} + pixels.offset.y(), pixels.area.top());
+    const qint64 bottom =
+        std::min<qint64>(qint64{rect.bottom()} + pixels.offset.y(), pixels.area.bottom());
+    if (left > right || top > bottom) {
+        return;
+    }
+    const int width = static_cast<int>(right - left + 1);
+    const int height = static_cast<int>(bottom - top + 1);
     // The painter fills wide rows faster than a loop and sets the same
     // pixels; in narrow ones its work for each row is what costs.
     constexpr int kWideRow = 16;
-    if (rect.width() >= kWideRow) {
-        m_painter.fillRect(rect, QColor::fromRgb(color));
-        return;
-    }
-    const int left = std::max(rect.left() + pixels.offset.x(), pixels.area.left());
-    const int right = std::min(rect.right() + pixels.offset.x(), pixels.area.right());
-    const int top = std::max(rect.top() + pixels.offset.y(), pixels.area.top());
-    const int bottom = std::min(rect.bottom() + pixels.offset.y(), pixels.area.bottom());
-    if (left > right || top > bottom) {
+    if (width >= kWideRow) {
+        m_painter.fillRect(QRect(static_cast<int>(left) - pixels.offset.x(),
+                                 static_cast<int>(top) - pixels.offset.y(), width, height),
+                           QColor::fromRgb(color));
         return;
     }
     // Both formats hold an opaque colour as 0xffRRGGBB.
     const QRgb value = color | 0xff000000u;
     const qsizetype stride = pixels.stride;
     QRgb* row = pixels.bits + top * stride + left;
-    const QRgb* const end = row + (bottom - top + 1) * stride;
-    if (left == right) {
+    const QRgb* const end = row + height * stride;
+    if (width == 1) {
         // Vertical lines and a curve's column stretches, most of them.
         for (; row != end; row += stride) {
             *row = value;
@@ -118,7 +127,7 @@ void QtCanvas::SetPixels(const OwnPixels& pixels, const QRect& rect, QRgb color)
         return;
     }
     for (; row != end; row += stride) {
-        std::fill_n(row, right - left + 1, value);
+        std::fill_n(row, width, value);
     }
 }
 
