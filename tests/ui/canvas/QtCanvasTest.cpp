@@ -2,6 +2,8 @@
 // itself and the texts it keeps shaped must be those QPainter draws.
 
 #include <QPainter>
+#include <QScreen>
+#include <QWidget>
 #include <QtTest>
 #include <random>
 
@@ -23,6 +25,46 @@ QImage Blank(QImage::Format format) {
     image.fill(Qt::white);
     return image;
 }
+
+// A control that fills itself and draws lines reaching far beyond its
+// edges, through the canvas or through a plain painter.
+class Scribble : public QWidget {
+public:
+    Scribble(QWidget* parent, bool canvas) : QWidget(parent), m_canvas(canvas) {
+        setAttribute(Qt::WA_OpaquePaintEvent);
+    }
+    QColor fill = Qt::yellow;
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        const QRgb fillRgb = fill.rgb();
+        const uint32_t fillRef = kv::MakeColorRef(qRed(fillRgb), qGreen(fillRgb), qBlue(fillRgb));
+        const Point lines[][2] = {{{-500, 7}, {900, 7}}, {{12, -300}, {12, 800}}, {{3, 3}, {3, 3}}};
+        if (m_canvas) {
+            QtCanvas canvas(*this, font());
+            canvas.FillRect({0, 0, width(), height()}, fillRef);
+            canvas.FillRect({-40, 20, 8, 200}, kGreen);
+            canvas.SelectPen(kGreen, 0);
+            for (const auto& line : lines) {
+                canvas.MoveTo(line[0]);
+                canvas.LineTo(line[1]);
+            }
+            return;
+        }
+        QPainter painter(this);
+        QPen pen(QColor(kGreenRgb), 0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+        pen.setCosmetic(true);
+        painter.setPen(pen);
+        painter.fillRect(rect(), fill);
+        painter.fillRect(QRect(-40, 20, 48, 180), QColor(kGreenRgb));
+        for (const auto& line : lines) {
+            painter.drawLine(line[0].x, line[0].y, line[1].x, line[1].y);
+        }
+    }
+
+private:
+    bool m_canvas;
+};
 
 }  // namespace
 
@@ -86,6 +128,28 @@ private slots:
                 QCOMPARE(drawn, expected);
             }
         }
+    }
+
+    // Painting a control straight into its window's back buffer: the
+    // canvas' own pixels stay inside the control and inside the part of it
+    // being repainted, as the painter's do.
+    void ownPixelsStayInTheRepaintedPartOfTheControl() {
+        QImage shown[2];
+        for (const bool canvas : {false, true}) {
+            QWidget window;
+            window.resize(100, 80);
+            window.setAutoFillBackground(true);
+            window.setPalette(QPalette(Qt::white));
+            Scribble control(&window, canvas);
+            control.setGeometry(30, 20, 40, 30);
+            window.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            control.fill = Qt::cyan;
+            control.repaint(QRect(5, 4, 12, 9));
+            shown[canvas ? 1 : 0] = window.screen()->grabWindow(window.winId()).toImage();
+        }
+        QVERIFY(!shown[0].isNull());
+        QCOMPARE(shown[1], shown[0]);
     }
 
     // Texts drawn and measured from the kept layouts, the first time and
