@@ -141,10 +141,12 @@ bool QtCanvas::ThinOpaquePen() const {
 const TextLayout* QtCanvas::CachedLayout(std::string_view text) const {
     // Printable ASCII lays out left to right whatever the painter's
     // direction leaves to the text; control characters break or move a
-    // line, and other scripts may run the other way.
+    // line, and other scripts may run the other way. A scaled painter
+    // renders glyphs for the scaled size, which the kept ones are not.
     const bool plain =
         std::all_of(text.begin(), text.end(), [](char c) { return c >= 0x20 && c < 0x7f; }) &&
-        m_painter.layoutDirection() != Qt::RightToLeft;
+        m_painter.layoutDirection() != Qt::RightToLeft &&
+        m_painter.deviceTransform().type() <= QTransform::TxTranslate;
     return plain ? &m_texts->Layout(text, m_painter.font(), *m_painter.device()) : nullptr;
 }
 

@@ -9,7 +9,7 @@ namespace kv::ui {
 
 const TextLayout& TextLayoutCache::Layout(std::string_view text, const QFont& font,
                                           QPaintDevice& device) {
-    if (!(font == m_font) || device.logicalDpiX() != m_dpiX || device.logicalDpiY() != m_dpiY ||
+    if (font != m_font || device.logicalDpiX() != m_dpiX || device.logicalDpiY() != m_dpiY ||
         m_layouts.size() >= kMaximumTexts) {
         m_layouts.clear();
         m_font = font;
