@@ -12,14 +12,15 @@ class QPaintDevice;
 class QImage;
 class QString;
 
-// The canvas on Qt: a QPainter on any paint device (a widget's off-screen
-// image, a QImage, a QSvgGenerator), drawing without anti-aliasing so
-// pixels land where the core's integer geometry puts them.
+// The canvas on Qt: a QPainter on any paint device (a widget, its
+// off-screen pixmap, a QImage, a QSvgGenerator), drawing without
+// anti-aliasing so pixels land where the core's integer geometry puts them.
 //
-// On an image of 32-bit pixels drawn without scaling, the canvas sets the
-// pixels of one-pixel-wide horizontal and vertical lines and of opaque
-// fills itself: the same pixels the painter sets, without its work for
-// each one, which is most of a chart's grid and curves.
+// When the painter's pixels are 32-bit words in memory (an image, a pixmap,
+// a window's back buffer) and nothing scales, the canvas sets the pixels of
+// one-pixel horizontal and vertical lines and of narrow opaque fills
+// itself: the same pixels the painter sets, without its work for each one,
+// which is most of a chart's grid and curves.
 
 namespace kv::ui {
 

@@ -139,7 +139,7 @@ QSize CChartControl::sizeHint() const {
 void CChartControl::paintEvent(QPaintEvent* /*event*/) {
     // Straight into the window's back buffer, which the window system shows
     // only once the paint is done: a buffer of its own would cost a copy of
-    // every pixel. The picture covers the whole control.
+    // every pixel.
     QtCanvas canvas(*this, font(), &m_texts);
     m_chart->Paint(canvas);
 }
