@@ -12,6 +12,8 @@ KV_PACKAGES=(
     nlohmann-json3-dev ngspice
     pybind11-dev python3-dev python3-numpy python3-pytest python3-matplotlib
     locales
+    # Only the chart's comparison benchmark links it; the library does not.
+    libqcustomplot-dev libqcustomplot2.1-qt6
 )
 
 kv_install_missing() {

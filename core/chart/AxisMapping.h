@@ -43,11 +43,18 @@ public:
     }
 
     int ToPixel(double value) const {
-        const double position = std::floor((Exponent(value) - m_origin) * m_scale + m_offset);
-        if (std::isnan(position)) {
+        const double position = (Exponent(value) - m_origin) * m_scale + m_offset;
+        // Held at the limits first (NaN below), so the floor is a
+        // truncation and a correction: this runs for every point a curve
+        // draws, and std::floor is a call on the oldest processors.
+        if (!(position >= -kPixelLimit)) {
             return static_cast<int>(-kPixelLimit);
         }
-        return static_cast<int>(std::fmin(std::fmax(position, -kPixelLimit), kPixelLimit));
+        if (position > kPixelLimit) {
+            return static_cast<int>(kPixelLimit);
+        }
+        const int truncated = static_cast<int>(position);
+        return truncated - (position < truncated ? 1 : 0);
     }
 
     double ToValue(double pixel) const {

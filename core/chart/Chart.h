@@ -171,7 +171,7 @@ private:
     bool m_bandActive = false;
     Point m_bandFrom;
     Point m_bandTo;
-    mutable std::vector<Point> m_scratch;
+    mutable CurvePicture m_scratch;
 };
 
 }  // namespace kv

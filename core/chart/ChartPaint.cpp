@@ -114,13 +114,14 @@ void Chart::PaintCurves(ICanvas& canvas) const {
         } else {
             MapAllPoints(points, x, y, m_scratch);
         }
+        const std::vector<Point>& polyline = m_scratch.polyline;
+        canvas.FillRects(m_scratch.columns, m_curves[c].m_colour);
         canvas.SelectPen(m_curves[c].m_colour, 0);
-        if (m_scratch.size() == 1) {
-            canvas.FillRect(
-                {m_scratch[0].x, m_scratch[0].y, m_scratch[0].x + 1, m_scratch[0].y + 1},
-                m_curves[c].m_colour);
-        } else if (m_scratch.size() > 1) {
-            canvas.Polyline(m_scratch);
+        if (polyline.size() == 1) {
+            canvas.FillRect({polyline[0].x, polyline[0].y, polyline[0].x + 1, polyline[0].y + 1},
+                            m_curves[c].m_colour);
+        } else if (polyline.size() > 1) {
+            canvas.Polyline(polyline);
         }
     }
 }

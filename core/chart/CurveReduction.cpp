@@ -2,8 +2,104 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace kv {
+namespace {
+
+// The first point after `begin` whose x reaches `edge`, with x rising:
+// looked for outward from `hint`, so a good hint costs two points, which
+// lie next to each other.
+size_t FirstReaching(std::span<const VEC2> points, size_t begin, size_t hint, double edge) {
+    const auto reaches = [&](size_t k) { return points[k].x >= edge; };
+    size_t below = begin;          // the last point known not to reach it
+    size_t above = points.size();  // the first point known to reach it
+    hint = std::clamp(hint, begin + 1, points.size());
+    size_t step = 1;
+    if (hint < points.size() && !reaches(hint)) {
+        below = hint;
+        while (below + step < points.size()) {
+            if (reaches(below + step)) {
+                above = below + step;
+                break;
+            }
+            below += step;
+            step *= 2;
+        }
+    } else {
+        above = hint;
+        while (above - below > step) {
+            if (!reaches(above - step)) {
+                below = above - step;
+                break;
+            }
+            above -= step;
+            step *= 2;
+        }
+    }
+    while (above - below > 1) {
+        const size_t middle = below + (above - below) / 2;
+        (reaches(middle) ? above : below) = middle;
+    }
+    return above;
+}
+
+// The end of the run of points from `begin` on that share `column`, on a
+// curve with rising x (so a column's points follow each other), expected
+// `guess` points long. The value at the column's far edge finds it among
+// the values alone; the mapping then confirms the points on either side,
+// since rounding may put the edge a point off. Only when it does not is
+// the search made with the mapping itself.
+size_t RunEnd(std::span<const VEC2> points, size_t begin, size_t guess, const AxisMapping& x,
+              int column) {
+    const auto inColumn = [&](size_t k) { return x.ToPixel(points[k].x) == column; };
+    const size_t count = points.size();
+    if (x.To() > x.From()) {
+        const size_t end = FirstReaching(points, begin, begin + guess, x.ToValue(column + 0.5));
+        if (inColumn(end - 1) && (end == count || !inColumn(end))) {
+            return end;
+        }
+    }
+    size_t inside = begin;  // the last point known to be in the column
+    size_t step = 1;
+    size_t outside = count;  // the first point known to be past it
+    while (step < count - begin) {
+        if (!inColumn(begin + step)) {
+            outside = begin + step;
+            break;
+        }
+        inside = begin + step;
+        step *= 2;
+    }
+    while (outside - inside > 1) {
+        const size_t middle = inside + (outside - inside) / 2;
+        (inColumn(middle) ? inside : outside) = middle;
+    }
+    return outside;
+}
+
+// The rows points[first..last] reach, top row first.
+std::pair<int, int> RowSpan(std::span<const VEC2> points, size_t first, size_t last,
+                            const CurveIndex& index, const AxisMapping& y) {
+    if (index.HasNaNY()) {
+        // NaN has a row of its own that no comparison of values finds.
+        int top = y.ToPixel(points[first].y);
+        int bottom = top;
+        for (size_t k = first + 1; k <= last; ++k) {
+            const int row = y.ToPixel(points[k].y);
+            top = std::min(top, row);
+            bottom = std::max(bottom, row);
+        }
+        return {top, bottom};
+    }
+    // The mapping keeps order, so the extreme values give the extreme rows.
+    const Range values = index.YRange(points, first, last);
+    const int a = y.ToPixel(values.lo);
+    const int b = y.ToPixel(values.hi);
+    return {std::min(a, b), std::max(a, b)};
+}
+
+}  // namespace
 
 bool HasRisingX(std::span<const VEC2> points) {
     return std::adjacent_find(points.begin(), points.end(), [](const VEC2& a, const VEC2& b) {
@@ -11,37 +107,56 @@ bool HasRisingX(std::span<const VEC2> points) {
            }) == points.end();
 }
 
-CurveIndex::CurveIndex(std::span<const VEC2> points) : m_risingX(HasRisingX(points)) {
-    const auto byY = [](const VEC2& a, const VEC2& b) { return a.y < b.y; };
-    for (size_t begin = 0; begin < points.size(); begin += kBlockSize) {
-        const auto block = points.subspan(begin, std::min(kBlockSize, points.size() - begin));
-        const auto [low, high] = std::minmax_element(block.begin(), block.end(), byY);
-        m_blockLowest.push_back(begin + static_cast<size_t>(low - block.begin()));
-        m_blockHighest.push_back(begin + static_cast<size_t>(high - block.begin()));
+CurveIndex::CurveIndex(std::span<const VEC2> points)
+    : m_risingX(HasRisingX(points)),
+      m_nanY(std::any_of(points.begin(), points.end(),
+                         [](const VEC2& point) { return std::isnan(point.y); })) {
+    if (m_nanY) {
+        return;
+    }
+    for (const size_t size : {kBlockSize, kGroupSize}) {
+        Extremes& level = size == kBlockSize ? m_blocks : m_groups;
+        level.lowest.reserve(points.size() / size + 1);
+        level.highest.reserve(points.size() / size + 1);
+        for (size_t begin = 0; begin < points.size(); begin += size) {
+            const auto part = points.subspan(begin, std::min(size, points.size() - begin));
+            double lowest = part[0].y;
+            double highest = part[0].y;
+            for (const VEC2& point : part) {
+                lowest = std::min(lowest, point.y);
+                highest = std::max(highest, point.y);
+            }
+            level.lowest.push_back(lowest);
+            level.highest.push_back(highest);
+        }
     }
 }
 
-std::pair<size_t, size_t> CurveIndex::Extremes(std::span<const VEC2> points, size_t first,
-                                               size_t last) const {
-    size_t lowest = first;
-    size_t highest = first;
-    const auto consider = [&](size_t low, size_t high) {
-        lowest = points[low].y < points[lowest].y ? low : lowest;
-        highest = points[high].y > points[highest].y ? high : highest;
-    };
+Range CurveIndex::YRange(std::span<const VEC2> points, size_t first, size_t last) const {
+    Range range{points[first].y, points[first].y};
     size_t k = first;
-    // Point by point up to a block boundary, block by block while whole
-    // blocks fit, then point by point again.
-    for (; k <= last && k % kBlockSize != 0; ++k) {
-        consider(k, k);
-    }
-    for (; k + kBlockSize - 1 <= last && k / kBlockSize < m_blockLowest.size(); k += kBlockSize) {
-        consider(m_blockLowest[k / kBlockSize], m_blockHighest[k / kBlockSize]);
-    }
-    for (; k <= last; ++k) {
-        consider(k, k);
-    }
-    return {lowest, highest};
+    // Point by point up to a block boundary, block by block up to a group
+    // boundary, group by group while whole groups fit, then back down.
+    const auto single = [&](size_t until) {
+        for (; k <= last && k < until; ++k) {
+            range.lo = std::min(range.lo, points[k].y);
+            range.hi = std::max(range.hi, points[k].y);
+        }
+    };
+    const auto whole = [&](const Extremes& level, size_t size, size_t until) {
+        for (; k + size - 1 <= last && k < until && k / size < level.lowest.size(); k += size) {
+            range.lo = std::min(range.lo, level.lowest[k / size]);
+            range.hi = std::max(range.hi, level.highest[k / size]);
+        }
+    };
+    const auto roundUp = [&k](size_t size) { return (k + size - 1) / size * size; };
+    constexpr size_t kAll = std::numeric_limits<size_t>::max();
+    single(roundUp(kBlockSize));
+    whole(m_blocks, kBlockSize, roundUp(kGroupSize));
+    whole(m_groups, kGroupSize, kAll);
+    whole(m_blocks, kBlockSize, kAll);
+    single(kAll);
+    return range;
 }
 
 IndexRange VisibleIndexRange(std::span<const VEC2> points, const AxisMapping& x, int firstColumn,
@@ -69,42 +184,38 @@ IndexRange VisibleIndexRange(std::span<const VEC2> points, const AxisMapping& x,
 }
 
 void MapAllPoints(std::span<const VEC2> points, const AxisMapping& x, const AxisMapping& y,
-                  std::vector<Point>& out) {
-    out.clear();
-    out.reserve(points.size());
+                  CurvePicture& out) {
+    out.polyline.clear();
+    out.columns.clear();
+    out.polyline.reserve(points.size());
     for (const VEC2& point : points) {
-        out.push_back({x.ToPixel(point.x), y.ToPixel(point.y)});
+        out.polyline.push_back({x.ToPixel(point.x), y.ToPixel(point.y)});
     }
 }
 
 void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const CurveIndex& index,
-                      const AxisMapping& x, const AxisMapping& y, std::vector<Point>& out) {
-    out.clear();
-    const auto add = [&](size_t index) {
-        out.push_back({x.ToPixel(points[index].x), y.ToPixel(points[index].y)});
-    };
-    const bool risingX = index.RisingX();
+                      const AxisMapping& x, const AxisMapping& y, CurvePicture& out) {
+    out.polyline.clear();
+    out.columns.clear();
+    const auto row = [&](size_t k) { return y.ToPixel(points[k].y); };
     points = points.first(range.end);
     size_t i = range.begin;
+    size_t runLength = 1;
     while (i < points.size()) {
         // One run: the points from i on that share i's column.
         const int column = x.ToPixel(points[i].x);
-        const auto inColumn = [&](const VEC2& point) { return x.ToPixel(point.x) == column; };
         size_t end = i + 1;
-        if (risingX) {
-            // The run is where the column is reached: a search, not a walk.
-            end = static_cast<size_t>(
-                std::partition_point(points.begin() + static_cast<std::ptrdiff_t>(end),
-                                     points.end(), inColumn) -
-                points.begin());
+        if (index.RisingX()) {
+            end = RunEnd(points, i, runLength, x, column);
+            runLength = end - i;
         } else {
-            while (end < points.size() && inColumn(points[end])) {
+            while (end < points.size() && x.ToPixel(points[end].x) == column) {
                 ++end;
             }
         }
         if (end - i <= 4) {
             for (size_t k = i; k < end; ++k) {
-                add(k);
+                out.polyline.push_back({column, row(k)});
             }
             i = end;
             continue;
@@ -113,29 +224,41 @@ void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const Curv
         // lines, looking past lines of no length. So each end of the run
         // keeps its point, a repeat of that place if there is one, and the
         // nearest point elsewhere, as they are. Between those every line is
-        // vertical in this column; of them only the lowest and highest
-        // turning points matter, and they turn there in the reduced line as
-        // they did in the whole one. The mapping keeps order, so they are
-        // found in data units.
+        // vertical in this column, and together they cover every row from
+        // the lowest to the highest point there: one line from the first of
+        // them to the last, and a rectangle over that stretch, paint the
+        // same.
         const size_t last = end - 1;
-        const int firstRow = y.ToPixel(points[i].y);
-        const int lastRow = y.ToPixel(points[last].y);
+        const int firstRow = row(i);
+        const int lastRow = row(last);
         size_t leave = i + 1;
-        while (leave < last && y.ToPixel(points[leave].y) == firstRow) {
-            ++leave;
+        int leaveRow = row(leave);
+        while (leave < last && leaveRow == firstRow) {
+            leaveRow = row(++leave);
         }
         size_t arrive = last - 1;
-        while (arrive > leave && y.ToPixel(points[arrive].y) == lastRow) {
-            --arrive;
+        int arriveRow = row(arrive);
+        while (arrive > leave && arriveRow == lastRow) {
+            arriveRow = row(--arrive);
         }
-        const auto [lowest, highest] = index.Extremes(points, leave, arrive);
-        const size_t kept[] = {
-            i,      leave - 1,  leave, std::min(lowest, highest), std::max(lowest, highest),
-            arrive, arrive + 1, last};
-        for (size_t k = 0; k < std::size(kept); ++k) {
-            if (k == 0 || kept[k] > kept[k - 1]) {
-                add(kept[k]);
+        // Every point before `leave` is on the first row, every one after
+        // `arrive` on the last.
+        const std::pair<size_t, int> kept[] = {{leave - 1, firstRow},
+                                               {leave, leaveRow},
+                                               {arrive, arriveRow},
+                                               {arrive + 1, lastRow},
+                                               {last, lastRow}};
+        size_t added = i;
+        out.polyline.push_back({column, firstRow});
+        for (const auto& [k, keptRow] : kept) {
+            if (k > added) {
+                out.polyline.push_back({column, keptRow});
+                added = k;
             }
+        }
+        if (leave <= arrive) {
+            const auto [top, bottom] = RowSpan(points, leave, arrive, index, y);
+            out.columns.push_back({column, top, column + 1, bottom + 1});
         }
         i = end;
     }

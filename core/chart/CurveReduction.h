@@ -3,16 +3,19 @@
 #include <span>
 #include <vector>
 
+#include "core/chart/AxisArithmetic.h"
 #include "core/chart/AxisMapping.h"
 #include "core/ports/Canvas.h"
 #include "kvcomctl/Vec2.h"
 
 // A curve of many points drawn as the few a screen can show. Consecutive
 // points that land in the same pixel column are joined by vertical lines
-// in that column only, so a run of them draws what its two first and two
-// last points and its lowest and highest points between draw: the run is
-// replaced by those. Across a million points this leaves at most eight per
-// column, and the picture stays the same pixel for pixel.
+// in that column only, so a run of them paints one unbroken stretch of the
+// column, from its lowest to its highest point, and where it enters and
+// leaves the column. The run is drawn as its two first and two last points
+// and that stretch filled as a one-pixel-wide rectangle: at most six
+// points and one rectangle per column across a million points, and the
+// picture stays the same pixel for pixel.
 
 namespace kv {
 
@@ -20,26 +23,35 @@ namespace kv {
 bool HasRisingX(std::span<const VEC2> points);
 
 // What the reduction learns of a curve once, when it is added: whether its
-// x rises (so a binary search finds each column's run), and the lowest and
-// highest point of each block of points (so a run's extremes come from
-// whole blocks rather than from every point).
+// x rises (so a search finds each column's run), and the lowest and highest
+// y of each block and group of points (so a run's stretch comes from whole
+// blocks rather than from every point).
 class CurveIndex {
 public:
-    static constexpr size_t kBlockSize = 64;
+    // Blocks of a few points for short runs, groups of many blocks for the
+    // long runs of a large curve.
+    static constexpr size_t kBlockSize = 16;
+    static constexpr size_t kGroupSize = 1024;
 
     CurveIndex() = default;
     explicit CurveIndex(std::span<const VEC2> points);
 
     bool RisingX() const { return m_risingX; }
-    // A lowest and a highest point among points[first..last] (the points
-    // the index was made of).
-    std::pair<size_t, size_t> Extremes(std::span<const VEC2> points, size_t first,
-                                       size_t last) const;
+    // Whether some y is NaN, which no block extreme can stand for.
+    bool HasNaNY() const { return m_nanY; }
+    // The lowest and highest y among points[first..last] (the points the
+    // index was made of), for a curve without NaN.
+    Range YRange(std::span<const VEC2> points, size_t first, size_t last) const;
 
 private:
+    struct Extremes {
+        std::vector<double> lowest;
+        std::vector<double> highest;
+    };
     bool m_risingX = false;
-    std::vector<size_t> m_blockLowest;
-    std::vector<size_t> m_blockHighest;
+    bool m_nanY = false;
+    Extremes m_blocks;
+    Extremes m_groups;
 };
 
 // The index range [begin, end) of points whose lines can reach the pixel
@@ -52,13 +64,21 @@ struct IndexRange {
 IndexRange VisibleIndexRange(std::span<const VEC2> points, const AxisMapping& x, int firstColumn,
                              int lastColumn);
 
+// A curve as it is drawn: a polyline, and one-pixel-wide rectangles in the
+// curve's colour for the stretches of columns the polyline leaves out.
+struct CurvePicture {
+    std::vector<Point> polyline;
+    std::vector<Rect> columns;
+};
+
 // Every point mapped to its pixel: the naive polyline.
 void MapAllPoints(std::span<const VEC2> points, const AxisMapping& x, const AxisMapping& y,
-                  std::vector<Point>& out);
+                  CurvePicture& out);
 
 // The points [range.begin, range.end) of a curve, mapped and reduced to at
-// most eight per run in one column, with the curve's index.
+// most six per run in one column and that run's stretch, with the curve's
+// index.
 void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const CurveIndex& index,
-                      const AxisMapping& x, const AxisMapping& y, std::vector<Point>& out);
+                      const AxisMapping& x, const AxisMapping& y, CurvePicture& out);
 
 }  // namespace kv

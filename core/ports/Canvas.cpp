@@ -6,6 +6,12 @@
 
 namespace kv {
 
+void ICanvas::FillRects(std::span<const Rect> rects, uint32_t color) {
+    for (const Rect& rect : rects) {
+        FillRect(rect, color);
+    }
+}
+
 void ICanvas::FillPolygon(std::span<const Point> points, uint32_t color) {
     if (points.size() < 3) {
         return;

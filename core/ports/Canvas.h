@@ -69,6 +69,8 @@ public:
 
     // Fills with a colour, without any outline.
     virtual void FillRect(const Rect& rect, uint32_t color) = 0;
+    // Fills each rectangle as FillRect does; one call for many small ones.
+    virtual void FillRects(std::span<const Rect> rects, uint32_t color);
     // Outline with the pen, inside with the brush.
     virtual void Rectangle(const Rect& rect) = 0;
     // Fills the closed polygon through `points` (even-odd rule) with a colour, without any

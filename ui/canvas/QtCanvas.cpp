@@ -1,8 +1,12 @@
 #include "ui/canvas/QtCanvas.h"
 
 #include <QFontMetrics>
+#include <QImage>
 #include <QPaintDevice>
-#include <vector>
+#include <QPaintEngine>
+#include <QRegion>
+#include <algorithm>
+#include <cmath>
 
 #include "ui/shared/ControlIds.h"
 
@@ -17,9 +21,28 @@ QRect ToQRect(const Rect& rect) {
     return QRect(rect.left, rect.top, rect.Width(), rect.Height());
 }
 
+// The image the painter's pixels go to (a QImage itself, the image behind a
+// pixmap, a window's back buffer), when they are 32-bit words the canvas
+// can set to an opaque colour exactly as the painter would.
+const QImage* ImageOf32BitPixels(const QPainter& painter) {
+    const QPaintEngine* const engine = painter.paintEngine();
+    const QPaintDevice* const device = engine != nullptr ? engine->paintDevice() : nullptr;
+    if (device == nullptr || device->devType() != QInternal::Image) {
+        return nullptr;
+    }
+    const auto* const image = static_cast<const QImage*>(device);
+    const QImage::Format format = image->format();
+    return format == QImage::Format_RGB32 || format == QImage::Format_ARGB32_Premultiplied
+               ? image
+               : nullptr;
+}
+
 }  // namespace
 
-QtCanvas::QtCanvas(QPaintDevice& device, const QFont& font) : m_painter(&device) {
+QtCanvas::QtCanvas(QPaintDevice& device, const QFont& font, TextLayoutCache* texts)
+    : m_painter(&device),
+      m_image(ImageOf32BitPixels(m_painter)),
+      m_texts(texts != nullptr ? texts : &m_ownTexts) {
     m_painter.setFont(font);
     m_painter.setRenderHint(QPainter::Antialiasing, false);
     m_painter.setRenderHint(QPainter::TextAntialiasing, true);
@@ -31,7 +54,106 @@ QtCanvas::QtCanvas(QPaintDevice& device, const QFont& font) : m_painter(&device)
 
 QtCanvas::~QtCanvas() = default;
 
+std::optional<QtCanvas::OwnPixels> QtCanvas::OwnPixelAccess() const {
+    if (m_image == nullptr || m_painter.compositionMode() != QPainter::CompositionMode_SourceOver ||
+        m_painter.opacity() != 1.0) {
+        return std::nullopt;
+    }
+    const QTransform& transform = m_painter.deviceTransform();
+    if (transform.type() > QTransform::TxTranslate ||
+        transform.dx() != std::trunc(transform.dx()) ||
+        transform.dy() != std::trunc(transform.dy())) {
+        return std::nullopt;
+    }
+    const QPoint offset(static_cast<int>(transform.dx()), static_cast<int>(transform.dy()));
+    // The painter writes where the image's pixels are now; so does the
+    // canvas, without the copy a write access would make of shared ones.
+    OwnPixels pixels{m_image->rect(), offset,
+                     reinterpret_cast<QRgb*>(const_cast<uchar*>(m_image->constBits())),
+                     m_image->bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb))};
+    // The region a window repaints.
+    const QRegion& system = m_painter.paintEngine()->systemClip();
+    if (!system.isEmpty()) {
+        if (system.rectCount() != 1) {
+            return std::nullopt;
+        }
+        pixels.area &= system.boundingRect();
+    }
+    if (m_painter.hasClipping()) {
+        if (!m_clip) {
+            return std::nullopt;  // a clip set on the painter directly
+        }
+        // The clip is kept relative to the window origin.
+        pixels.area &=
+            ToQRect(*m_clip).translated(offset.x() + m_origin.x, offset.y() + m_origin.y);
+    }
+    return pixels;
+}
+
+void QtCanvas::SetPixels(const OwnPixels& pixels, const QRect& rect, QRgb color) {
+    // The part inside the area, worked out in 64 bits: a line may run far
+    // past the image before it is cut.
+    const qint64 left =
+        std::max<qint64>(qint64{rect.left()} + pixels.offset.x(), pixels.area.left());
+    const qint64 right =
+        std::min<qint64>(qint64{rect.right()} + pixels.offset.x(), pixels.area.right());
+    const qint64 top = std::max<qint64>(qint64{rect.top()} + pixels.offset.y(), pixels.area.top());
+    const qint64 bottom =
+        std::min<qint64>(qint64{rect.bottom()} + pixels.offset.y(), pixels.area.bottom());
+    if (left > right || top > bottom) {
+        return;
+    }
+    const int width = static_cast<int>(right - left + 1);
+    const int height = static_cast<int>(bottom - top + 1);
+    // The painter fills wide rows faster than a loop and sets the same
+    // pixels; in narrow ones its work for each row is what costs.
+    constexpr int kWideRow = 16;
+    if (width >= kWideRow) {
+        m_painter.fillRect(QRect(static_cast<int>(left) - pixels.offset.x(),
+                                 static_cast<int>(top) - pixels.offset.y(), width, height),
+                           QColor::fromRgb(color));
+        return;
+    }
+    // Both formats hold an opaque colour as 0xffRRGGBB.
+    const QRgb value = color | 0xff000000u;
+    const qsizetype stride = pixels.stride;
+    QRgb* row = pixels.bits + top * stride + left;
+    const QRgb* const end = row + height * stride;
+    if (width == 1) {
+        // Vertical lines and a curve's column stretches, most of them.
+        for (; row != end; row += stride) {
+            *row = value;
+        }
+        return;
+    }
+    for (; row != end; row += stride) {
+        std::fill_n(row, width, value);
+    }
+}
+
+bool QtCanvas::ThinOpaquePen() const {
+    const QPen& pen = m_painter.pen();
+    return pen.style() == Qt::SolidLine && pen.widthF() == 0.0 &&
+           pen.brush().style() == Qt::SolidPattern && pen.color().alpha() == 255 &&
+           !m_painter.testRenderHint(QPainter::Antialiasing);
+}
+
+const TextLayout* QtCanvas::CachedLayout(std::string_view text) const {
+    // Printable ASCII lays out left to right whatever the painter's
+    // direction leaves to the text; control characters break or move a
+    // line, and other scripts may run the other way. A scaled painter
+    // renders glyphs for the scaled size, which the kept ones are not.
+    const bool plain =
+        std::all_of(text.begin(), text.end(), [](char c) { return c >= 0x20 && c < 0x7f; }) &&
+        m_painter.layoutDirection() != Qt::RightToLeft &&
+        m_painter.deviceTransform().type() <= QTransform::TxTranslate;
+    return plain ? &m_texts->Layout(text, m_painter.font(), *m_painter.device()) : nullptr;
+}
+
 Extent QtCanvas::TextExtent(std::string_view text) const {
+    if (const TextLayout* layout = CachedLayout(text)) {
+        return layout->extent;
+    }
     const QFontMetrics metrics = m_painter.fontMetrics();
     return {metrics.horizontalAdvance(ToQString(text)), metrics.height()};
 }
@@ -61,8 +183,19 @@ void QtCanvas::MoveTo(Point to) {
 }
 
 void QtCanvas::LineTo(Point to) {
-    m_painter.drawLine(m_position.x, m_position.y, to.x, to.y);
+    const Point from = m_position;
     m_position = to;
+    if (from.x == to.x || from.y == to.y) {
+        // A one-pixel line with round caps covers both of its ends.
+        if (const auto pixels = OwnPixelAccess(); pixels && ThinOpaquePen()) {
+            SetPixels(*pixels,
+                      QRect(QPoint(std::min(from.x, to.x), std::min(from.y, to.y)),
+                            QPoint(std::max(from.x, to.x), std::max(from.y, to.y))),
+                      m_painter.pen().color().rgba());
+            return;
+        }
+    }
+    m_painter.drawLine(from.x, from.y, to.x, to.y);
 }
 
 Point QtCanvas::CurrentPosition() const {
@@ -70,18 +203,54 @@ Point QtCanvas::CurrentPosition() const {
 }
 
 void QtCanvas::Polyline(std::span<const Point> points) {
-    std::vector<QPoint> qtPoints;
-    qtPoints.reserve(points.size());
+    m_qtPoints.clear();
+    m_qtPoints.reserve(points.size());
     for (const Point& point : points) {
-        qtPoints.emplace_back(point.x, point.y);
+        m_qtPoints.emplace_back(point.x, point.y);
     }
-    m_painter.drawPolyline(qtPoints.data(), static_cast<int>(qtPoints.size()));
+    m_painter.drawPolyline(m_qtPoints.data(), static_cast<int>(m_qtPoints.size()));
 }
 
 void QtCanvas::FillRect(const Rect& rect, uint32_t color) {
-    if (rect.Width() > 0 && rect.Height() > 0) {
-        m_painter.fillRect(ToQRect(rect), ColorFromColorRef(color));
+    if (rect.Width() <= 0 || rect.Height() <= 0) {
+        return;
     }
+    if (const auto pixels = OwnPixelAccess()) {
+        SetPixels(*pixels, ToQRect(rect), ColorFromColorRef(color).rgba());
+        return;
+    }
+    m_painter.fillRect(ToQRect(rect), ColorFromColorRef(color));
+}
+
+void QtCanvas::FillRects(std::span<const Rect> rects, uint32_t color) {
+    if (rects.empty()) {
+        return;
+    }
+    const QColor qtColor = ColorFromColorRef(color);
+    if (const auto pixels = OwnPixelAccess()) {
+        for (const Rect& rect : rects) {
+            if (rect.Width() > 0 && rect.Height() > 0) {
+                SetPixels(*pixels, ToQRect(rect), qtColor.rgba());
+            }
+        }
+        return;
+    }
+    // Rectangles without a pen fill exactly their pixels, as fillRect does,
+    // and the paint engine takes them all in one call.
+    std::vector<QRect> qtRects;
+    qtRects.reserve(rects.size());
+    for (const Rect& rect : rects) {
+        if (rect.Width() > 0 && rect.Height() > 0) {
+            qtRects.push_back(ToQRect(rect));
+        }
+    }
+    const QPen pen = m_painter.pen();
+    const QBrush brush = m_painter.brush();
+    m_painter.setPen(Qt::NoPen);
+    m_painter.setBrush(qtColor);
+    m_painter.drawRects(qtRects.data(), static_cast<int>(qtRects.size()));
+    m_painter.setPen(pen);
+    m_painter.setBrush(brush);
 }
 
 void QtCanvas::Rectangle(const Rect& rect) {
@@ -116,7 +285,14 @@ void QtCanvas::SetTransparentBackground(bool transparent) {
 void QtCanvas::TextOut(Point at, std::string_view text) {
     const QPen pen = m_painter.pen();
     m_painter.setPen(m_textColor);
-    m_painter.drawText(QPoint(at.x, at.y + m_painter.fontMetrics().ascent()), ToQString(text));
+    if (const TextLayout* layout = CachedLayout(text)) {
+        const QPointF baseline(at.x, at.y + layout->ascent);
+        for (const QGlyphRun& run : layout->runs) {
+            m_painter.drawGlyphRun(baseline, run);
+        }
+    } else {
+        m_painter.drawText(QPoint(at.x, at.y + m_painter.fontMetrics().ascent()), ToQString(text));
+    }
     m_painter.setPen(pen);
 }
 

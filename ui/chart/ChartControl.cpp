@@ -10,7 +10,6 @@
 #include <array>
 
 #include "core/ports/MessagePort.h"
-#include "ui/canvas/BufferedPaint.h"
 #include "ui/canvas/CanvasExport.h"
 #include "ui/canvas/QtCanvas.h"
 #include "ui/ports/QtFileChooser.h"
@@ -53,7 +52,7 @@ CChartControl::CChartControl(QWidget* parent)
     : QWidget(parent),
       m_chart(std::make_unique<Chart>()),
       m_dialogChooser(std::make_unique<QtFileChooser>(this)) {
-    // Everything is drawn off-screen and copied in one block.
+    // The picture covers the whole control: nothing needs erasing first.
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
@@ -138,7 +137,11 @@ QSize CChartControl::sizeHint() const {
 }
 
 void CChartControl::paintEvent(QPaintEvent* /*event*/) {
-    PaintBuffered(*this, size(), [this](QtCanvas& canvas) { m_chart->Paint(canvas); });
+    // Straight into the window's back buffer, which the window system shows
+    // only once the paint is done: a buffer of its own would cost a copy of
+    // every pixel.
+    QtCanvas canvas(*this, font(), &m_texts);
+    m_chart->Paint(canvas);
 }
 
 void CChartControl::resizeEvent(QResizeEvent* /*event*/) {

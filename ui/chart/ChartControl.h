@@ -8,6 +8,7 @@
 
 #include "core/chart/Chart.h"
 #include "core/ports/FileChooser.h"
+#include "ui/canvas/TextLayoutCache.h"
 
 class QMenu;
 
@@ -74,6 +75,7 @@ private:
     void Changed();
 
     std::unique_ptr<Chart> m_chart;
+    TextLayoutCache m_texts;
     std::unique_ptr<IFileChooser> m_dialogChooser;
     IFileChooser* m_chooser = nullptr;
 };

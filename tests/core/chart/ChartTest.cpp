@@ -67,29 +67,37 @@ TEST(ChartCurveTest, BoxFromBothConstructorsAndItsEqualValueRule) {
     EXPECT_THROW(Curve(x, nullptr, 3, kBlue), std::invalid_argument);
 }
 
-// What a polyline puts in each column: the vertical extent of its points
-// there, and the segments that cross from one column to another.
+// What a curve's picture puts in each column: the vertical extent of its
+// points and rectangles there, and the segments that cross from one column
+// to another.
 struct ColumnPicture {
     std::map<int, std::pair<int, int>> extent;
     std::vector<std::pair<Point, Point>> crossings;
     friend bool operator==(const ColumnPicture&, const ColumnPicture&) = default;
 };
 
-ColumnPicture PictureOf(const std::vector<Point>& points) {
+ColumnPicture PictureOf(const CurvePicture& curve) {
     ColumnPicture picture;
+    const auto reach = [&picture](int column, int top, int bottom) {
+        auto [it, added] = picture.extent.try_emplace(column, std::pair{top, bottom});
+        it->second.first = std::min(it->second.first, top);
+        it->second.second = std::max(it->second.second, bottom);
+    };
+    const std::vector<Point>& points = curve.polyline;
     for (size_t i = 0; i < points.size(); ++i) {
-        auto [it, added] =
-            picture.extent.try_emplace(points[i].x, std::pair{points[i].y, points[i].y});
-        it->second.first = std::min(it->second.first, points[i].y);
-        it->second.second = std::max(it->second.second, points[i].y);
+        reach(points[i].x, points[i].y, points[i].y);
         if (i > 0 && points[i - 1].x != points[i].x) {
             picture.crossings.emplace_back(points[i - 1], points[i]);
         }
     }
+    for (const Rect& column : curve.columns) {
+        EXPECT_EQ(column.Width(), 1);
+        reach(column.left, column.top, column.bottom - 1);
+    }
     return picture;
 }
 
-TEST(ChartReductionTest, ReducedPolylineDrawsWhatEveryPointDraws) {
+TEST(ChartReductionTest, ReducedCurveDrawsWhatEveryPointDraws) {
     std::mt19937 random(7);
     std::normal_distribution<double> noise(0.0, 0.3);
     std::vector<VEC2> points;
@@ -102,14 +110,15 @@ TEST(ChartReductionTest, ReducedPolylineDrawsWhatEveryPointDraws) {
         const AxisMapping x({0.0, 200.0}, false, 50, 849);
         const AxisMapping y(logarithmicY ? Range{0.01, 10.0} : Range{-2.0, 2.0}, logarithmicY, 499,
                             100);
-        std::vector<Point> all;
-        std::vector<Point> reduced;
+        CurvePicture all;
+        CurvePicture reduced;
         MapAllPoints(points, x, y, all);
         MapReducedPoints(points, {0, points.size()}, index, x, y, reduced);
-        EXPECT_LE(reduced.size(), 8u * 800u);
+        EXPECT_LE(reduced.polyline.size(), 6u * 800u);
+        EXPECT_LE(reduced.columns.size(), 800u);
         EXPECT_EQ(PictureOf(reduced), PictureOf(all));
-        EXPECT_EQ(reduced.front(), all.front());
-        EXPECT_EQ(reduced.back(), all.back());
+        EXPECT_EQ(reduced.polyline.front(), all.polyline.front());
+        EXPECT_EQ(reduced.polyline.back(), all.polyline.back());
     }
 
     // A zoomed view: only the points near the plot's columns are needed.
@@ -119,21 +128,24 @@ TEST(ChartReductionTest, ReducedPolylineDrawsWhatEveryPointDraws) {
     const IndexRange window = VisibleIndexRange(points, x, 0, 599);
     EXPECT_EQ(window.begin, 99999u);
     EXPECT_EQ(window.end, 100502u);
-    // An x that falls back anywhere rules the binary search out; the walk
-    // through every point finds the same runs.
-    std::vector<Point> searched;
+    // An x that falls back anywhere rules the search out, and a NaN the
+    // blocks' extremes; the walk through every point finds the same runs.
+    CurvePicture searched;
     MapReducedPoints(points, window, index, x, y, searched);
     points[window.begin - 5].x = -1.0;
+    points[window.begin - 4].y = std::nan("");
     const CurveIndex walked(points);
     EXPECT_FALSE(walked.RisingX());
-    std::vector<Point> walkedPoints;
-    MapReducedPoints(points, window, walked, x, y, walkedPoints);
-    EXPECT_EQ(walkedPoints, searched);
+    EXPECT_TRUE(walked.HasNaNY());
+    CurvePicture walkedPicture;
+    MapReducedPoints(points, window, walked, x, y, walkedPicture);
+    EXPECT_EQ(walkedPicture.polyline, searched.polyline);
+    EXPECT_EQ(walkedPicture.columns, searched.columns);
     // Extremes from whole blocks are those of the points themselves.
-    const auto [low, high] = index.Extremes(points, 1000, 5000);
+    const Range range = index.YRange(points, 1000, 5000);
     const auto byY = [](const VEC2& a, const VEC2& b) { return a.y < b.y; };
-    EXPECT_EQ(points[low].y, std::min_element(&points[1000], &points[5001], byY)->y);
-    EXPECT_EQ(points[high].y, std::max_element(&points[1000], &points[5001], byY)->y);
+    EXPECT_EQ(range.lo, std::min_element(&points[1000], &points[5001], byY)->y);
+    EXPECT_EQ(range.hi, std::max_element(&points[1000], &points[5001], byY)->y);
 }
 
 TEST(ChartReductionTest, PixelsRoundHalfUpAndHoldAtTheLimit) {

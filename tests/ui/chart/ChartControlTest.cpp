@@ -166,6 +166,13 @@ private slots:
     void reducedCurvesPaintTheSamePixelsAsEveryPoint() {
         m_control->RemoveAllCurves();
         m_control->AddCurve(NoisySine(300000, 2.0, kRed, 1));
+        // A gap in a measurement: NaN has a place of its own above the plot,
+        // which no lowest or highest value stands for.
+        std::vector<VEC2> gaps = NoisySine(30000, 1.0, kBlue, 2).m_points;
+        for (size_t i = 5000; i < gaps.size(); i += 7919) {
+            gaps[i].y = std::nan("");
+        }
+        m_control->AddCurve(kv::Curve(gaps.data(), static_cast<int>(gaps.size()), kBlue));
         m_control->Fit();
         SendWheel(*m_control, QPoint(300, 200), 120);  // some points off the plot
         const QImage reduced = m_control->RenderImage();
