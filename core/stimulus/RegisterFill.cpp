@@ -8,15 +8,25 @@
 
 #include "core/stimulus/ShiftRegister.h"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 // Why blocks work: a tap at position t feeds the bit that left the register t
 // steps ago, so every output bit is the XOR of the outputs at the tap
 // distances before it. Squaring the feedback polynomial over GF(2) doubles
-// every distance, so the outputs also obey the same rule at distances 2^k * t.
-// Once the smallest distance is a few kilobytes, every cache line of output is
-// the XOR of lines written long enough ago to have left the store buffer, and
-// the lines can be computed one after another in place. Every tap set has an
-// even number of taps, so a sequence whose bits are all inverted obeys the
-// rule with one extra XOR by the inversion.
+// every distance, so the outputs also obey the same rule at distances 2^k * t,
+// from output 2^k * degree on. Every tap set has an even number of taps, so a
+// sequence whose bits are all inverted obeys the rule with one extra XOR by
+// the inversion.
+//
+// The first outputs come from the register, the next ones from the rule in
+// place, the distances doubling from stage to stage while they are short. At
+// distances 512 * t the output is cut into blocks of 512 bits: bit p of block
+// j lies exactly 512 * t bits after bit p of block j - t, so block j is the
+// XOR of the blocks j - t, bit for bit, however the 512 bits are arranged
+// inside a block. A ring of the last 32 blocks (2 KiB) is all the state that
+// is needed, so no output is read back, and four taps cost what two do.
 
 #if defined(__x86_64__) && defined(__GNUC__) && defined(__GLIBC__)
 #define KV_WIDE_CLONES __attribute__((target_clones("avx512f", "avx2", "default")))
@@ -29,67 +39,41 @@ namespace {
 
 using Byte = uint8_t;
 
-// One cache line, the unit of the final stage: with a line-aligned target
-// every store fills exactly one line, and with distances that are multiples
-// of a line every load reads exactly one. Its elements are 64-bit words
-// because the widest vector units handle XOR on those (bytes would need a
-// further instruction set extension for the same width).
+// One cache line of output. Its elements are 64-bit words because the widest
+// vector units shift and mask those (bytes would need a further instruction
+// set extension for the same width).
 constexpr std::size_t kLineBytes = 64;
 using Line = uint64_t __attribute__((vector_size(kLineBytes)));
-
-// The smallest distance of the final stage. Much shorter and a line would be
-// read while the store that wrote it is still in flight, which stalls the
-// load; much longer and the lines read back leave the first-level cache.
-constexpr std::size_t kFinalDistance = 2048;
 
 // Times a byte, a word with that byte in each of its eight places.
 constexpr uint64_t kEveryByte = 0x0101010101010101;
 
-KV_WIDE_CLONES void XorTwo(Byte* __restrict dst, const Byte* __restrict a, const Byte* __restrict b,
-                           std::size_t length, Byte invert) {
+// A block holds the bits of eight lines: bit k of every byte of the block is
+// byte for byte the bit of line k. Unpacking a line is then one shift and one
+// mask, and packing its inverse; the layout only has to be the same both ways.
+constexpr std::size_t kLinesPerBlock = 8;
+constexpr std::size_t kBlockBytes = kLinesPerBlock * kLineBytes;
+
+// The last blocks, indexed by block number modulo the size; the largest tap
+// (32) reads the slot that the new block is about to replace.
+constexpr std::size_t kRingBlocks = 32;
+
+// From this size on the output cannot stay in any cache, so it is written
+// past the caches: plain stores would first read every line in from memory.
+// Smaller outputs stay in the cache, where the reader finds them.
+constexpr std::size_t kStreamFromBytes = std::size_t{64} << 20;
+
+void XorTwo(Byte* __restrict dst, const Byte* __restrict a, const Byte* __restrict b,
+            std::size_t length, Byte invert) {
     for (std::size_t i = 0; i < length; ++i) {
         dst[i] = a[i] ^ b[i] ^ invert;
     }
 }
 
-KV_WIDE_CLONES void XorFour(Byte* __restrict dst, const Byte* __restrict a,
-                            const Byte* __restrict b, const Byte* __restrict c,
-                            const Byte* __restrict d, std::size_t length, Byte invert) {
+void XorFour(Byte* __restrict dst, const Byte* __restrict a, const Byte* __restrict b,
+             const Byte* __restrict c, const Byte* __restrict d, std::size_t length, Byte invert) {
     for (std::size_t i = 0; i < length; ++i) {
         dst[i] = a[i] ^ b[i] ^ c[i] ^ d[i] ^ invert;
-    }
-}
-
-// Whole lines from `dst` on, each from the lines at the given distances
-// before it (all at least one line, so each source line is complete before
-// it is read). The copies in and out compile to single vector moves.
-KV_WIDE_CLONES void XorLinesTwo(Byte* dst, std::size_t lines, std::size_t d0, std::size_t d1,
-                                Byte invert) {
-    const Line flip = Line{} + invert * kEveryByte;
-    for (std::size_t i = 0; i < lines; ++i, dst += kLineBytes) {
-        Line a;
-        Line b;
-        std::memcpy(&a, dst - d0, sizeof a);
-        std::memcpy(&b, dst - d1, sizeof b);
-        const Line result = a ^ b ^ flip;
-        std::memcpy(dst, &result, sizeof result);
-    }
-}
-
-KV_WIDE_CLONES void XorLinesFour(Byte* dst, std::size_t lines, std::size_t d0, std::size_t d1,
-                                 std::size_t d2, std::size_t d3, Byte invert) {
-    const Line flip = Line{} + invert * kEveryByte;
-    for (std::size_t i = 0; i < lines; ++i, dst += kLineBytes) {
-        Line a;
-        Line b;
-        Line c;
-        Line d;
-        std::memcpy(&a, dst - d0, sizeof a);
-        std::memcpy(&b, dst - d1, sizeof b);
-        std::memcpy(&c, dst - d2, sizeof c);
-        std::memcpy(&d, dst - d3, sizeof d);
-        const Line result = a ^ b ^ c ^ d ^ flip;
-        std::memcpy(dst, &result, sizeof result);
     }
 }
 
@@ -124,24 +108,103 @@ void ExtendBytes(std::span<Byte> out, std::size_t position, std::size_t end,
     }
 }
 
-// Extends out[position, end) with distances of at least one line: bytes up to
-// the first line boundary of memory, whole lines, then the bytes left over.
-void ExtendLines(std::span<Byte> out, std::size_t position, std::size_t end,
-                 const Distances& distance, Byte invert) {
-    const auto address = reinterpret_cast<std::uintptr_t>(out.data() + position);
-    const std::size_t toBoundary = (kLineBytes - address % kLineBytes) % kLineBytes;
-    const std::size_t linesStart = std::min(end, position + toBoundary);
-    ExtendBytes(out, position, linesStart, distance, invert);
+using BlockRing = std::array<Line, kRingBlocks>;
 
-    const std::size_t lines = (end - linesStart) / kLineBytes;
-    Byte* dst = out.data() + linesStart;
-    if (distance.count == 2) {
-        XorLinesTwo(dst, lines, distance.of[0], distance.of[1], invert);
-    } else {
-        XorLinesFour(dst, lines, distance.of[0], distance.of[1], distance.of[2], distance.of[3],
-                     invert);
+// Packs the block of output bytes at `bytes` (each 0 or 1) into `block`.
+void PackBlock(const Byte* bytes, Line* block) {
+    Line packed{};
+    for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
+        Line line;
+        std::memcpy(&line, bytes + k * kLineBytes, sizeof line);
+        packed |= line << k;
     }
-    ExtendBytes(out, linesStart + lines * kLineBytes, end, distance, invert);
+    *block = packed;
+}
+
+// Writes one line; the streaming form bypasses the caches.
+template <bool kStream>
+inline void StoreLine(Byte* dst, const Line& line) {
+#if defined(__SSE2__)
+    if constexpr (kStream) {
+        constexpr std::size_t kParts = sizeof(Line) / sizeof(__m128i);
+        __m128i parts[kParts];
+        std::memcpy(parts, &line, sizeof line);
+        for (std::size_t q = 0; q < kParts; ++q) {
+            _mm_stream_si128(reinterpret_cast<__m128i*>(dst) + q, parts[q]);
+        }
+        return;
+    }
+#endif
+    std::memcpy(dst, &line, sizeof line);
+}
+
+// Block j from the blocks j - t in the ring, kept there for the blocks after it.
+inline void ComputeBlock(BlockRing& ring, std::size_t j, std::span<const uint8_t> taps,
+                         const Line& flip, Line* block) {
+    Line next = flip;
+    for (const uint8_t tap : taps) {
+        next ^= ring[(j - tap) % kRingBlocks];
+    }
+    ring[j % kRingBlocks] = next;
+    *block = next;
+}
+
+// Fills `blocks` whole blocks, numbered from `first`, from the line-aligned
+// `dst`. Nothing but the output lines is stored between them, so that the
+// stores, which wait for their lines to arrive from memory, can all be in
+// flight together.
+template <bool kStream>
+KV_WIDE_CLONES void WriteBlocks(Byte* dst, std::size_t first, std::size_t blocks, BlockRing& ring,
+                                std::span<const uint8_t> taps, uint64_t invert) {
+    const Line flip = Line{} + invert;
+    for (std::size_t j = first; j < first + blocks; ++j, dst += kBlockBytes) {
+        Line block;
+        ComputeBlock(ring, j, taps, flip, &block);
+        for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
+            StoreLine<kStream>(dst + k * kLineBytes, (block >> k) & kEveryByte);
+        }
+    }
+#if defined(__SSE2__)
+    if constexpr (kStream) {
+        // Streaming stores are weakly ordered; make them visible before the
+        // caller hands the output on.
+        _mm_sfence();
+    }
+#endif
+}
+
+// The first `length` bytes (less than a block) of block j.
+void WritePartBlock(Byte* dst, std::size_t j, std::size_t length, BlockRing& ring,
+                    std::span<const uint8_t> taps, uint64_t invert) {
+    Line block;
+    ComputeBlock(ring, j, taps, Line{} + invert, &block);
+    std::array<Line, kLinesPerBlock> lines;
+    for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
+        lines[k] = (block >> k) & kEveryByte;
+    }
+    std::memcpy(dst, lines.data(), length);
+}
+
+// Extends out[start, end) in blocks; the bytes before `start` must hold at
+// least `degree` blocks, and out.data() + start must be line-aligned.
+void ExtendBlocks(std::span<Byte> out, std::size_t start, std::span<const uint8_t> taps,
+                  bool invert) {
+    const std::size_t degree = taps.front();
+    BlockRing ring;
+    for (std::size_t j = 0; j < degree; ++j) {
+        PackBlock(out.data() + start - (degree - j) * kBlockBytes, &ring[j]);
+    }
+
+    const uint64_t flip = invert ? ~uint64_t{0} : 0;
+    const std::size_t blocks = (out.size() - start) / kBlockBytes;
+    Byte* dst = out.data() + start;
+    if (out.size() >= kStreamFromBytes) {
+        WriteBlocks<true>(dst, degree, blocks, ring, taps, flip);
+    } else {
+        WriteBlocks<false>(dst, degree, blocks, ring, taps, flip);
+    }
+    WritePartBlock(dst + blocks * kBlockBytes, degree + blocks, (out.size() - start) % kBlockBytes,
+                   ring, taps, flip);
 }
 
 }  // namespace
@@ -165,20 +228,24 @@ void FillRegisterOutput(int degree, std::span<uint8_t> out, bool invert) {
     FillRegisterOutputStepwise(degree, out.first(position), invert);
 
     // Stage k uses distances 2^k * t and is valid once 2^k * degree outputs
-    // exist; each stage doubles the distances until the smallest reaches the
-    // final one, which then runs to the end.
+    // exist, so each stage doubles what the next can build on, up to the
+    // block distances.
     const Byte flip = invert ? 1 : 0;
     std::size_t scale = 1;
-    while (position < total) {
-        const Distances distance(taps, scale);
-        if (distance.Smallest() >= kFinalDistance) {
-            ExtendLines(out, position, total, distance, flip);
-            return;
-        }
+    for (; scale < kBlockBytes && position < total; scale *= 2) {
         const std::size_t stageEnd = std::min(total, 2 * scale * registerDegree);
-        ExtendBytes(out, position, stageEnd, distance, flip);
+        ExtendBytes(out, position, stageEnd, Distances(taps, scale), flip);
         position = stageEnd;
-        scale *= 2;
+    }
+
+    // Bytes at block distances up to the first line boundary of memory, so
+    // that every block line is one aligned store; then whole blocks.
+    const auto address = reinterpret_cast<std::uintptr_t>(out.data() + position);
+    const std::size_t toBoundary = (kLineBytes - address % kLineBytes) % kLineBytes;
+    const std::size_t blocksStart = std::min(total, position + toBoundary);
+    ExtendBytes(out, position, blocksStart, Distances(taps, kBlockBytes), flip);
+    if (blocksStart < total) {
+        ExtendBlocks(out, blocksStart, taps, invert);
     }
 }
 
