@@ -48,9 +48,9 @@ using Line = uint64_t __attribute__((vector_size(kLineBytes)));
 // Times a byte, a word with that byte in each of its eight places.
 constexpr uint64_t kEveryByte = 0x0101010101010101;
 
-// A block holds the bits of eight lines: bit k of every byte of the block is
-// byte for byte the bit of line k. Unpacking a line is then one shift and one
-// mask, and packing its inverse; the layout only has to be the same both ways.
+// A block holds the bits of eight lines: bit k of byte i of the block is the
+// bit in byte i of line k. Unpacking a line is then one shift and one mask per
+// word, and packing its inverse; the layout only has to be the same both ways.
 constexpr std::size_t kLinesPerBlock = 8;
 constexpr std::size_t kBlockBytes = kLinesPerBlock * kLineBytes;
 
@@ -58,20 +58,23 @@ constexpr std::size_t kBlockBytes = kLinesPerBlock * kLineBytes;
 // (32) reads the slot that the new block is about to replace.
 constexpr std::size_t kRingBlocks = 32;
 
-// From this size on the output cannot stay in any cache, so it is written
-// past the caches: plain stores would first read every line in from memory.
-// Smaller outputs stay in the cache, where the reader finds them.
+// From this size on, twice the last-level cache one core of common processors
+// reaches, the output cannot stay in the cache, so it is written past it:
+// plain stores would first read every line in from memory only to overwrite
+// it. Smaller outputs go through the cache, where the reader finds them and
+// where streaming them out to memory would make the fill slower, not faster.
 constexpr std::size_t kStreamFromBytes = std::size_t{64} << 20;
 
-void XorTwo(Byte* __restrict dst, const Byte* __restrict a, const Byte* __restrict b,
-            std::size_t length, Byte invert) {
+KV_WIDE_CLONES void XorTwo(Byte* __restrict dst, const Byte* __restrict a, const Byte* __restrict b,
+                           std::size_t length, Byte invert) {
     for (std::size_t i = 0; i < length; ++i) {
         dst[i] = a[i] ^ b[i] ^ invert;
     }
 }
 
-void XorFour(Byte* __restrict dst, const Byte* __restrict a, const Byte* __restrict b,
-             const Byte* __restrict c, const Byte* __restrict d, std::size_t length, Byte invert) {
+KV_WIDE_CLONES void XorFour(Byte* __restrict dst, const Byte* __restrict a,
+                            const Byte* __restrict b, const Byte* __restrict c,
+                            const Byte* __restrict d, std::size_t length, Byte invert) {
     for (std::size_t i = 0; i < length; ++i) {
         dst[i] = a[i] ^ b[i] ^ c[i] ^ d[i] ^ invert;
     }
@@ -111,7 +114,7 @@ void ExtendBytes(std::span<Byte> out, std::size_t position, std::size_t end,
 using BlockRing = std::array<Line, kRingBlocks>;
 
 // Packs the block of output bytes at `bytes` (each 0 or 1) into `block`.
-void PackBlock(const Byte* bytes, Line* block) {
+inline void PackBlock(const Byte* bytes, Line* block) {
     Line packed{};
     for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
         Line line;
@@ -149,16 +152,25 @@ inline void ComputeBlock(BlockRing& ring, std::size_t j, std::span<const uint8_t
     *block = next;
 }
 
-// Fills `blocks` whole blocks, numbered from `first`, from the line-aligned
-// `dst`. Nothing but the output lines is stored between them, so that the
-// stores, which wait for their lines to arrive from memory, can all be in
+// Extends out[start, end) in blocks; the bytes before `start` must hold at
+// least `degree` blocks, and out.data() + start must be line-aligned. Between
+// the output lines only the ring's block is stored, so that the stores, which
+// wait for their lines to arrive from the caches or memory, can all be in
 // flight together.
 template <bool kStream>
-KV_WIDE_CLONES void WriteBlocks(Byte* dst, std::size_t first, std::size_t blocks, BlockRing& ring,
-                                std::span<const uint8_t> taps, uint64_t invert) {
+KV_WIDE_CLONES void ExtendBlocks(std::span<Byte> out, std::size_t start,
+                                 std::span<const uint8_t> taps, uint64_t invert) {
+    const std::size_t degree = taps.front();
+    BlockRing ring;
+    for (std::size_t j = 0; j < degree; ++j) {
+        PackBlock(out.data() + start - (degree - j) * kBlockBytes, &ring[j]);
+    }
+
     const Line flip = Line{} + invert;
-    for (std::size_t j = first; j < first + blocks; ++j, dst += kBlockBytes) {
-        Line block;
+    const std::size_t blocks = (out.size() - start) / kBlockBytes;
+    Byte* dst = out.data() + start;
+    Line block;
+    for (std::size_t j = degree; j < degree + blocks; ++j, dst += kBlockBytes) {
         ComputeBlock(ring, j, taps, flip, &block);
         for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
             StoreLine<kStream>(dst + k * kLineBytes, (block >> k) & kEveryByte);
@@ -171,40 +183,14 @@ KV_WIDE_CLONES void WriteBlocks(Byte* dst, std::size_t first, std::size_t blocks
         _mm_sfence();
     }
 #endif
-}
 
-// The first `length` bytes (less than a block) of block j.
-void WritePartBlock(Byte* dst, std::size_t j, std::size_t length, BlockRing& ring,
-                    std::span<const uint8_t> taps, uint64_t invert) {
-    Line block;
-    ComputeBlock(ring, j, taps, Line{} + invert, &block);
+    // The output ends inside the next block.
+    ComputeBlock(ring, degree + blocks, taps, flip, &block);
     std::array<Line, kLinesPerBlock> lines;
     for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
         lines[k] = (block >> k) & kEveryByte;
     }
-    std::memcpy(dst, lines.data(), length);
-}
-
-// Extends out[start, end) in blocks; the bytes before `start` must hold at
-// least `degree` blocks, and out.data() + start must be line-aligned.
-void ExtendBlocks(std::span<Byte> out, std::size_t start, std::span<const uint8_t> taps,
-                  bool invert) {
-    const std::size_t degree = taps.front();
-    BlockRing ring;
-    for (std::size_t j = 0; j < degree; ++j) {
-        PackBlock(out.data() + start - (degree - j) * kBlockBytes, &ring[j]);
-    }
-
-    const uint64_t flip = invert ? ~uint64_t{0} : 0;
-    const std::size_t blocks = (out.size() - start) / kBlockBytes;
-    Byte* dst = out.data() + start;
-    if (out.size() >= kStreamFromBytes) {
-        WriteBlocks<true>(dst, degree, blocks, ring, taps, flip);
-    } else {
-        WriteBlocks<false>(dst, degree, blocks, ring, taps, flip);
-    }
-    WritePartBlock(dst + blocks * kBlockBytes, degree + blocks, (out.size() - start) % kBlockBytes,
-                   ring, taps, flip);
+    std::memcpy(dst, lines.data(), (out.size() - start) % kBlockBytes);
 }
 
 }  // namespace
@@ -244,8 +230,14 @@ void FillRegisterOutput(int degree, std::span<uint8_t> out, bool invert) {
     const std::size_t toBoundary = (kLineBytes - address % kLineBytes) % kLineBytes;
     const std::size_t blocksStart = std::min(total, position + toBoundary);
     ExtendBytes(out, position, blocksStart, Distances(taps, kBlockBytes), flip);
-    if (blocksStart < total) {
-        ExtendBlocks(out, blocksStart, taps, invert);
+    if (blocksStart == total) {
+        return;
+    }
+    const uint64_t blockFlip = invert ? ~uint64_t{0} : 0;
+    if (total >= kStreamFromBytes) {
+        ExtendBlocks<true>(out, blocksStart, taps, blockFlip);
+    } else {
+        ExtendBlocks<false>(out, blocksStart, taps, blockFlip);
     }
 }
 

@@ -95,6 +95,32 @@ TEST(RegisterFill, EveryStartWithinACacheLineGivesTheSameBitsAndStaysInside) {
     }
 }
 
+// Outputs too large for the caches are written past them. Checked without a
+// second buffer of that size: the first outputs are the register's, and each
+// later one is the XOR of those at the tap distances before it (inverted, as
+// the taps are even in number), which by induction makes every byte the
+// register's, down to the last, partly filled block.
+TEST(RegisterFill, OutputsLargerThanTheCachesFollowTheRegisterToTheLastByte) {
+    const int degree = 32;
+    const std::size_t count = (std::size_t{64} << 20) + 1000;
+    const auto out = Blockwise(degree, count, true);
+    const std::size_t head = 4096;
+    const auto expectedHead = Stepwise(degree, head, true);
+    ASSERT_TRUE(std::equal(expectedHead.begin(), expectedHead.end(), out.begin()));
+    const std::span<const uint8_t> taps = kv::RegisterTaps(degree);
+    std::size_t firstWrong = count;
+    for (std::size_t i = head; i < count && firstWrong == count; ++i) {
+        uint8_t expected = 1;
+        for (const uint8_t tap : taps) {
+            expected ^= out[i - tap];
+        }
+        if (out[i] != expected) {
+            firstWrong = i;
+        }
+    }
+    EXPECT_EQ(firstWrong, count);
+}
+
 TEST(RegisterFill, FullPeriodOfDegree24MatchesAndRepeats) {
     const int degree = 24;
     const std::size_t period = (std::size_t{1} << degree) - 1;
