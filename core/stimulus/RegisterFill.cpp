@@ -39,11 +39,14 @@ namespace {
 
 using Byte = uint8_t;
 
-// One cache line of output. Its elements are 64-bit words because the widest
-// vector units shift and mask those (bytes would need a further instruction
-// set extension for the same width).
+// One cache line of output, or one block of packed bits, as 64-bit words: the
+// widest vector units shift and mask those (bytes would need a further
+// instruction set extension for the same width). Loops over the words let the
+// compiler use the vector width of each target; a fixed 64-byte vector type is
+// taken apart through memory where the registers are narrower.
 constexpr std::size_t kLineBytes = 64;
-using Line = uint64_t __attribute__((vector_size(kLineBytes)));
+constexpr std::size_t kLineWords = kLineBytes / sizeof(uint64_t);
+using Words = std::array<uint64_t, kLineWords>;
 
 // Times a byte, a word with that byte in each of its eight places.
 constexpr uint64_t kEveryByte = 0x0101010101010101;
@@ -111,45 +114,61 @@ void ExtendBytes(std::span<Byte> out, std::size_t position, std::size_t end,
     }
 }
 
-using BlockRing = std::array<Line, kRingBlocks>;
+using BlockRing = std::array<Words, kRingBlocks>;
 
 // Packs the block of output bytes at `bytes` (each 0 or 1) into `block`.
-inline void PackBlock(const Byte* bytes, Line* block) {
-    Line packed{};
+inline void PackBlock(const Byte* bytes, Words& block) {
+    block = Words{};
     for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
-        Line line;
-        std::memcpy(&line, bytes + k * kLineBytes, sizeof line);
-        packed |= line << k;
+        for (std::size_t m = 0; m < kLineWords; ++m) {
+            uint64_t word;
+            std::memcpy(&word, bytes + k * kLineBytes + m * sizeof word, sizeof word);
+            block[m] |= word << k;
+        }
     }
-    *block = packed;
 }
 
-// Writes one line; the streaming form bypasses the caches.
+// Writes line k of a block, bit k of each of its bytes as a byte 0 or 1, to
+// `dst`; the streaming form bypasses the caches.
 template <bool kStream>
-inline void StoreLine(Byte* dst, const Line& line) {
+inline void WriteLine(const Words& block, std::size_t k, Byte* dst) {
 #if defined(__SSE2__)
     if constexpr (kStream) {
-        constexpr std::size_t kParts = sizeof(Line) / sizeof(__m128i);
-        __m128i parts[kParts];
-        std::memcpy(parts, &line, sizeof line);
-        for (std::size_t q = 0; q < kParts; ++q) {
-            _mm_stream_si128(reinterpret_cast<__m128i*>(dst) + q, parts[q]);
+        const __m128i everyByte = _mm_set1_epi64x(static_cast<long long>(kEveryByte));
+        for (std::size_t m = 0; m < kLineWords; m += 2) {
+            const __m128i words = _mm_load_si128(reinterpret_cast<const __m128i*>(&block[m]));
+            _mm_stream_si128(reinterpret_cast<__m128i*>(dst + m * sizeof(uint64_t)),
+                             _mm_and_si128(_mm_srli_epi64(words, static_cast<int>(k)), everyByte));
         }
         return;
     }
 #endif
-    std::memcpy(dst, &line, sizeof line);
+    for (std::size_t m = 0; m < kLineWords; ++m) {
+        const uint64_t word = (block[m] >> k) & kEveryByte;
+        std::memcpy(dst + m * sizeof word, &word, sizeof word);
+    }
 }
 
+// The taps of a degree as numbers of blocks, their count known to the
+// compiler so that a block is a straight run of XORs.
+template <std::size_t kTaps>
+using BlockTaps = std::array<std::size_t, kTaps>;
+
 // Block j from the blocks j - t in the ring, kept there for the blocks after it.
-inline void ComputeBlock(BlockRing& ring, std::size_t j, std::span<const uint8_t> taps,
-                         const Line& flip, Line* block) {
-    Line next = flip;
-    for (const uint8_t tap : taps) {
-        next ^= ring[(j - tap) % kRingBlocks];
+template <std::size_t kTaps>
+inline void ComputeBlock(BlockRing& ring, std::size_t j, const BlockTaps<kTaps>& taps,
+                         uint64_t invert, Words& block) {
+    for (std::size_t m = 0; m < kLineWords; ++m) {
+        uint64_t word = invert;
+        for (std::size_t t = 0; t < kTaps; ++t) {
+            word ^= ring[(j - taps[t]) % kRingBlocks][m];
+        }
+        block[m] = word;
     }
-    ring[j % kRingBlocks] = next;
-    *block = next;
+    // Word by word: a copy of the whole array goes through memory.
+    for (std::size_t m = 0; m < kLineWords; ++m) {
+        ring[j % kRingBlocks][m] = block[m];
+    }
 }
 
 // Extends out[start, end) in blocks; the bytes before `start` must hold at
@@ -157,23 +176,22 @@ inline void ComputeBlock(BlockRing& ring, std::size_t j, std::span<const uint8_t
 // the output lines only the ring's block is stored, so that the stores, which
 // wait for their lines to arrive from the caches or memory, can all be in
 // flight together.
-template <bool kStream>
+template <bool kStream, std::size_t kTaps>
 KV_WIDE_CLONES void ExtendBlocks(std::span<Byte> out, std::size_t start,
-                                 std::span<const uint8_t> taps, uint64_t invert) {
+                                 const BlockTaps<kTaps>& taps, uint64_t invert) {
     const std::size_t degree = taps.front();
-    BlockRing ring;
+    alignas(kLineBytes) BlockRing ring;
     for (std::size_t j = 0; j < degree; ++j) {
-        PackBlock(out.data() + start - (degree - j) * kBlockBytes, &ring[j]);
+        PackBlock(out.data() + start - (degree - j) * kBlockBytes, ring[j]);
     }
 
-    const Line flip = Line{} + invert;
     const std::size_t blocks = (out.size() - start) / kBlockBytes;
     Byte* dst = out.data() + start;
-    Line block;
+    alignas(kLineBytes) Words block;
     for (std::size_t j = degree; j < degree + blocks; ++j, dst += kBlockBytes) {
-        ComputeBlock(ring, j, taps, flip, &block);
+        ComputeBlock(ring, j, taps, invert, block);
         for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
-            StoreLine<kStream>(dst + k * kLineBytes, (block >> k) & kEveryByte);
+            WriteLine<kStream>(block, k, dst + k * kLineBytes);
         }
     }
 #if defined(__SSE2__)
@@ -185,12 +203,12 @@ KV_WIDE_CLONES void ExtendBlocks(std::span<Byte> out, std::size_t start,
 #endif
 
     // The output ends inside the next block.
-    ComputeBlock(ring, degree + blocks, taps, flip, &block);
-    std::array<Line, kLinesPerBlock> lines;
+    ComputeBlock(ring, degree + blocks, taps, invert, block);
+    std::array<Byte, kBlockBytes> last;
     for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
-        lines[k] = (block >> k) & kEveryByte;
+        WriteLine<false>(block, k, last.data() + k * kLineBytes);
     }
-    std::memcpy(dst, lines.data(), (out.size() - start) % kBlockBytes);
+    std::memcpy(dst, last.data(), (out.size() - start) % kBlockBytes);
 }
 
 }  // namespace
@@ -234,10 +252,15 @@ void FillRegisterOutput(int degree, std::span<uint8_t> out, bool invert) {
         return;
     }
     const uint64_t blockFlip = invert ? ~uint64_t{0} : 0;
-    if (total >= kStreamFromBytes) {
-        ExtendBlocks<true>(out, blocksStart, taps, blockFlip);
+    const bool stream = total >= kStreamFromBytes;
+    if (taps.size() == 2) {
+        const BlockTaps<2> blockTaps{taps[0], taps[1]};
+        stream ? ExtendBlocks<true>(out, blocksStart, blockTaps, blockFlip)
+               : ExtendBlocks<false>(out, blocksStart, blockTaps, blockFlip);
     } else {
-        ExtendBlocks<false>(out, blocksStart, taps, blockFlip);
+        const BlockTaps<4> blockTaps{taps[0], taps[1], taps[2], taps[3]};
+        stream ? ExtendBlocks<true>(out, blocksStart, blockTaps, blockFlip)
+               : ExtendBlocks<false>(out, blocksStart, blockTaps, blockFlip);
     }
 }
 
