@@ -171,11 +171,99 @@ inline void ComputeBlock(BlockRing& ring, std::size_t j, const BlockTaps<kTaps>&
     }
 }
 
+// Computes block j into the ring and writes its lines to `dst`.
+template <bool kStream, std::size_t kTaps>
+inline void WriteBlock(BlockRing& ring, std::size_t j, const BlockTaps<kTaps>& taps,
+                       uint64_t invert, Byte* dst) {
+    alignas(kLineBytes) Words block;
+    ComputeBlock(ring, j, taps, invert, block);
+    for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
+        WriteLine<kStream>(block, k, dst + k * kLineBytes);
+    }
+}
+
+// x^power modulo C(x) = x^n + the sum of x^(n - t) over the taps t, over
+// GF(2), as the mask of its n coefficients. The blocks of the uninverted
+// output obey B[j] = XOR of B[j - t], that is C(E) B = 0 with E the step to
+// the next block; so with x^m = R(x) modulo C(x), B[j + m] is the XOR of the
+// B[j + i] for the coefficients i set in R.
+template <std::size_t kTaps>
+uint64_t PowerOfXModulo(std::size_t power, const BlockTaps<kTaps>& taps) {
+    const std::size_t n = taps.front();
+    uint64_t modulus = uint64_t{1} << n;
+    for (const std::size_t tap : taps) {
+        modulus |= uint64_t{1} << (n - tap);
+    }
+    // Products have degree at most 2n - 2 = 62, so they fit in a word.
+    const auto multiply = [n, modulus](uint64_t a, uint64_t b) {
+        uint64_t product = 0;
+        for (std::size_t i = 0; i < n; ++i) {
+            if ((b >> i) & 1u) {
+                product ^= a << i;
+            }
+        }
+        for (std::size_t i = 2 * n - 2; i >= n; --i) {
+            if ((product >> i) & 1u) {
+                product ^= modulus << (i - n);
+            }
+        }
+        return product;
+    };
+    uint64_t result = 1;
+    uint64_t square = 2;  // x, already reduced as n >= 3
+    for (; power != 0; power >>= 1) {
+        if ((power & 1u) != 0) {
+            result = multiply(result, square);
+        }
+        square = multiply(square, square);
+    }
+    return result;
+}
+
+// The ring as it will be `distance` blocks on: from `ring`, which holds the
+// n blocks before block `next`, fills `ahead` with the n blocks before block
+// next + distance, without computing the blocks in between. The inversion is
+// taken out first (with an even number of taps the inverted blocks obey the
+// rule only with an extra XOR), and put back into the result.
+template <std::size_t kTaps>
+void JumpAhead(const BlockRing& ring, std::size_t next, std::size_t distance,
+               const BlockTaps<kTaps>& taps, uint64_t invert, BlockRing& ahead) {
+    const std::size_t n = taps.front();
+    // Blocks next - n to next + n - 2: n known ones and n - 1 computed on.
+    std::array<Words, 2 * kRingBlocks> window;
+    for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t m = 0; m < kLineWords; ++m) {
+            window[i][m] = ring[(next - n + i) % kRingBlocks][m] ^ invert;
+        }
+    }
+    for (std::size_t i = n; i < 2 * n - 1; ++i) {
+        window[i] = Words{};
+        for (const std::size_t tap : taps) {
+            for (std::size_t m = 0; m < kLineWords; ++m) {
+                window[i][m] ^= window[i - tap][m];
+            }
+        }
+    }
+    const uint64_t picks = PowerOfXModulo(distance, taps);
+    for (std::size_t r = 0; r < n; ++r) {
+        Words& block = ahead[(next + distance - n + r) % kRingBlocks];
+        block.fill(invert);
+        for (std::size_t i = 0; i < n; ++i) {
+            if ((picks >> i) & 1u) {
+                for (std::size_t m = 0; m < kLineWords; ++m) {
+                    block[m] ^= window[r + i][m];
+                }
+            }
+        }
+    }
+}
+
 // Extends out[start, end) in blocks; the bytes before `start` must hold at
 // least `degree` blocks, and out.data() + start must be line-aligned. Between
 // the output lines only the ring's block is stored, so that the stores, which
 // wait for their lines to arrive from the caches or memory, can all be in
-// flight together.
+// flight together. Streamed output is written as two runs at once, its first
+// and its second half, which keeps more of the memory busy than one run.
 template <bool kStream, std::size_t kTaps>
 KV_WIDE_CLONES void ExtendBlocks(std::span<Byte> out, std::size_t start,
                                  const BlockTaps<kTaps>& taps, uint64_t invert) {
@@ -187,28 +275,36 @@ KV_WIDE_CLONES void ExtendBlocks(std::span<Byte> out, std::size_t start,
 
     const std::size_t blocks = (out.size() - start) / kBlockBytes;
     Byte* dst = out.data() + start;
-    alignas(kLineBytes) Words block;
-    for (std::size_t j = degree; j < degree + blocks; ++j, dst += kBlockBytes) {
-        ComputeBlock(ring, j, taps, invert, block);
-        for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
-            WriteLine<kStream>(block, k, dst + k * kLineBytes);
-        }
-    }
-#if defined(__SSE2__)
+    alignas(kLineBytes) BlockRing secondHalf;
+    BlockRing* last = &ring;
     if constexpr (kStream) {
+        const std::size_t half = blocks / 2;
+        JumpAhead(ring, degree, half, taps, invert, secondHalf);
+        for (std::size_t i = 0; i < half; ++i) {
+            WriteBlock<true>(ring, degree + i, taps, invert, dst + i * kBlockBytes);
+            WriteBlock<true>(secondHalf, degree + half + i, taps, invert,
+                             dst + (half + i) * kBlockBytes);
+        }
+        if (blocks % 2 != 0) {
+            WriteBlock<true>(secondHalf, degree + blocks - 1, taps, invert,
+                             dst + (blocks - 1) * kBlockBytes);
+        }
+        last = &secondHalf;
+#if defined(__SSE2__)
         // Streaming stores are weakly ordered; make them visible before the
         // caller hands the output on.
         _mm_sfence();
-    }
 #endif
+    } else {
+        for (std::size_t i = 0; i < blocks; ++i) {
+            WriteBlock<false>(ring, degree + i, taps, invert, dst + i * kBlockBytes);
+        }
+    }
 
     // The output ends inside the next block.
-    ComputeBlock(ring, degree + blocks, taps, invert, block);
-    std::array<Byte, kBlockBytes> last;
-    for (std::size_t k = 0; k < kLinesPerBlock; ++k) {
-        WriteLine<false>(block, k, last.data() + k * kLineBytes);
-    }
-    std::memcpy(dst, last.data(), (out.size() - start) % kBlockBytes);
+    alignas(kLineBytes) std::array<Byte, kBlockBytes> part;
+    WriteBlock<false>(*last, degree + blocks, taps, invert, part.data());
+    std::memcpy(dst + blocks * kBlockBytes, part.data(), (out.size() - start) % kBlockBytes);
 }
 
 }  // namespace
