@@ -68,6 +68,13 @@ constexpr std::size_t kRingBlocks = 32;
 // where streaming them out to memory would make the fill slower, not faster.
 constexpr std::size_t kStreamFromBytes = std::size_t{64} << 20;
 
+// From this size on the output is written as two runs at once, its first and
+// its second half. Once most lines come from memory rather than the cache,
+// two runs keep more of the memory busy than one; while they come from the
+// cache, one run is faster. On a core with a 32 MiB last-level cache shared
+// with others, 8 MiB still came from the cache and 16 MiB no longer did.
+constexpr std::size_t kTwoRunsFromBytes = std::size_t{8} << 20;
+
 KV_WIDE_CLONES void XorTwo(Byte* __restrict dst, const Byte* __restrict a, const Byte* __restrict b,
                            std::size_t length, Byte invert) {
     for (std::size_t i = 0; i < length; ++i) {
@@ -262,8 +269,7 @@ void JumpAhead(const BlockRing& ring, std::size_t next, std::size_t distance,
 // least `degree` blocks, and out.data() + start must be line-aligned. Between
 // the output lines only the ring's block is stored, so that the stores, which
 // wait for their lines to arrive from the caches or memory, can all be in
-// flight together. Streamed output is written as two runs at once, its first
-// and its second half, which keeps more of the memory busy than one run.
+// flight together.
 template <bool kStream, std::size_t kTaps>
 KV_WIDE_CLONES void ExtendBlocks(std::span<Byte> out, std::size_t start,
                                  const BlockTaps<kTaps>& taps, uint64_t invert) {
@@ -277,29 +283,31 @@ KV_WIDE_CLONES void ExtendBlocks(std::span<Byte> out, std::size_t start,
     Byte* dst = out.data() + start;
     alignas(kLineBytes) BlockRing secondHalf;
     BlockRing* last = &ring;
-    if constexpr (kStream) {
+    if (out.size() >= kTwoRunsFromBytes) {
         const std::size_t half = blocks / 2;
         JumpAhead(ring, degree, half, taps, invert, secondHalf);
         for (std::size_t i = 0; i < half; ++i) {
-            WriteBlock<true>(ring, degree + i, taps, invert, dst + i * kBlockBytes);
-            WriteBlock<true>(secondHalf, degree + half + i, taps, invert,
-                             dst + (half + i) * kBlockBytes);
+            WriteBlock<kStream>(ring, degree + i, taps, invert, dst + i * kBlockBytes);
+            WriteBlock<kStream>(secondHalf, degree + half + i, taps, invert,
+                                dst + (half + i) * kBlockBytes);
         }
         if (blocks % 2 != 0) {
-            WriteBlock<true>(secondHalf, degree + blocks - 1, taps, invert,
-                             dst + (blocks - 1) * kBlockBytes);
+            WriteBlock<kStream>(secondHalf, degree + blocks - 1, taps, invert,
+                                dst + (blocks - 1) * kBlockBytes);
         }
         last = &secondHalf;
+    } else {
+        for (std::size_t i = 0; i < blocks; ++i) {
+            WriteBlock<kStream>(ring, degree + i, taps, invert, dst + i * kBlockBytes);
+        }
+    }
 #if defined(__SSE2__)
+    if constexpr (kStream) {
         // Streaming stores are weakly ordered; make them visible before the
         // caller hands the output on.
         _mm_sfence();
-#endif
-    } else {
-        for (std::size_t i = 0; i < blocks; ++i) {
-            WriteBlock<false>(ring, degree + i, taps, invert, dst + i * kBlockBytes);
-        }
     }
+#endif
 
     // The output ends inside the next block.
     alignas(kLineBytes) std::array<Byte, kBlockBytes> part;
