@@ -265,14 +265,14 @@ void JumpAhead(const BlockRing& ring, std::size_t next, std::size_t distance,
     }
 }
 
-// Extends out[start, end) in blocks; the bytes before `start` must hold at
-// least `degree` blocks, and out.data() + start must be line-aligned. Between
-// the output lines only the ring's block is stored, so that the stores, which
-// wait for their lines to arrive from the caches or memory, can all be in
-// flight together.
+// Fills `out` from `start` to its end in blocks; the bytes before `start`
+// must hold at least `degree` blocks, and out.data() + start must be
+// line-aligned. Between the output lines only the ring's block is stored, so
+// that the stores, which wait for their lines to arrive from the caches or
+// memory, can all be in flight together.
 template <bool kStream, std::size_t kTaps>
-KV_WIDE_CLONES void ExtendBlocks(std::span<Byte> out, std::size_t start,
-                                 const BlockTaps<kTaps>& taps, uint64_t invert) {
+KV_WIDE_CLONES void WriteBlocks(std::span<Byte> out, std::size_t start,
+                                const BlockTaps<kTaps>& taps, uint64_t invert) {
     const std::size_t degree = taps.front();
     alignas(kLineBytes) BlockRing ring;
     for (std::size_t j = 0; j < degree; ++j) {
@@ -313,6 +313,17 @@ KV_WIDE_CLONES void ExtendBlocks(std::span<Byte> out, std::size_t start,
     alignas(kLineBytes) std::array<Byte, kBlockBytes> part;
     WriteBlock<false>(*last, degree + blocks, taps, invert, part.data());
     std::memcpy(dst + blocks * kBlockBytes, part.data(), (out.size() - start) % kBlockBytes);
+}
+
+// WriteBlocks with the stores that suit the size of the output.
+template <std::size_t kTaps>
+void ExtendBlocks(std::span<Byte> out, std::size_t start, const BlockTaps<kTaps>& taps,
+                  uint64_t invert) {
+    if (out.size() >= kStreamFromBytes) {
+        WriteBlocks<true>(out, start, taps, invert);
+    } else {
+        WriteBlocks<false>(out, start, taps, invert);
+    }
 }
 
 }  // namespace
@@ -356,15 +367,10 @@ void FillRegisterOutput(int degree, std::span<uint8_t> out, bool invert) {
         return;
     }
     const uint64_t blockFlip = invert ? ~uint64_t{0} : 0;
-    const bool stream = total >= kStreamFromBytes;
     if (taps.size() == 2) {
-        const BlockTaps<2> blockTaps{taps[0], taps[1]};
-        stream ? ExtendBlocks<true>(out, blocksStart, blockTaps, blockFlip)
-               : ExtendBlocks<false>(out, blocksStart, blockTaps, blockFlip);
+        ExtendBlocks(out, blocksStart, BlockTaps<2>{taps[0], taps[1]}, blockFlip);
     } else {
-        const BlockTaps<4> blockTaps{taps[0], taps[1], taps[2], taps[3]};
-        stream ? ExtendBlocks<true>(out, blocksStart, blockTaps, blockFlip)
-               : ExtendBlocks<false>(out, blocksStart, blockTaps, blockFlip);
+        ExtendBlocks(out, blocksStart, BlockTaps<4>{taps[0], taps[1], taps[2], taps[3]}, blockFlip);
     }
 }
 
