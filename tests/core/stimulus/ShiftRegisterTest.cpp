@@ -95,6 +95,39 @@ TEST(RegisterFill, EveryStartWithinACacheLineGivesTheSameBitsAndStaysInside) {
     }
 }
 
+// Large outputs are written as two halves at once, and those too large for
+// the caches past them. Checked without a second buffer of that size: the
+// first outputs are the register's, and each later one is the XOR of those at
+// the tap distances before it (inverted with the output, as the taps are even
+// in number), which by induction makes every byte the register's, down to the
+// last, partly filled block.
+TEST(RegisterFill, LargeOutputsFollowTheRegisterToTheLastByte) {
+    struct Case {
+        int degree;
+        bool invert;
+        std::size_t count;
+    };
+    for (const Case& c : {Case{31, false, (std::size_t{8} << 20) + 1000},
+                          Case{32, true, (std::size_t{64} << 20) + 1000}}) {
+        const auto out = Blockwise(c.degree, c.count, c.invert);
+        const std::size_t head = 4096;
+        const auto expectedHead = Stepwise(c.degree, head, c.invert);
+        ASSERT_TRUE(std::equal(expectedHead.begin(), expectedHead.end(), out.begin()));
+        const std::span<const uint8_t> taps = kv::RegisterTaps(c.degree);
+        std::size_t firstWrong = c.count;
+        for (std::size_t i = head; i < c.count && firstWrong == c.count; ++i) {
+            uint8_t expected = c.invert ? 1 : 0;
+            for (const uint8_t tap : taps) {
+                expected ^= out[i - tap];
+            }
+            if (out[i] != expected) {
+                firstWrong = i;
+            }
+        }
+        EXPECT_EQ(firstWrong, c.count) << "degree " << c.degree;
+    }
+}
+
 TEST(RegisterFill, FullPeriodOfDegree24MatchesAndRepeats) {
     const int degree = 24;
     const std::size_t period = (std::size_t{1} << degree) - 1;
