@@ -1,10 +1,11 @@
 #include "core/eye/EyeView.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
-#include "core/chart/AxisText.h"
 #include "core/eye/EyeMaskTest.h"
+#include "core/shared/Misc_String.h"
 #include "core/shared/NumberText.h"
 
 namespace kv {
@@ -15,6 +16,18 @@ constexpr int kPanelDigits = 26;
 constexpr int kPanelShareDivisor = 3;
 
 constexpr const char* kNotMeasured = "-";
+
+using UnitFormatter = bool (*)(double, char*, std::size_t, char*);
+
+// A measured value as the library's engineering formatters write it ("1.00 V", "3.300 ns").
+std::string Engineering(UnitFormatter format, double value) {
+    if (!std::isfinite(value)) {
+        return kNotMeasured;
+    }
+    std::array<char, 64> text{};
+    format(value, text.data(), text.size() - 1, nullptr);
+    return text.data();
+}
 
 }  // namespace
 
@@ -99,12 +112,13 @@ std::optional<std::pair<VEC2, VEC2>> EyeView::Extent() const {
     VEC2 low{0.0, grid.vMin};
     VEC2 high{m_timing->interval * m_timing->eyes, grid.vMax};
     if (MaskDrawn()) {
-        for (const std::vector<VEC2>* limit : {&m_outline->topLimit, &m_outline->baseLimit}) {
-            for (const VEC2& point : *limit) {
-                low.y = std::min(low.y, point.y);
-                high.y = std::max(high.y, point.y);
-            }
-        }
+        // The limits keep a twentieth of their distance clear of the plot's edges, as the grid
+        // keeps the trace, so that the frame does not hide them.
+        const double top = m_outline->topLimit.front().y;
+        const double base = m_outline->baseLimit.front().y;
+        const double pad = (top - base) / 20.0;
+        low.y = std::min(low.y, base - pad);
+        high.y = std::max(high.y, top + pad);
     }
     return std::pair{low, high};
 }
@@ -115,22 +129,17 @@ std::vector<std::pair<std::string, std::string>> EyeView::PanelLines() const {
         return lines;
     }
     const EyeMeasure& m = m_eye->measure;
-    const bool prefixes = m_chart.Prefixes();
-    const auto quantity = [&](const char* label, double value, const char* unit) {
-        lines.emplace_back(
-            label, std::isfinite(value) ? ReadoutValueText(value, prefixes, unit) : kNotMeasured);
-    };
     lines.emplace_back("Samples", std::to_string(m.samples));
     lines.emplace_back("Unit intervals", std::to_string(m.unitIntervals));
-    quantity("Level 1", m.level1, "V");
-    quantity("Level 0", m.level0, "V");
-    quantity("Noise 1", m.noise1, "V");
-    quantity("Noise 0", m.noise0, "V");
-    quantity("Eye height", m.eyeHeight, "V");
-    quantity("Eye width", m.eyeWidth, "s");
-    quantity("Eye centre", m.eyeCentreTime, "s");
-    quantity("Jitter RMS", m.crossingJitterRms, "s");
-    quantity("Jitter p-p", m.crossingJitterPeakToPeak, "s");
+    lines.emplace_back("Level 1", Engineering(FormatVoltage, m.level1));
+    lines.emplace_back("Level 0", Engineering(FormatVoltage, m.level0));
+    lines.emplace_back("Noise 1", Engineering(FormatVoltage, m.noise1));
+    lines.emplace_back("Noise 0", Engineering(FormatVoltage, m.noise0));
+    lines.emplace_back("Eye height", Engineering(FormatVoltage, m.eyeHeight));
+    lines.emplace_back("Eye width", Engineering(FormatTime, m.eyeWidth));
+    lines.emplace_back("Eye centre", Engineering(FormatTime, m.eyeCentreTime));
+    lines.emplace_back("Jitter RMS", Engineering(FormatTime, m.crossingJitterRms));
+    lines.emplace_back("Jitter p-p", Engineering(FormatTime, m.crossingJitterPeakToPeak));
     lines.emplace_back("Mask hits", m.maskHits < 0 ? "not tested" : std::to_string(m.maskHits));
     lines.emplace_back("Mask margin", std::isfinite(m.maskMarginPercent)
                                           ? FormatSignificant(m.maskMarginPercent, 3) + " %"

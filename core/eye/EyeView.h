@@ -68,8 +68,8 @@ public:
     const Rect& PanelRect() const { return m_panel; }
 
     // The panel's lines, label and value: the count of samples and unit intervals, the
-    // levels, noise, height, width, centre and jitter with SI prefixes, the mask's hits and
-    // margin; "-" for a value that could not be measured.
+    // levels, noise, height, width, centre and jitter as the engineering formatters write
+    // them, the mask's hits and margin; "-" for a value that could not be measured.
     std::vector<std::pair<std::string, std::string>> PanelLines() const;
 
     // The whole picture in client coordinates.

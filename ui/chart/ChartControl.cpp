@@ -118,6 +118,7 @@ bool CChartControl::SaveImage(const char* path) {
     if (!m_created || path == nullptr) {
         return false;
     }
+    LayOutForSize();
     const QString file = QString::fromUtf8(path);
     const auto draw = [this](ICanvas& canvas) { PaintPicture(canvas); };
     if (file.endsWith(QStringLiteral(".png"), Qt::CaseInsensitive)) {
@@ -138,8 +139,15 @@ void CChartControl::LayOutPicture(const Rect& client) {
 }
 
 void CChartControl::LayOut() {
+    m_laidOutSize = size();
     LayOutPicture({0, 0, width(), height()});
     Changed();
+}
+
+void CChartControl::LayOutForSize() {
+    if (m_laidOutSize != size()) {
+        LayOut();
+    }
 }
 
 void CChartControl::MeasureFont() {
@@ -190,7 +198,8 @@ void CChartControl::Fit() {
     Changed();
 }
 
-QImage CChartControl::RenderImage() const {
+QImage CChartControl::RenderImage() {
+    LayOutForSize();
     return RenderCanvasImage(size(), font(), [this](ICanvas& canvas) { PaintPicture(canvas); });
 }
 
@@ -199,6 +208,7 @@ void CChartControl::CopyImage() {
 }
 
 bool CChartControl::SaveImage() {
+    LayOutForSize();
     IFileChooser& chooser = m_chooser != nullptr ? *m_chooser : *m_dialogChooser;
     return SaveCanvasImageAs(chooser, {m_imageName, m_imageTitle, size(), font()},
                              [this](ICanvas& canvas) { PaintPicture(canvas); });

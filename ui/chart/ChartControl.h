@@ -56,7 +56,7 @@ public:
     // Where "Save image..." asks for its file; null: a file dialog.
     void SetFileChooser(IFileChooser* chooser) { m_chooser = chooser; }
     // The picture as it is drawn now, in an image of the control's size.
-    QImage RenderImage() const;
+    QImage RenderImage();
     // "Copy image": the picture on the clipboard.
     void CopyImage();
     // "Save image...": PNG or SVG by the chosen name's extension. False when
@@ -78,6 +78,9 @@ protected:
     virtual void LayOutPicture(const Rect& client);
     // Lays the picture out anew for the control's size and font.
     void LayOut();
+    // A control not yet shown gets no resize events: before its picture is written, the
+    // layout follows the size the picture has.
+    void LayOutForSize();
 
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -103,6 +106,7 @@ private:
     std::string m_imageName;  // "Save image..." offers <name>.png
     QString m_imageTitle;     // the SVG document's title
     bool m_created = false;
+    QSize m_laidOutSize;  // the size LayOut last laid the picture out for
 };
 
 }  // namespace kv::ui
