@@ -1,10 +1,10 @@
 #include <filesystem>
 #include <iostream>
-#include <sstream>
 #include <string>
 
 #include "apps/kvcomctl/Command.h"
 #include "apps/viadescription/ViaDescription.h"
+#include "apps/viadescription/ViaExportModel.h"
 #include "core/shared/FileIo.h"
 #include "core/via/PadstackDump.h"
 
@@ -15,8 +15,7 @@ namespace kv::cli {
 namespace {
 
 using via_json::ReadViaDescription;
-using via_json::ViaDescription;
-using via_json::ViaDescriptionVia;
+using via_json::ViaExportModel;
 
 constexpr std::string_view kHelp =
     "Usage: kvcomctl padstack-dump VIA.json [-o FILE]\n"
@@ -32,20 +31,16 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
     const ParsedArguments parsed(args, {}, {"-o"});
     const std::string input(parsed.Positional(1, "one via description (VIA.json)")[0]);
     const std::string output(parsed.Value("-o").value_or(""));
-    ViaDescription description = ReadViaDescription(input);
-    std::ostringstream listing;
-    for (ViaDescriptionVia& via : description.vias) {
-        WritePadstackDump(*via.data->GetStackup(), *via.data->GetPadstack(), listing);
-    }
+    const std::string listing = ViaExportModel(ReadViaDescription(input)).PadstackDump();
     if (output.empty()) {
-        out << listing.str();
+        out << listing;
         return kExitOk;
     }
     std::filesystem::path file = output;
     if (std::filesystem::is_directory(file)) {
         file /= kPadstackDumpFileName;
     }
-    if (const FileResult written = AppendToFile(file, listing.str()); !written.ok) {
+    if (const FileResult written = AppendToFile(file, listing); !written.ok) {
         err << "kvcomctl padstack-dump: Cannot write file \"" << file.string()
             << "\": " << written.reason << '\n';
         return kExitFailure;

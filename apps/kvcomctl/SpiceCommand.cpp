@@ -3,6 +3,7 @@
 
 #include "apps/kvcomctl/Command.h"
 #include "apps/viadescription/ViaDescription.h"
+#include "apps/viadescription/ViaExportModel.h"
 #include "core/shared/FileIo.h"
 #include "core/shared/LocalTime.h"
 #include "core/via/ViaSpiceExport.h"
@@ -15,7 +16,7 @@ namespace kv::cli {
 namespace {
 
 using via_json::ReadViaDescription;
-using via_json::ViaDescription;
+using via_json::ViaExportModel;
 
 constexpr std::string_view kHelp =
     "Usage: kvcomctl spice VIA.json [-o FILE.cir] [--metric]\n"
@@ -37,8 +38,8 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
     const std::string input(parsed.Positional(1, "one via description (VIA.json)")[0]);
     const std::string output(parsed.Value("-o").value_or(""));
     const bool metric = parsed.Has("--metric");
-    const ViaDescription description = ReadViaDescription(input);
-    SpiceExportInput spice = description.SpiceInput(metric);
+    const ViaExportModel vias(ReadViaDescription(input));
+    SpiceExportInput spice = vias.SpiceInput(metric);
     spice.generated = LocalTimeNow();
     const std::string text = SpiceModelText(spice);
     if (output.empty()) {

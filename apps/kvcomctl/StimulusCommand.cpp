@@ -4,6 +4,7 @@
 
 #include "apps/kvcomctl/Command.h"
 #include "apps/kvcomctl/StimulusAssignments.h"
+#include "apps/kvcomctl/StimulusPwl.h"
 #include "core/settings/IniDocument.h"
 #include "core/settings/ProfileStore.h"
 #include "core/shared/AppProfile.h"
@@ -11,8 +12,9 @@
 #include "core/stimulus/StimulusData.h"
 #include "core/stimulus/StimulusPersistence.h"
 
-// kvcomctl stimulus show|new|set FILE.ini: the stimulus data in an
-// initialisation file, through the data object's own Load and Save.
+// kvcomctl stimulus show|new|set|pwl FILE.ini: the stimulus data in an
+// initialisation file, through the data object's own Load and Save, and the
+// waveform it drives a simulator with.
 
 namespace kv::cli {
 namespace {
@@ -21,6 +23,8 @@ constexpr std::string_view kHelp =
     "Usage: kvcomctl stimulus show FILE.ini\n"
     "       kvcomctl stimulus new FILE.ini\n"
     "       kvcomctl stimulus set FILE.ini KEY=VALUE...\n"
+    "       kvcomctl stimulus pwl FILE.ini -o FILE.cir [--jitter] [--low V] [--high V]\n"
+    "                             [--rise S] [--fall S]\n"
     "\n"
     "  show   loads the file and prints every stored key and value, in the order\n"
     "         they are saved; keys the file lacks show their defaults. A file that\n"
@@ -31,7 +35,13 @@ constexpr std::string_view kHelp =
     "         PERIOD=2.5, SEQTYPE=4, BITSEQUENCE=0110) and saves it again. Each\n"
     "         value must be wholly a number in the range the eye-diagram pages\n"
     "         allow; data that would not load back as it is refused, with the\n"
-    "         reason, and the file left as it was\n";
+    "         reason, and the file left as it was\n"
+    "  pwl    loads the file as show does and writes its waveform as the SPICE\n"
+    "         source \"VSTIM in 0 PWL(...)\" to FILE.cir (replaced whole). --jitter\n"
+    "         moves every edge by the stimulus's jitter (repeatable jitter gives the\n"
+    "         same file every time). Levels in volts, --low default 0 and --high\n"
+    "         default 1; ramp times in seconds, --rise and --fall default a tenth\n"
+    "         of the bit interval\n";
 
 // Why an existing file cannot serve as stimulus data, if it cannot. A file
 // that is there and readable but lacks keys is fine: they take defaults.
@@ -142,9 +152,22 @@ int RunSet(const std::string& path, Arguments texts, std::ostream& err) {
     return saved.ok ? kExitOk : Fail(err, saved.reason);
 }
 
+int RunPwl(const std::string& path, Arguments options, std::ostream& err) {
+    const PwlOptions parsed = ParsePwlOptions(options);
+    if (const auto problem = FileProblem(path, true)) {
+        return Fail(err, *problem);
+    }
+    CStimulusData data;
+    const StimulusReadResult read = LoadStimulusData(data, path.c_str(), true);
+    if (read.invalidReason) {
+        return Fail(err, path + " holds invalid stimulus data (" + *read.invalidReason + ")");
+    }
+    return WriteStimulusPwl(data, parsed, err);
+}
+
 int Run(Arguments args, std::ostream& out, std::ostream& err) {
     if (args.size() < 2) {
-        throw UsageError{"stimulus needs an action (show, new, set) and a file"};
+        throw UsageError{"stimulus needs an action (show, new, set, pwl) and a file"};
     }
     // The jitter seed of 8B/10B data lives in the module's own store.
     if (ModuleProfile().registryKey.empty()) {
@@ -157,6 +180,9 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
         }
         return args[0] == "new" ? RunNew(path, err) : RunShow(path, out, err);
     }
+    if (args[0] == "pwl") {
+        return RunPwl(path, args.subspan(2), err);
+    }
     if (args[0] != "set") {
         throw UsageError{"unknown action '" + std::string(args[0]) + "'"};
     }
@@ -167,7 +193,8 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
 }
 
 const CommandRegistration kRegistration{
-    {"stimulus", "show, create or change stimulus data in an INI file", kHelp, Run}};
+    {"stimulus", "show, create or change stimulus data in an INI file, or write its waveform",
+     kHelp, Run}};
 
 }  // namespace
 }  // namespace kv::cli

@@ -3,7 +3,8 @@
 // of a million points, and a frequency response on logarithmic axes. Hosts
 // meet the control by its class name inside their own layouts, which the
 // factory does not hand out, so this page builds it from the project's
-// widget library; the stimulus comes from the factory.
+// widget library, the one part of kvhost that does (see CMakeLists.txt); the
+// stimulus comes from the factory.
 
 #include <QDir>
 #include <QLabel>
@@ -17,9 +18,11 @@
 #include <vector>
 
 #include "HostPage.h"
+#include "core/ports/MessagePort.h"
 #include "kvcomctl/kvcomctl.h"
 #include "ui/canvas/CanvasExport.h"
 #include "ui/chart/ChartControl.h"
+#include "ui/ports/QtMessagePort.h"
 
 namespace {
 
@@ -102,6 +105,12 @@ void FillFrequencyChart(CChartControl& chart) {
 }
 
 QWidget* CreateChartWidget(IKVComCtlFactory& factory) {
+    // The charts' questions ("Save image..." over a file) go through this page's own copy of the
+    // message port, which the library's start-up does not reach: they are shown as boxes only
+    // when the page installs the Qt port there itself.
+    static kv::ui::QtMessagePort messagePort;
+    kv::InstallMessagePort(&messagePort);
+
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
     auto* time = new CChartControl;

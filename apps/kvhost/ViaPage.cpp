@@ -6,6 +6,7 @@
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -23,7 +24,7 @@
 #include <memory>
 
 #include "HostPage.h"
-#include "ViaExample.h"
+#include "apps/viadescription/ViaControlFill.h"
 #include "kvcomctl/kvcomctl.h"
 
 namespace {
@@ -36,6 +37,22 @@ const QStringList kExamples = {QStringLiteral("via_signal_6layer"),
 
 QString ExamplePath(const QString& name) {
     return QDir(QStringLiteral(KV_EXAMPLES_DIR)).filePath(name + QStringLiteral(".json"));
+}
+
+// Reads an example board with the via description reader and hands it to the control through
+// its interface; false with the reader's message when the example cannot be shown.
+bool LoadExample(IViaVizCtrl& control, const QString& name, QString* error) {
+    try {
+        const kv::via_json::ViaDescription description =
+            kv::via_json::ReadViaDescription(QFile::encodeName(ExamplePath(name)).toStdString());
+        if (kv::via_json::FillViaControl(control, description)) {
+            return true;
+        }
+        *error = QObject::tr("%1: the control handed out no via data").arg(name);
+    } catch (const kv::via_json::DescriptionError& failure) {
+        *error = QString::fromStdString(failure.what());
+    }
+    return false;
 }
 
 // The page holds the control and gives it back to the factory before its children go.
@@ -79,7 +96,7 @@ void TourPadstackEditor(IKVComCtlFactory& factory, const QDir& out, QTextStream&
     IViaVizCtrl* control = factory.CreateViaVisualizerCtrl();
     QString error;
     if (control == nullptr || !control->Create(nullptr, kControlId) ||
-        !FillViaControl(*control, ExamplePath(kExamples.front()), &error)) {
+        !LoadExample(*control, kExamples.front(), &error)) {
         LogTourWrite(false, out.filePath(QStringLiteral("padstack_editor.png")), log);
         factory.DestroyViaVisualizerCtrl(control);
         return;
@@ -143,7 +160,7 @@ QWidget* CreateViaWidget(IKVComCtlFactory& factory) {
 
     const auto load = [control, status](const QString& example) {
         QString error;
-        status->setText(FillViaControl(*control, ExamplePath(example), &error)
+        status->setText(LoadExample(*control, example, &error)
                             ? QObject::tr("Hover over a layer for its values; right-click for "
                                           "the control's menu.")
                             : error);
@@ -181,7 +198,7 @@ void TourOneVia(IKVComCtlFactory& factory, const QString& example, const QDir& o
     IViaVizCtrl* control = factory.CreateViaVisualizerCtrl();
     QString error;
     if (control == nullptr || !control->Create(nullptr, kControlId) ||
-        !FillViaControl(*control, ExamplePath(example), &error)) {
+        !LoadExample(*control, example, &error)) {
         log << example << ": " << (error.isEmpty() ? QStringLiteral("no control") : error) << '\n';
         LogTourWrite(false, out.filePath(example), log);
         factory.DestroyViaVisualizerCtrl(control);

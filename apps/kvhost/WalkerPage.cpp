@@ -15,7 +15,6 @@
 #include <vector>
 
 #include "HostPage.h"
-#include "core/shared/Misc_String.h"
 #include "kvcomctl/kvcomctl.h"
 
 namespace {
@@ -93,10 +92,9 @@ const std::vector<Region>& Regions() {
     return regions;
 }
 
+// Lengths as this host shows them: millimetres to the micrometre.
 std::string Length(double metres) {
-    char text[32];
-    kv::FormatLength(metres, text, sizeof text - 1, true);
-    return text;
+    return QString::number(metres * 1e3, 'f', 3).toStdString() + " mm";
 }
 
 // The host's side of the walker: owns it for the page's life and loads the

@@ -64,5 +64,6 @@ void BindStimulus(py::module_& m);
 void BindVia(py::module_& m);
 void BindAxis(py::module_& m);
 void BindEye(py::module_& m);
+void BindWaveform(py::module_& m);
 
 }  // namespace kv::python

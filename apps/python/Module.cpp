@@ -2,8 +2,8 @@
 #include "core/shared/AppProfile.h"
 
 // The `kvcomctl` Python module over the core: sequences, the 8B/10B check, .bit files,
-// engineering numbers, chart axes, eyes, the stimulus data and the via exports. The package's
-// __init__.py re-exports everything defined here.
+// engineering numbers, chart axes, eyes, the stimulus data and its waveform, and the via
+// exports. The package's __init__.py re-exports everything defined here.
 
 PYBIND11_MODULE(_core, m) {
     m.doc() = "Signal-integrity data objects, bit sequences and exports of KVComCtl.";
@@ -18,4 +18,5 @@ PYBIND11_MODULE(_core, m) {
     kv::python::BindVia(m);
     kv::python::BindAxis(m);
     kv::python::BindEye(m);
+    kv::python::BindWaveform(m);
 }

@@ -1,10 +1,9 @@
-#include <sstream>
 #include <string>
 
 #include "apps/python/Bindings.h"
 #include "apps/viadescription/ViaDescription.h"
+#include "apps/viadescription/ViaExportModel.h"
 #include "core/shared/LocalTime.h"
-#include "core/via/PadstackDump.h"
 #include "core/via/ViaSpiceWriter.h"
 
 // The via exports. A description is the dict the command line reads as JSON: it is written as
@@ -14,7 +13,7 @@
 namespace kv::python {
 namespace {
 
-via_json::ViaDescription Describe(const py::handle& description) {
+via_json::ViaExportModel Describe(const py::handle& description) {
     if (!py::isinstance<py::dict>(description)) {
         throw py::type_error("a via description must be a dict, not " +
                              std::string(py::str(py::type::of(description).attr("__name__"))));
@@ -24,26 +23,21 @@ via_json::ViaDescription Describe(const py::handle& description) {
                           .attr("dumps")(description, py::arg("allow_nan") = false)
                           .cast<std::string>();
     try {
-        return via_json::ParseViaDescription(text);
+        return via_json::ViaExportModel(via_json::ParseViaDescription(text));
     } catch (const via_json::DescriptionError& error) {
         throw py::value_error(error.what());
     }
 }
 
 std::string ViaSpice(const py::handle& description, bool metric) {
-    const via_json::ViaDescription vias = Describe(description);
+    const via_json::ViaExportModel vias = Describe(description);
     SpiceExportInput input = vias.SpiceInput(metric);
     input.generated = LocalTimeNow();
     return SpiceModelText(input);
 }
 
 std::string PadstackDump(const py::handle& description) {
-    via_json::ViaDescription vias = Describe(description);
-    std::ostringstream listing;
-    for (via_json::ViaDescriptionVia& via : vias.vias) {
-        WritePadstackDump(*via.data->GetStackup(), *via.data->GetPadstack(), listing);
-    }
-    return listing.str();
+    return Describe(description).PadstackDump();
 }
 
 }  // namespace

@@ -1,22 +1,27 @@
 #include "apps/viadescription/ViaDescription.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
-#include <cstdint>
+#include <cstring>
+#include <fstream>
 #include <initializer_list>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
+#include <string_view>
 #include <utility>
-#include <vector>
-
-#include "core/shared/FileIo.h"
 
 namespace kv::via_json {
 namespace {
 
 using nlohmann::json;
+
+// The codes of VIAELEMENT's kind and end types.
+constexpr int32_t kElementInductance = 1;
+constexpr int32_t kElementLine = 4;
+constexpr int32_t kEndCapacitance = 2;
 
 // A key as a message may show it: control characters (a NUL above all, which
 // would end the message early) written as \u00XX, as JSON writes them.
@@ -159,9 +164,11 @@ void ReadName(const Field& field, char (&name)[VIA_NAME_CAPACITY + 1]) {
         field.Fail("must not be empty");
     }
     RefuseControlCharacters(field, text);
-    if (!SetRecordName(name, text)) {
+    if (text.size() > VIA_NAME_CAPACITY) {
         field.Fail("longer than " + std::to_string(VIA_NAME_CAPACITY) + " bytes");
     }
+    std::memcpy(name, text.data(), text.size());
+    name[text.size()] = '\0';
 }
 
 std::vector<STACKUPLAYER> ReadStackup(const Field& field) {
@@ -247,10 +254,11 @@ PADDATA ReadPad(const Field& pad) {
     return record;
 }
 
-void ReadPadstack(const Field& field, const std::vector<STACKUPLAYER>& stackup, CViaVizData& data) {
+void ReadPadstack(const Field& field, const std::vector<STACKUPLAYER>& stackup,
+                  ViaDescriptionVia& via) {
     field.ExpectObject(
         {"name", "drill", "drill_extra", "plating", "first_layer", "last_layer", "pads"});
-    PADSTACK& padstack = *data.GetPadstack();
+    PADSTACK& padstack = via.padstack;
     ReadName(field.Member("name"), padstack.name);
     padstack.drill = field.Member("drill").NonNegative();
     padstack.drillExtra = OptionalNumber(field, "drill_extra");
@@ -265,19 +273,17 @@ void ReadPadstack(const Field& field, const std::vector<STACKUPLAYER>& stackup, 
         pads.Fail("needs one pad per stackup layer (" + std::to_string(stackup.size()) + "), has " +
                   std::to_string(pads.value.size()));
     }
-    std::vector<PADDATA> records;
     for (std::size_t i = 0; i < pads.value.size(); ++i) {
-        records.push_back(ReadPad(pads.Element(i)));
+        via.pads.push_back(ReadPad(pads.Element(i)));
     }
-    data.SetPads(records);
 }
 
-CViaVizElement ReadElement(const Field& field, const std::vector<STACKUPLAYER>& stackup) {
+VIAELEMENT ReadElement(const Field& field, const std::vector<STACKUPLAYER>& stackup) {
     field.ExpectObject(
         {"kind", "from", "to", "value", "delay", "start_capacitance", "end_capacitance"});
-    CViaVizElement element;
+    VIAELEMENT element{};
     element.kind = field.Member("kind").Choice(
-        {{"capacitance", 0}, {"inductance", kViaElementInductance}, {"line", kViaElementLine}});
+        {{"capacitance", 0}, {"inductance", kElementInductance}, {"line", kElementLine}});
     element.startLayer = ReadLayer(field.Member("from"), stackup);
     element.endLayer = ReadLayer(field.Member("to"), stackup);
     if (element.startLayer > element.endLayer) {
@@ -291,16 +297,16 @@ CViaVizElement ReadElement(const Field& field, const std::vector<STACKUPLAYER>& 
         element.value = field.Member("value").NonNegative();
     }
     const auto delay = field.OptionalMember("delay");
-    if (delay && element.kind != kViaElementLine) {
+    if (delay && element.kind != kElementLine) {
         delay->Fail("only a line has a delay");
     }
     element.delay = delay ? delay->NonNegative() : 0.0;
     if (const auto start = field.OptionalMember("start_capacitance")) {
-        element.startEndType = kViaEndCapacitance;
+        element.startEndType = kEndCapacitance;
         element.startCapacitance = start->NonNegative();
     }
     if (const auto end = field.OptionalMember("end_capacitance")) {
-        element.endEndType = kViaEndCapacitance;
+        element.endEndType = kEndCapacitance;
         element.endCapacitance = end->NonNegative();
     }
     return element;
@@ -309,10 +315,8 @@ CViaVizElement ReadElement(const Field& field, const std::vector<STACKUPLAYER>& 
 ViaDescriptionVia ReadVia(const Field& field, const std::vector<STACKUPLAYER>& stackup) {
     field.ExpectObject({"padstack", "elements", "ports"});
     ViaDescriptionVia via;
-    via.data = std::make_unique<CViaVizData>();
-    via.data->SetStackupLayers(stackup);
-    ReadPadstack(field.Member("padstack"), stackup, *via.data);
-    const PADSTACK& padstack = *via.data->GetPadstack();
+    ReadPadstack(field.Member("padstack"), stackup, via);
+    const PADSTACK& padstack = via.padstack;
     if (const auto elements = field.OptionalMember("elements")) {
         for (std::size_t i = 0; i < elements->ExpectArray().size(); ++i) {
             via.elements.push_back(ReadElement(elements->Element(i), stackup));
@@ -333,7 +337,7 @@ ViaDescriptionVia ReadVia(const Field& field, const std::vector<STACKUPLAYER>& s
             if (!seen.insert(layer).second) {
                 port.Fail("layer \"" + std::string(stackup[layer].name) + "\" is listed twice");
             }
-            via.ports.push_back({layer});
+            via.ports.push_back(layer);
         }
     }
     return via;
@@ -448,19 +452,36 @@ std::string PlainParserMessage(const json::exception& error) {
                            std::to_string(column) + ": " + PlainParserMessage(error));
 }
 
-}  // namespace
-
-SpiceExportInput ViaDescription::SpiceInput(bool metric) const {
-    SpiceExportInput input;
-    input.stackup = &vias.front().data->Stackup();
-    input.pair = pair;
-    input.subcircuitName = subcircuit;
-    input.metric = metric;
-    for (const ViaDescriptionVia& via : vias) {
-        input.vias.push_back({&via.data->Padstack(), via.elements, via.ports});
+// The whole file. It is read with the standard library alone, as everything here, so that a
+// host reads descriptions without the library's core.
+std::string ReadDescriptionText(const std::filesystem::path& path) {
+    // Far more than any board's description; a bigger file is no description.
+    constexpr std::size_t kMaxDescriptionBytes = 64u << 20;
+    const auto failure = [&path](int error) {
+        return DescriptionError("cannot read \"" + path.string() + "\": " +
+                                (error != 0 ? std::strerror(error) : "input/output error"));
+    };
+    errno = 0;
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        throw failure(errno);
     }
-    return input;
+    std::string text;
+    char buffer[65536];
+    while (file) {
+        file.read(buffer, sizeof buffer);
+        text.append(buffer, static_cast<std::size_t>(file.gcount()));
+        if (text.size() > kMaxDescriptionBytes) {
+            throw failure(EFBIG);
+        }
+    }
+    if (file.bad()) {
+        throw failure(errno);
+    }
+    return text;
 }
+
+}  // namespace
 
 ViaDescription ParseViaDescription(const std::string& jsonText) {
     json document;
@@ -481,7 +502,7 @@ ViaDescription ParseViaDescription(const std::string& jsonText) {
     RefuseControlCharacters(subcircuit, description.subcircuit);
     const auto pair = root.OptionalMember("pair");
     description.pair = pair && pair->Boolean();
-    const std::vector<STACKUPLAYER> stackup = ReadStackup(root.Member("stackup"));
+    description.stackup = ReadStackup(root.Member("stackup"));
     const Field vias = root.Member("vias");
     const std::size_t expected = description.pair ? 2 : 1;
     if (vias.ExpectArray().size() != expected) {
@@ -489,25 +510,19 @@ ViaDescription ParseViaDescription(const std::string& jsonText) {
                                    : "needs exactly one via (set \"pair\" for two)");
     }
     for (std::size_t i = 0; i < expected; ++i) {
-        description.vias.push_back(ReadVia(vias.Element(i), stackup));
+        description.vias.push_back(ReadVia(vias.Element(i), description.stackup));
     }
     return description;
 }
 
 ViaDescription ReadViaDescription(const std::filesystem::path& path) {
-    // Far more than any board's description; a bigger file is no description.
-    constexpr std::size_t kMaxDescriptionBytes = 64u << 20;
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored)) {
         throw DescriptionError("\"" + path.string() + "\" is a folder, not a via description");
     }
-    std::string reason;
-    const std::optional<std::string> text = ReadWholeFile(path, kMaxDescriptionBytes, &reason);
-    if (!text) {
-        throw DescriptionError("cannot read \"" + path.string() + "\": " + reason);
-    }
+    const std::string text = ReadDescriptionText(path);
     try {
-        return ParseViaDescription(*text);
+        return ParseViaDescription(text);
     } catch (const DescriptionError& error) {
         throw DescriptionError(path.string() + ": " + error.what());
     }

@@ -1,19 +1,21 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "core/via/ViaSpiceModel.h"
-#include "core/via/ViaVizData.h"
+#include "kvcomctl/IViaVizCtrl.h"
+#include "kvcomctl/ViaRecords.h"
 
 // A via or a differential via pair read from a JSON description (format in README.md): the
-// stackup, and per via its padstack, elements and ports. The command line reads it from a file
-// and the Python module from a dict turned into JSON text, so both front ends take the same
-// structure and refuse it with the same messages. It stays out of the core, which keeps to the
-// standard library, because it reads JSON through nlohmann_json.
+// stackup, and per via its padstack, elements and ports. The command line reads it from a file,
+// the Python module from a dict turned into JSON text and the demo host and its tests from the
+// example files, so every front end takes the same structure and refuses it with the same
+// messages. The result is the host contract's own records, so that a host can hand it to the
+// library as it is; it stays out of the core, which keeps to the standard library, because it
+// reads JSON through nlohmann_json.
 
 namespace kv::via_json {
 
@@ -24,19 +26,18 @@ struct DescriptionError : std::runtime_error {
 };
 
 struct ViaDescriptionVia {
-    // Holds the stackup and this via's padstack, as the host would fill them.
-    std::unique_ptr<CViaVizData> data;
-    std::vector<CViaVizElement> elements;
-    std::vector<CViaVizPort> ports;
+    // Every field but the pad array: padCount is 0 and pads null, the pads are `pads`.
+    PADSTACK padstack{};
+    std::vector<PADDATA> pads;  // one per stackup layer
+    std::vector<VIAELEMENT> elements;
+    std::vector<int32_t> ports;  // stackup indices of the port layers
 };
 
 struct ViaDescription {
     std::string subcircuit;
     bool pair = false;
-    std::vector<ViaDescriptionVia> vias;
-
-    // The export input over these vias; it refers into this description.
-    SpiceExportInput SpiceInput(bool metric) const;
+    std::vector<STACKUPLAYER> stackup;    // top layer first, at least one
+    std::vector<ViaDescriptionVia> vias;  // one, or two for a pair
 };
 
 ViaDescription ReadViaDescription(const std::filesystem::path& path);

@@ -1,5 +1,6 @@
 #include "core/eyediagram/EyeStimAdaptor.h"
 
+#include "core/eyediagram/EdgeJitter.h"
 #include "core/eyediagram/StimWaveform.h"
 #include "core/shared/FileIo.h"
 #include "kvcomctl/IEyeDiagramData.h"
@@ -8,6 +9,31 @@ namespace kv {
 
 int32_t CEyeStimAdaptor::Build(IEyeDiagramData* data, double lowLevel, double highLevel,
                                double riseTime, double fallTime) {
+    return BuildWaveform(data, {lowLevel, highLevel, riseTime, fallTime}, {});
+}
+
+int32_t CEyeStimAdaptor::BuildJittered(IEyeDiagramData* data, double lowLevel, double highLevel,
+                                       double riseTime, double fallTime) {
+    m_points.clear();
+    if (data == nullptr) {
+        return -1;
+    }
+    // Checked before any conversion: the jitter's own conversions take a
+    // positive period for granted.
+    const std::optional<EdgeJitterSpec> spec = EdgeJitterFromData(*data);
+    if (!spec) {
+        return -1;
+    }
+    const Shape shape{lowLevel, highLevel, riseTime, fallTime};
+    if (!spec->MovesEdges()) {
+        return BuildWaveform(data, shape, {});
+    }
+    EdgeJitter jitter(*spec, EdgeJitterSeedWord(data->GetJitterRepeatable()));
+    return BuildWaveform(data, shape, [&jitter](double time) { return jitter.Next(time); });
+}
+
+int32_t CEyeStimAdaptor::BuildWaveform(IEyeDiagramData* data, const Shape& shape,
+                                       EdgeDisplacement displacement) {
     m_points.clear();
     if (data == nullptr) {
         return -1;
@@ -23,10 +49,11 @@ int32_t CEyeStimAdaptor::Build(IEyeDiagramData* data, double lowLevel, double hi
     input.seqType = data->GetSeqType();
     input.period = data->GetPeriod() * 1e-9;
     input.dutyCycle = data->GetDutyCycle() * 0.01;
-    input.lowLevel = lowLevel;
-    input.highLevel = highLevel;
-    input.riseTime = riseTime;
-    input.fallTime = fallTime;
+    input.lowLevel = shape.lowLevel;
+    input.highLevel = shape.highLevel;
+    input.riseTime = shape.riseTime;
+    input.fallTime = shape.fallTime;
+    input.edgeDisplacement = std::move(displacement);
     std::optional<std::vector<STIMPOINT>> points = BuildStimulusWaveform(input);
     if (!points) {
         return -1;

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "core/eyediagram/StimWaveform.h"
 #include "kvcomctl/IEyeDiagramStimAdaptor.h"
 
 // The stimulus adaptor the factory hands out: it reads a stimulus only
@@ -22,8 +23,18 @@ public:
     double GetDuration() const override;
     void Clear() override;
     bool WritePwl(const char* path, const char* sourceName, const char* node) const override;
+    int32_t BuildJittered(IEyeDiagramData* data, double lowLevel, double highLevel, double riseTime,
+                          double fallTime) override;
 
 private:
+    struct Shape {
+        double lowLevel;
+        double highLevel;
+        double riseTime;
+        double fallTime;
+    };
+    int32_t BuildWaveform(IEyeDiagramData* data, const Shape& shape, EdgeDisplacement displacement);
+
     std::vector<STIMPOINT> m_points;
 };
 

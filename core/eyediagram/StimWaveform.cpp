@@ -1,5 +1,9 @@
 #include "core/eyediagram/StimWaveform.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 #include "core/shared/NumberText.h"
 #include "core/stimulus/SequenceType.h"
 
@@ -9,25 +13,76 @@ namespace {
 // Collects corner points: a point at the time of the last one replaces
 // nothing (two ramps meeting at a boundary share their corner), and a point
 // that only continues a flat run or a straight ramp is never asked for.
+//
+// With a displacement, each ramp is held back until the next ramp or point
+// is asked for, whose nominal time bounds how late the held one may end; the
+// last point placed bounds how early it may start.
 class CornerList {
 public:
-    explicit CornerList(std::size_t reserve) { m_points.reserve(reserve); }
+    CornerList(std::size_t reserve, const EdgeDisplacement& displacement)
+        : m_displacement(displacement) {
+        m_points.reserve(reserve);
+    }
 
     void Add(double time, double level) {
+        PlaceHeldRamp(time);
+        Put(time, level);
+    }
+    // A change of level starting at `time` and lasting `ramp`.
+    void Ramp(double time, double ramp, double from, double to) {
+        if (!m_displacement) {
+            Put(time, from);
+            Put(time + ramp, to);
+            return;
+        }
+        PlaceHeldRamp(time);
+        m_held = HeldRamp{time, ramp, from, to};
+    }
+    // None when a displacement was not a finite number.
+    std::optional<std::vector<STIMPOINT>> Take() {
+        PlaceHeldRamp(std::numeric_limits<double>::infinity());
+        if (m_refused) {
+            return std::nullopt;
+        }
+        return std::move(m_points);
+    }
+
+private:
+    struct HeldRamp {
+        double time;
+        double ramp;
+        double from;
+        double to;
+    };
+
+    void Put(double time, double level) {
         if (!m_points.empty() && m_points.back().time >= time) {
             return;
         }
         m_points.push_back({time, level});
     }
-    // A change of level starting at `time` and lasting `ramp`.
-    void Ramp(double time, double ramp, double from, double to) {
-        Add(time, from);
-        Add(time + ramp, to);
+    void PlaceHeldRamp(double nextTime) {
+        if (!m_held) {
+            return;
+        }
+        const HeldRamp held = *m_held;
+        m_held.reset();
+        const double shift = m_displacement(held.time);
+        if (!std::isfinite(shift)) {
+            m_refused = true;
+            return;
+        }
+        const double earliest = m_points.empty() ? 0.0 : m_points.back().time;
+        const double latest = nextTime - held.ramp;
+        const double start = std::max(earliest, std::min(held.time + shift, latest));
+        Put(start, held.from);
+        Put(start + held.ramp, held.to);
     }
-    std::vector<STIMPOINT> Take() { return std::move(m_points); }
 
-private:
+    const EdgeDisplacement& m_displacement;
     std::vector<STIMPOINT> m_points;
+    std::optional<HeldRamp> m_held;
+    bool m_refused = false;
 };
 
 bool IsPositiveRamp(double ramp, double limit) {
@@ -55,7 +110,7 @@ std::optional<std::vector<STIMPOINT>> BuildDataWaveform(const WaveformInput& in)
     }
     const int64_t total = perCycle * in.cycleCount * 2 + 2;
     const auto level = [&in](uint8_t bit) { return bit != 0 ? in.highLevel : in.lowLevel; };
-    CornerList corners(static_cast<std::size_t>(total));
+    CornerList corners(static_cast<std::size_t>(total), in.edgeDisplacement);
     corners.Add(0.0, level(bitAt(0)));
     const auto rampAt = [&](int64_t boundary, uint8_t bit) {
         // Each boundary's time from its index, so that no rounding adds up.
@@ -89,7 +144,7 @@ std::optional<std::vector<STIMPOINT>> BuildDutyWaveform(const WaveformInput& in)
     if (total > kMaxWaveformPoints) {
         return std::nullopt;
     }
-    CornerList corners(static_cast<std::size_t>(total));
+    CornerList corners(static_cast<std::size_t>(total), in.edgeDisplacement);
     corners.Add(0.0, in.highLevel);
     for (int64_t k = 0; k < in.cycleCount; ++k) {
         const double start = static_cast<double>(k) * in.period;
@@ -109,7 +164,9 @@ std::optional<std::vector<STIMPOINT>> BuildEdgeWaveform(const WaveformInput& in)
     if (!IsPositiveRamp(ramp, in.period)) {
         return std::nullopt;
     }
-    CornerList corners(3);
+    CornerList corners(3, in.edgeDisplacement);
+    // The starting level at time 0 even when jitter delays the ramp.
+    corners.Add(0.0, rising ? in.lowLevel : in.highLevel);
     corners.Ramp(0.0, ramp, rising ? in.lowLevel : in.highLevel,
                  rising ? in.highLevel : in.lowLevel);
     corners.Add(end, rising ? in.highLevel : in.lowLevel);
@@ -131,6 +188,20 @@ std::optional<std::vector<STIMPOINT>> BuildStimulusWaveform(const WaveformInput&
         default:
             return BuildDataWaveform(input);
     }
+}
+
+std::string NoWaveformMessage(bool withJitter) {
+    std::string text =
+        "the stimulus makes no waveform with these ramps: the period must be above 0, each ramp "
+        "above 0 s and no longer than the bit interval (for Oscillator and Pulse: than the part "
+        "of the period it starts), the waveform at most " +
+        std::to_string(kMaxWaveformPoints) + " points";
+    if (withJitter) {
+        text +=
+            ", and the jitter values finite numbers, magnitudes not negative and the simple "
+            "jitter type 0 to 2";
+    }
+    return text;
 }
 
 bool IsSpiceToken(std::string_view name) {

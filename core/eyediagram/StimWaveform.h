@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -13,6 +14,10 @@
 
 namespace kv {
 
+// Seconds by which the edge (ramp) that nominally starts at the given time
+// moves; asked once per edge, in time order.
+using EdgeDisplacement = std::function<double(double nominalStart)>;
+
 // Everything the waveform depends on, in SI units.
 struct WaveformInput {
     std::span<const uint8_t> bits;  // one cycle, one byte (0 or 1) per bit
@@ -24,6 +29,8 @@ struct WaveformInput {
     double highLevel = 1.0;
     double riseTime = 0.0;
     double fallTime = 0.0;
+    // None: every edge at its nominal time.
+    EdgeDisplacement edgeDisplacement;
 };
 
 // A waveform longer than this many points is refused rather than allocated:
@@ -40,7 +47,17 @@ inline constexpr int64_t kMaxWaveformPoints = int64_t{1} << 24;
 // duty cycle at the start of each of the cycleCount periods. Edge (8) starts
 // at the level opposite its one bit, ramps to it at time 0 and holds it for
 // cycleCount periods.
+//
+// A displacement moves each ramp, clamped so that it starts no earlier than
+// the point before it (the previous ramp's end, or time 0) and ends no later
+// than the next ramp's nominal start (or the end of the waveform): edges keep
+// their order and times stay increasing. A displacement that is not a finite
+// number refuses the waveform.
 std::optional<std::vector<STIMPOINT>> BuildStimulusWaveform(const WaveformInput& input);
+
+// What a waveform that was refused needed, for a person who asked for it
+// (with `withJitter`, the jitter's own conditions too).
+std::string NoWaveformMessage(bool withJitter);
 
 // The SPICE voltage source "V<sourceName> <node> 0 PWL(...)" with one
 // continuation line per four points, after a comment line, so that the text

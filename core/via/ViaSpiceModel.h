@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "kvcomctl/IViaVizCtrl.h"
 #include "kvcomctl/ViaRecords.h"
 
 // What the SPICE export of a via is made from: per via a list of lumped elements and a list of
@@ -32,6 +33,12 @@ struct CViaVizElement {
     double endCapacitance = 0.0;    // farads
     double delay = 0.0;             // seconds, lines only
 };
+
+// The element a host hands over as a VIAELEMENT.
+inline CViaVizElement ToViaVizElement(const VIAELEMENT& e) {
+    return {e.kind,  e.startEndType,     e.endEndType,     e.startLayer, e.endLayer,
+            e.value, e.startCapacitance, e.endCapacitance, e.delay};
+}
 
 // A layer at which the via connects to the outside.
 struct CViaVizPort {

@@ -34,9 +34,7 @@ bool ViaVisualizer::SetElements(int32_t via, const VIAELEMENT* elements, int32_t
     std::vector<CViaVizElement>& copy = m_models[static_cast<std::size_t>(via)].elements;
     copy.clear();
     for (int32_t i = 0; i < count; ++i) {
-        const VIAELEMENT& e = elements[i];
-        copy.push_back({e.kind, e.startEndType, e.endEndType, e.startLayer, e.endLayer, e.value,
-                        e.startCapacitance, e.endCapacitance, e.delay});
+        copy.push_back(ToViaVizElement(elements[i]));
     }
     return true;
 }

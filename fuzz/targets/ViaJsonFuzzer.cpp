@@ -9,6 +9,7 @@
 
 #include "FuzzSupport.h"
 #include "apps/viadescription/ViaDescription.h"
+#include "apps/viadescription/ViaExportModel.h"
 #include "core/via/ViaSpiceWriter.h"
 
 namespace {
@@ -52,15 +53,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     }
     Expect(!HoldsNul(nlohmann::json::parse(text)),
            "a NUL in a name was accepted in \"" + Escaped(text) + "\"");
-    const STACKUPARRAY& stackup = description.vias.front().data->Stackup();
     std::set<std::string> names;
-    for (int32_t i = 0; i < stackup.count; ++i) {
-        Expect(names.insert(stackup.layers[i].name).second,
-               "two layers named \"" + Escaped(stackup.layers[i].name) + "\" were accepted in \"" +
-                   Escaped(text) + "\"");
+    for (const STACKUPLAYER& layer : description.stackup) {
+        Expect(names.insert(layer.name).second, "two layers named \"" + Escaped(layer.name) +
+                                                    "\" were accepted in \"" + Escaped(text) +
+                                                    "\"");
     }
+    const kv::via_json::ViaExportModel vias(description);
     for (const bool metric : {false, true}) {
-        const std::string spice = kv::SpiceModelText(description.SpiceInput(metric));
+        const std::string spice = kv::SpiceModelText(vias.SpiceInput(metric));
         Expect(spice.find(".SUBCKT") != std::string::npos && spice.ends_with(".ENDS\n"),
                "the subcircuit of \"" + Escaped(text) + "\" was not written whole");
     }

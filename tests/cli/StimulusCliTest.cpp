@@ -151,4 +151,40 @@ TEST_F(StimulusCli, SetKeepsTheLineEndsAndBytesOfTheRest) {
     EXPECT_NE(text.find("\r\nEYECOUNT=2\r\n"), std::string::npos);
 }
 
+TEST_F(StimulusCli, PwlWritesTheWaveformWithOrWithoutJitter) {
+    const std::string file = m_folder.File("stim.ini");
+    const std::string cir = m_folder.File("stim.cir");
+    ASSERT_EQ(Cli("stimulus new " + file).status, 0);
+    ASSERT_EQ(Cli("stimulus set " + file + " MAXJITTER=0.2").status, 0);
+    const auto pwl = [&](const std::string& options) {
+        std::filesystem::remove(cir);
+        const CommandResult result = Cli("stimulus pwl " + file + " -o " + cir + options);
+        EXPECT_EQ(result.status, 0) << result.err;
+        return ReadText(cir);
+    };
+
+    // 0 V to 1 V, ramps a tenth of the 3.3 ns bit interval; the new
+    // stimulus's sequence starts 0 1.
+    const std::string nominal = pwl("");
+    EXPECT_NE(nominal.find("\nVSTIM in 0 PWL(\n+ 0 0 3.3e-09 0 3.63e-09 1 "), std::string::npos)
+        << nominal;
+    EXPECT_NE(pwl(" --low -1 --high 2.5 --rise 1e-10").find("+ 0 -1 3.3e-09 -1 3.4e-09 2.5 "),
+              std::string::npos);
+    const std::string jittered = pwl(" --jitter");
+    EXPECT_NE(jittered, nominal);
+    EXPECT_EQ(pwl(" --jitter"), jittered);  // repeatable, as a new stimulus is
+    ASSERT_EQ(Cli("stimulus set " + file + " JITTERREPEATABLE=0").status, 0);
+    EXPECT_NE(pwl(" --jitter"), pwl(" --jitter"));
+
+    for (const char* options : {"", " -o x.cir --rise 0", " -o x.cir --low nan", " -o x.cir a"}) {
+        EXPECT_EQ(Cli("stimulus pwl " + file + options).status, 2) << options;
+    }
+    // A ramp longer than the bit interval makes no waveform and no file.
+    std::filesystem::remove(cir);
+    const CommandResult tooLong = Cli("stimulus pwl " + file + " -o " + cir + " --rise 1e-8");
+    EXPECT_EQ(tooLong.status, 1);
+    EXPECT_NE(tooLong.err.find("no waveform"), std::string::npos) << tooLong.err;
+    EXPECT_FALSE(std::filesystem::exists(cir));
+}
+
 }  // namespace

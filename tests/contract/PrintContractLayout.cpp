@@ -142,7 +142,8 @@ void printFactoryAndDataInterfaces(kv::test::LayoutPrinter& printer) {
     printer.interface<A>(
         "IEyeDiagramStimAdaptor", "",
         {KV_OPERATION(A, Build), KV_OPERATION(A, GetPointCount), KV_OPERATION(A, GetPoints),
-         KV_OPERATION(A, GetDuration), KV_OPERATION(A, Clear), KV_OPERATION(A, WritePwl)});
+         KV_OPERATION(A, GetDuration), KV_OPERATION(A, Clear), KV_OPERATION(A, WritePwl),
+         KV_OPERATION(A, BuildJittered)});
 }
 
 void printSheetInterfaces(kv::test::LayoutPrinter& printer) {

@@ -26,7 +26,7 @@
 #include <string>
 #include <vector>
 
-#include "apps/kvhost/ViaExample.h"
+#include "apps/viadescription/ViaControlFill.h"
 #include "kvcomctl/kvcomctl.h"
 #include "tests/host/ModalAnswers.h"
 #include "tests/host/QtHost.h"
@@ -38,6 +38,7 @@ using kv::test::Click;
 using kv::test::g_factory;
 using kv::test::g_hostLibrary;
 using kv::test::ModalAnswers;
+using kv::via_json::FillViaControl;
 
 TEST(HostLoad, FactoryIsOneStaticObjectAndTheOnlyExport) {
     ASSERT_NE(g_factory, nullptr);
@@ -188,6 +189,11 @@ ModalAnswers::Step Cancel() {
     };
 }
 
+// An example board as a host reads it, into the contract's records.
+kv::via_json::ViaDescription ReadExample(const std::string& name) {
+    return kv::via_json::ReadViaDescription(KV_EXAMPLES_DIR "/" + name + ".json");
+}
+
 TEST(HostVia, ControlFilledThroughItsDataAndExportedToTheGoldenFiles) {
     QTemporaryDir folder;
     QWidget window;
@@ -198,10 +204,7 @@ TEST(HostVia, ControlFilledThroughItsDataAndExportedToTheGoldenFiles) {
         ASSERT_TRUE(control->Create(&window, 1300));
         EXPECT_FALSE(control->Create(&window, 1300));
         EXPECT_EQ(control->GetWindow()->parentWidget(), &window);
-        QString error;
-        ASSERT_TRUE(FillViaControl(
-            *control, QStringLiteral(KV_EXAMPLES_DIR "/%1.json").arg(QLatin1String(name)), &error))
-            << error.toStdString();
+        ASSERT_TRUE(FillViaControl(*control, ReadExample(name)));
         EXPECT_EQ(control->IsPair(), std::string(name) == "via_pair_6layer");
         EXPECT_EQ(control->GetViaData(control->IsPair() ? 2 : 1), nullptr);
         EXPECT_EQ(control->GetViaData(0)->GetStackup()->count, 11);
@@ -220,8 +223,7 @@ TEST(HostVia, InteractiveExportAnsweredInItsDialogs) {
     QTemporaryDir folder;
     IViaVizCtrl* control = g_factory->CreateViaVisualizerCtrl();
     ASSERT_TRUE(control->Create(nullptr, 1300));
-    ASSERT_TRUE(FillViaControl(*control, QStringLiteral(KV_EXAMPLES_DIR "/via_signal_6layer.json"),
-                               nullptr));
+    ASSERT_TRUE(FillViaControl(*control, ReadExample("via_signal_6layer")));
     const QString path = folder.filePath(QStringLiteral("via.cir"));
     {
         ModalAnswers answers({Cancel()});
@@ -356,8 +358,24 @@ TEST(HostEyeDiagram, SheetAndAdaptorThroughTheFactory) {
     ASSERT_GT(count, 2);
     EXPECT_EQ(adaptor->GetPoints()[0].time, 0.0);
     EXPECT_NEAR(adaptor->GetDuration(), 4 * 31 * 3.3e-9, 1e-18);  // 4 cycles of 31 bits
+    const std::vector<STIMPOINT> nominal(adaptor->GetPoints(), adaptor->GetPoints() + count);
+    // The new slot: a new stimulus carries 1 ns of repeatable Gaussian jitter.
+    const auto jittered = [&] {
+        const int32_t n = adaptor->BuildJittered(data, 0.0, 3.3, 1e-10, 1e-10);
+        EXPECT_GT(n, 2);
+        return std::vector<STIMPOINT>(adaptor->GetPoints(), adaptor->GetPoints() + n);
+    };
+    const std::vector<STIMPOINT> first = jittered();
+    const std::vector<STIMPOINT> second = jittered();
+    ASSERT_EQ(first.size(), second.size());
+    EXPECT_EQ(std::memcmp(first.data(), second.data(), first.size() * sizeof(STIMPOINT)), 0);
+    EXPECT_FALSE(first.size() == nominal.size() &&
+                 std::memcmp(first.data(), nominal.data(), first.size() * sizeof(STIMPOINT)) == 0);
+    EXPECT_EQ(adaptor->GetDuration(), nominal.back().time);
     EXPECT_EQ(adaptor->Build(nullptr, 0.0, 3.3, 1e-10, 1e-10), -1);
     EXPECT_EQ(adaptor->GetPointCount(), 0);
+    data->SetPeriod(0.0);
+    EXPECT_EQ(adaptor->BuildJittered(data, 0.0, 3.3, 1e-10, 1e-10), -1);
     g_factory->Destroy(adaptor);
     g_factory->Destroy(data);
 }

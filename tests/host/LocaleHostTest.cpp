@@ -19,7 +19,7 @@
 #include <string_view>
 #include <utility>
 
-#include "apps/kvhost/ViaExample.h"
+#include "apps/viadescription/ViaControlFill.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
 #include "kvcomctl/kvcomctl.h"
 #include "tests/host/ModalAnswers.h"
@@ -137,16 +137,14 @@ TEST_F(DecimalCommaHost, ViaSubcircuitExportedAsInTheCLocale) {
     const auto [host, c] = InHostAndCLocale([this] {
         QWidget window;
         IViaVizCtrl* control = g_factory->CreateViaVisualizerCtrl();
-        QString error;
         const bool filled =
             control->Create(&window, 1300) &&
-            FillViaControl(*control, QStringLiteral(KV_EXAMPLES_DIR "/via_pair_6layer.json"),
-                           &error);
+            kv::via_json::FillViaControl(*control, kv::via_json::ReadViaDescription(
+                                                       KV_EXAMPLES_DIR "/via_pair_6layer.json"));
         const QString path = Path("via.cir");
         const bool written = filled && control->ExportToSpiceFile(path.toUtf8().constData());
         g_factory->DestroyViaVisualizerCtrl(control);
-        return written ? kv::test::WithoutExportTime(ReadFile(path))
-                       : "not exported: " + error.toStdString();
+        return written ? kv::test::WithoutExportTime(ReadFile(path)) : std::string("not exported");
     });
     EXPECT_NE(c.find("Z0="), std::string::npos) << c;
     EXPECT_EQ(host, c);

@@ -9,6 +9,7 @@ import numpy.typing as npt
 _Bits = npt.NDArray[np.uint8]
 _BitsIn = Union[npt.NDArray[np.uint8], npt.NDArray[np.bool_]]
 _Path = Union[str, os.PathLike[str]]
+_Samples = npt.NDArray[np.float64]
 
 def prbs(degree: int, init: int = 0) -> _Bits:
     """The maximal-length shift-register sequence of degree 1 to 30, first bit `init`."""
@@ -174,3 +175,13 @@ class StimulusData:
         """Saves to an INI file, a settings-store key or the module's own store."""
     def __copy__(self) -> "StimulusData": ...
     def __deepcopy__(self, memo: dict[Any, Any]) -> "StimulusData": ...
+
+def jittered_waveform(
+    stimulus: StimulusData,
+    *,
+    low: float = 0.0,
+    high: float = 1.0,
+    rise: Optional[float] = None,
+    fall: Optional[float] = None,
+) -> Tuple[_Samples, _Samples]:
+    """The waveform's corner points with its jitter: (time in s, volts); ValueError if none."""

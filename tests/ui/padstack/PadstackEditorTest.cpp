@@ -14,7 +14,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
-#include "apps/kvhost/ViaExample.h"
+#include "apps/viadescription/ViaControlFill.h"
 #include "core/padstack/PadstackRow.h"
 #include "core/padstack/PadstackUnits.h"
 #include "core/via/ViaVizData.h"
@@ -307,10 +307,8 @@ private slots:
     // record the export reads as it was.
     void unchangedOkKeepsTheExampleExportGolden() {
         kv::ui::CViaVisualizerCtrl control;
-        QString error;
-        QVERIFY2(FillViaControl(control, QStringLiteral(KV_EXAMPLES_DIR "/via_signal_6layer.json"),
-                                &error),
-                 qPrintable(error));
+        QVERIFY(kv::via_json::FillViaControl(
+            control, kv::via_json::ReadViaDescription(KV_EXAMPLES_DIR "/via_signal_6layer.json")));
         const int32_t result =
             EditWith([](CPadstackEditorDlg& dialog) { Click(dialog, CPadstackEditorDlg::kOkId); },
                      control.GetViaData(0));

@@ -12,7 +12,7 @@
 #include <QtTest>
 #include <memory>
 
-#include "apps/kvhost/ViaExample.h"
+#include "apps/viadescription/ViaControlFill.h"
 #include "core/via/ViaViewStyle.h"
 #include "module/ModuleWidgetClasses.h"
 #include "tests/support/RecordingMessagePort.h"
@@ -31,8 +31,8 @@ QByteArray ReadFile(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QString Example(const char* name) {
-    return QStringLiteral(KV_EXAMPLES_DIR "/%1.json").arg(QLatin1String(name));
+kv::via_json::ViaDescription Example(const char* name) {
+    return kv::via_json::ReadViaDescription(std::string(KV_EXAMPLES_DIR "/") + name + ".json");
 }
 
 QString Golden(const char* name) {
@@ -49,12 +49,8 @@ class ViaVisualizerCtrlTest : public QObject {
         auto control = std::make_unique<CViaVisualizerCtrl>();
         control->SetFileChooser(&m_chooser);
         control->resize(800, 500);
-        QString error;
-        if (!FillViaControl(*control, Example(example), &error)) {
-            qWarning() << error;
-            return nullptr;
-        }
-        return control;
+        return kv::via_json::FillViaControl(*control, Example(example)) ? std::move(control)
+                                                                        : nullptr;
     }
 
     void AnswerWith(const QString& fileName) {
