@@ -47,6 +47,7 @@ struct ArgbImage {
     std::span<const uint32_t> pixels;
 };
 
+// The alpha bits of an ArgbImage pixel that covers what is under it.
 inline constexpr uint32_t kOpaqueAlpha = 0xFF000000u;
 
 // How wide and high a text is in the font drawn with.
