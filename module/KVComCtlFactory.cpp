@@ -3,6 +3,8 @@
 #include "core/eyediagram/EyeStimAdaptor.h"
 #include "core/ports/MessagePort.h"
 #include "core/stimulus/StimulusData.h"
+#include "ui/chart/ChartControl.h"
+#include "ui/eye/EyeViewCtrl.h"
 #include "ui/eyediagram/EyeDiagramSheet.h"
 #include "ui/padstack/PadstackEditorDlg.h"
 #include "ui/progress/ProgressBarCtrl.h"
@@ -153,6 +155,26 @@ IProgressReportInterface* CKVComCtlFactory::CreateProgressReport() {
 
 IProgressDialogInterface* CKVComCtlFactory::CreateProgressDlg() {
     return CreateWidgetComponent<ui::CProgressDlg, IProgressDialogInterface>("The progress dialog");
+}
+
+IChartCtrl* CKVComCtlFactory::CreateChartCtrl() {
+    return CreateWidgetComponent<ui::CChartControl, IChartCtrl>("The chart control");
+}
+
+// The control carries IChartCtrl as its second base after the widget.
+void CKVComCtlFactory::DestroyChartCtrl(IChartCtrl* chart) {
+    ui::ModuleStateGuard moduleState;
+    delete static_cast<ui::CChartControl*>(chart);
+}
+
+IEyeViewCtrl* CKVComCtlFactory::CreateEyeViewCtrl() {
+    return CreateWidgetComponent<ui::CEyeViewCtrl, IEyeViewCtrl>("The eye view");
+}
+
+// The view carries IEyeViewCtrl as its last base, after the chart control.
+void CKVComCtlFactory::DestroyEyeViewCtrl(IEyeViewCtrl* eye) {
+    ui::ModuleStateGuard moduleState;
+    delete static_cast<ui::CEyeViewCtrl*>(eye);
 }
 
 }  // namespace kv::module

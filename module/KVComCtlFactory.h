@@ -47,6 +47,10 @@ public:
     IProgressBarInterface* CreateProgressBarCtrl() override;
     IProgressReportInterface* CreateProgressReport() override;
     IProgressDialogInterface* CreateProgressDlg() override;
+    IChartCtrl* CreateChartCtrl() override;
+    void DestroyChartCtrl(IChartCtrl* chart) override;
+    IEyeViewCtrl* CreateEyeViewCtrl() override;
+    void DestroyEyeViewCtrl(IEyeViewCtrl* eye) override;
 
 private:
     // From the interface pointer that CreateCoupRgnWalkerDlg handed out back

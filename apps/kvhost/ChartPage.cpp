@@ -1,164 +1,191 @@
-// The chart control on three kinds of data a signal-integrity engineer
-// looks at: the PRBS waveform of the current stimulus beside a noisy sine
-// of a million points, and a frequency response on logarithmic axes. Hosts
-// meet the control by its class name inside their own layouts, which the
-// factory does not hand out, so this page builds it from the project's
-// widget library, the one part of kvhost that does (see CMakeLists.txt); the
-// stimulus comes from the factory.
+// The chart control as a host uses it, on three kinds of data a signal-integrity engineer looks
+// at: the PRBS waveform of the current stimulus beside a noisy sine of a million points, and a
+// frequency response on logarithmic axes. Both charts and the stimulus come from the factory.
 
+#include <QApplication>
 #include <QDir>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QTextStream>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 #include <QWidget>
-#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <random>
 #include <vector>
 
 #include "HostPage.h"
-#include "core/ports/MessagePort.h"
 #include "kvcomctl/kvcomctl.h"
-#include "ui/canvas/CanvasExport.h"
-#include "ui/chart/ChartControl.h"
-#include "ui/ports/QtMessagePort.h"
 
 namespace {
-
-using kv::ChartAxis;
-using kv::ui::CChartControl;
 
 enum CurveId : uint32_t { kPrbs = 1, kSine = 2, kResponse = 3, kFirstOrder = 4 };
 
 constexpr int kSinePoints = 1000000;
 
-// The stimulus bits as a two-level waveform of 0 V and 1 V, one bit period
-// (given in nanoseconds) per bit.
-kv::Curve PrbsWaveform(IKVComCtlFactory& factory) {
+struct Series {
+    std::vector<double> x;
+    std::vector<double> y;
+    void Add(double at, double value) {
+        x.push_back(at);
+        y.push_back(value);
+    }
+};
+
+bool AddSeries(IChartCtrl& chart, const Series& series, uint32_t colour, uint32_t identifier) {
+    return chart.AddCurve(series.x.data(), series.y.data(), static_cast<int32_t>(series.x.size()),
+                          colour, identifier);
+}
+
+constexpr uint32_t ColorRef(uint32_t red, uint32_t green, uint32_t blue) {
+    return red | green << 8 | blue << 16;
+}
+
+// The stimulus bits as a two-level waveform of 0 V and 1 V, one bit period (given in
+// nanoseconds) per bit.
+Series PrbsWaveform(IKVComCtlFactory& factory) {
     IEyeDiagramData* data = factory.CreateStimulusData();
     const double period = data->GetPeriod() * 1e-9;
-    std::vector<VEC2> points;
+    Series waveform;
     for (int i = 0; i < data->GetBitCount(); ++i) {
         const double level = data->GetBit(i) ? 1.0 : 0.0;
-        points.push_back({i * period, level});
-        points.push_back({(i + 1) * period, level});
+        waveform.Add(i * period, level);
+        waveform.Add((i + 1) * period, level);
     }
     factory.Destroy(data);
-    kv::Curve curve(points.data(), static_cast<int>(points.size()), kv::MakeColorRef(0, 0, 200));
-    curve.m_identifier = kPrbs;
-    return curve;
+    return waveform;
 }
 
-// A 1 MHz sine with noise over the same time, a million samples.
-kv::Curve NoisySine(double duration) {
+// A sine of four periods with noise over the same time, a million samples.
+Series NoisySine(double duration) {
     std::mt19937 random(5);
     std::normal_distribution<double> noise(0.0, 0.04);
-    std::vector<double> x(kSinePoints);
-    std::vector<double> y(kSinePoints);
+    Series sine;
     for (int i = 0; i < kSinePoints; ++i) {
         const double t = duration * i / (kSinePoints - 1);
-        x[static_cast<size_t>(i)] = t;
-        y[static_cast<size_t>(i)] =
-            0.5 + 0.6 * std::sin(2 * M_PI * 4 * t / duration) + noise(random);
+        sine.Add(t, 0.5 + 0.6 * std::sin(2 * M_PI * 4 * t / duration) + noise(random));
     }
-    kv::Curve curve(x.data(), y.data(), kSinePoints, kv::MakeColorRef(220, 0, 0));
-    curve.m_identifier = kSine;
-    return curve;
+    return sine;
 }
 
-// The magnitude of a second-order low-pass of 1 GHz corner, Q 0.8, and of a
-// first-order one, from 1 MHz to 100 GHz.
-kv::Curve LowPass(uint32_t identifier, bool secondOrder, uint32_t colour) {
-    std::vector<VEC2> points;
+// The magnitude of a second-order low-pass of 1 GHz corner, Q 0.8, or of a first-order one,
+// from 1 MHz to 100 GHz.
+Series LowPass(bool secondOrder) {
+    Series response;
     for (int i = 0; i <= 500; ++i) {
         const double f = std::pow(10.0, 6.0 + 5.0 * i / 500.0);
         const std::complex<double> s(0.0, f / 1e9);
         const std::complex<double> h =
             secondOrder ? 1.0 / (s * s + s / 0.8 + 1.0) : 1.0 / (s + 1.0);
-        points.push_back({f, std::abs(h)});
+        response.Add(f, std::abs(h));
     }
-    kv::Curve curve(points.data(), static_cast<int>(points.size()), colour);
-    curve.m_identifier = identifier;
-    return curve;
+    return response;
 }
 
-void FillTimeChart(CChartControl& chart, IKVComCtlFactory& factory) {
-    kv::Curve prbs = PrbsWaveform(factory);
-    const double duration = prbs.m_maximum.x;
+void FillTimeChart(IChartCtrl& chart, IKVComCtlFactory& factory) {
+    const Series prbs = PrbsWaveform(factory);
+    AddSeries(chart, prbs, ColorRef(0, 0, 200), kPrbs);
+    AddSeries(chart, NoisySine(prbs.x.back()), ColorRef(220, 0, 0), kSine);
     chart.SetUnits("s", "V");
-    chart.AddCurve(std::move(prbs));
-    chart.AddCurve(NoisySine(duration));
     chart.SetCurveName(kPrbs, "PRBS stimulus");
     chart.SetCurveName(kSine, "noisy sine (10^6 points)");
     chart.Fit();
 }
 
-void FillFrequencyChart(CChartControl& chart) {
+void FillFrequencyChart(IChartCtrl& chart) {
+    AddSeries(chart, LowPass(true), ColorRef(0, 140, 0), kResponse);
+    AddSeries(chart, LowPass(false), ColorRef(160, 0, 160), kFirstOrder);
     chart.SetUnits("Hz", "");
-    chart.AddCurve(LowPass(kResponse, true, kv::MakeColorRef(0, 140, 0)));
-    chart.AddCurve(LowPass(kFirstOrder, false, kv::MakeColorRef(160, 0, 160)));
     chart.SetCurveName(kResponse, "2nd-order low-pass |H|");
     chart.SetCurveName(kFirstOrder, "1st-order low-pass |H|");
-    chart.SetLogarithmic(ChartAxis::X, true);
-    chart.SetLogarithmic(ChartAxis::Y, true);
+    chart.SetLogarithmic(true, true);
 }
 
-QWidget* CreateChartWidget(IKVComCtlFactory& factory) {
-    // The charts' questions ("Save image..." over a file) go through this page's own copy of the
-    // message port, which the library's start-up does not reach: they are shown as boxes only
-    // when the page installs the Qt port there itself.
-    static kv::ui::QtMessagePort messagePort;
-    kv::InstallMessagePort(&messagePort);
+// The host's charts, given back to the factory before the page's children go.
+class ChartPageWidget final : public QWidget {
+public:
+    explicit ChartPageWidget(IKVComCtlFactory& factory)
+        : m_factory(factory),
+          m_time(factory.CreateChartCtrl()),
+          m_frequency(factory.CreateChartCtrl()) {}
+    ~ChartPageWidget() override {
+        m_factory.DestroyChartCtrl(m_time);
+        m_factory.DestroyChartCtrl(m_frequency);
+    }
+    ChartPageWidget(const ChartPageWidget&) = delete;
+    ChartPageWidget& operator=(const ChartPageWidget&) = delete;
 
-    auto* page = new QWidget;
+    IChartCtrl* Time() const { return m_time; }
+    IChartCtrl* Frequency() const { return m_frequency; }
+
+private:
+    IKVComCtlFactory& m_factory;
+    IChartCtrl* m_time;
+    IChartCtrl* m_frequency;
+};
+
+QWidget* CreateChartWidget(IKVComCtlFactory& factory) {
+    auto* page = new ChartPageWidget(factory);
     auto* layout = new QVBoxLayout(page);
-    auto* time = new CChartControl;
-    auto* frequency = new CChartControl;
-    FillTimeChart(*time, factory);
-    FillFrequencyChart(*frequency);
+    if (page->Time() == nullptr || page->Frequency() == nullptr || !page->Time()->Create(page) ||
+        !page->Frequency()->Create(page)) {
+        layout->addWidget(new QLabel(QObject::tr("The library handed out no chart.")));
+        return page;
+    }
+    FillTimeChart(*page->Time(), factory);
+    FillFrequencyChart(*page->Frequency());
     layout->addWidget(new QLabel(QObject::tr(
         "Wheel: zoom about the pointer. Drag: zoom into a rectangle. Middle drag or "
         "Shift+drag: pan. Double click or Home: fit. Right click: scales, prefixes, images.")));
-    layout->addWidget(time, 3);
-    layout->addWidget(frequency, 2);
+    layout->addWidget(page->Time()->GetWindow(), 3);
+    layout->addWidget(page->Frequency()->GetWindow(), 2);
     return page;
 }
 
-void SaveChart(CChartControl& chart, const QDir& out, const QString& name, QTextStream& log) {
-    const auto draw = [&chart](kv::ICanvas& canvas) { chart.GetChart().Paint(canvas); };
-    const QString png = out.filePath(name + QStringLiteral(".png"));
-    LogTourWrite(kv::ui::SaveCanvasPng(png, chart.size(), chart.font(), draw), png, log);
-    const QString svg = out.filePath(name + QStringLiteral(".svg"));
-    LogTourWrite(kv::ui::SaveCanvasSvg(svg, chart.size(), chart.font(),
-                                       QStringLiteral("Chart: ") + name, draw),
-                 svg, log);
+void SaveChart(IChartCtrl& chart, const QDir& out, const QString& name, QTextStream& log) {
+    for (const QString& extension : {QStringLiteral(".png"), QStringLiteral(".svg")}) {
+        const QString path = out.filePath(name + extension);
+        LogTourWrite(chart.SaveImage(path.toUtf8().constData()), path, log);
+    }
+}
+
+// What the user's pointer does, sent to the chart's window as Qt delivers it.
+void MovePointer(QWidget& window, QPointF at) {
+    QMouseEvent move(QEvent::MouseMove, at, window.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(&window, &move);
+}
+
+void TurnWheel(QWidget& window, QPointF at, int notches) {
+    QWheelEvent wheel(at, window.mapToGlobal(at), QPoint(), QPoint(0, 120 * notches), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&window, &wheel);
 }
 
 void TourChart(IKVComCtlFactory& factory, const QDir& out, QTextStream& log) {
-    CChartControl time;
-    time.setAttribute(Qt::WA_DontShowOnScreen);
+    ChartPageWidget page(factory);
+    page.setAttribute(Qt::WA_DontShowOnScreen);
+    page.show();
+    if (page.Time() == nullptr || page.Frequency() == nullptr || !page.Time()->Create(&page) ||
+        !page.Frequency()->Create(&page)) {
+        LogTourWrite(false, out.filePath(QStringLiteral("chart_time.png")), log);
+        return;
+    }
+    QWidget& time = *page.Time()->GetWindow();
     time.resize(900, 480);
-    time.show();
-    FillTimeChart(time, factory);
-    // The pointer on the PRBS waveform's first high bit, with its readout.
-    kv::Chart& chart = time.GetChart();
-    const auto& prbs = chart.Curves().front().m_points;
-    const auto high = std::find_if(prbs.begin(), prbs.end(), [](const VEC2& p) { return p.y > 0; });
-    const VEC2 target = high != prbs.end() ? *high : VEC2{0.0, 0.0};
-    chart.OnMouseMove(chart.ToPixel({target.x, 1.0}));
-    SaveChart(time, out, QStringLiteral("chart_time"), log);
+    FillTimeChart(*page.Time(), factory);
+    // The pointer in the plot, with the readout below it.
+    const QPointF inside(time.width() * 0.4, time.height() * 0.3);
+    MovePointer(time, inside);
+    SaveChart(*page.Time(), out, QStringLiteral("chart_time"), log);
     // Three wheel notches in about the middle of the plot.
-    const kv::Rect plot = chart.PlotRect();
-    chart.OnWheel({(plot.left + plot.right) / 2, (plot.top + plot.bottom) / 2}, 3.0);
-    SaveChart(time, out, QStringLiteral("chart_zoomed"), log);
+    TurnWheel(time, QPointF(time.width() * 0.5, time.height() * 0.45), 3);
+    SaveChart(*page.Time(), out, QStringLiteral("chart_zoomed"), log);
 
-    CChartControl frequency;
-    frequency.setAttribute(Qt::WA_DontShowOnScreen);
-    frequency.resize(900, 420);
-    frequency.show();
-    FillFrequencyChart(frequency);
-    SaveChart(frequency, out, QStringLiteral("chart_frequency"), log);
+    page.Frequency()->GetWindow()->resize(900, 420);
+    FillFrequencyChart(*page.Frequency());
+    SaveChart(*page.Frequency(), out, QStringLiteral("chart_frequency"), log);
 }
 
 const HostPageRegistration kRegistration({QStringLiteral("Chart"), CreateChartWidget, TourChart});

@@ -17,7 +17,6 @@
 #include <functional>
 
 #include "HostPage.h"
-#include "core/shared/NumberText.h"
 #include "kvcomctl/kvcomctl.h"
 
 namespace {
@@ -75,8 +74,10 @@ private:
     IEyeDiagramStimAdaptor* m_adaptor;
 };
 
+// Qt writes numbers with a "." whatever the desktop's locale; a host has no part of the
+// library's own number printer.
 QString Number(double value) {
-    return QString::fromStdString(kv::FormatSignificant(value, 6));
+    return QString::number(value, 'g', 6);
 }
 
 QString Summary(EyeDiagramHost& host, int32_t points) {

@@ -10,7 +10,6 @@
 #include <memory>
 
 #include "HostPage.h"
-#include "core/shared/NumberText.h"
 #include "kvcomctl/kvcomctl.h"
 
 namespace {
@@ -25,7 +24,8 @@ QString BitsText(const IEyeDiagramData& data) {
 
 QList<QPair<QString, QString>> Values(IEyeDiagramData& data) {
     const EYEMASK& mask = *data.GetMask();
-    const auto number = [](double value) { return QString::fromStdString(kv::FormatReal(value)); };
+    // "%.15g" as the settings store writes reals; Qt writes the "." whatever the locale.
+    const auto number = [](double value) { return QString::number(value, 'g', 15); };
     return {
         {"Cycles", QString::number(data.GetCycleCount())},
         {"Skip bits", QString::number(data.GetSkipBits())},

@@ -154,11 +154,21 @@ std::optional<Range> Chart::DataRange(ChartAxis axis) const {
     const auto include = [&range](double lo, double hi) {
         range = range ? Range{std::fmin(range->lo, lo), std::fmax(range->hi, hi)} : Range{lo, hi};
     };
+    const double VEC2::*coordinate = axis == ChartAxis::X ? &VEC2::x : &VEC2::y;
+    if (m_layer != nullptr) {
+        if (const auto extent = m_layer->Extent()) {
+            const double lo = extent->first.*coordinate;
+            const double hi = extent->second.*coordinate;
+            // On a logarithmic axis only the part above 0 shows.
+            if (!logarithmic || hi > 0.0) {
+                include(logarithmic && lo <= 0.0 ? hi : lo, hi);
+            }
+        }
+    }
     for (const Curve& curve : m_curves) {
         if (curve.m_points.empty()) {
             continue;
         }
-        const double VEC2::*coordinate = axis == ChartAxis::X ? &VEC2::x : &VEC2::y;
         const double lo = curve.m_minimum.*coordinate;
         const double hi = curve.m_maximum.*coordinate;
         if (!logarithmic || lo > 0.0) {

@@ -66,6 +66,19 @@ struct TrackedPoint {
     Point pixel;
 };
 
+class Chart;
+
+// What a view built on the chart draws inside the plot besides the curves (the eye view's
+// density and mask): the chart paints it over the grid and under the curves, clipped to the
+// plot, and fits its axes to it as to a curve.
+class IChartLayer {
+public:
+    virtual ~IChartLayer() = default;
+    // The smallest and the largest x and y the layer covers; none while it shows nothing.
+    virtual std::optional<std::pair<VEC2, VEC2>> Extent() const = 0;
+    virtual void PaintPlot(ICanvas& canvas, const Chart& chart) const = 0;
+};
+
 class Chart {
 public:
     static constexpr double kWheelZoom = 0.8;  // range kept per wheel notch in
@@ -93,9 +106,14 @@ public:
     // draw every point (for measuring what the reduction saves).
     void SetReduceCurves(bool reduce) { m_reduceCurves = reduce; }
 
+    // The layer drawn under the curves (not owned; null for none).
+    void SetLayer(const IChartLayer* layer) { m_layer = layer; }
+
     // Size of a digit and height of a line in the label font; sets the
     // label spacings and lays the plot out again.
     void SetTextMetrics(int digitWidth, int textHeight);
+    int DigitWidth() const { return m_digitWidth; }
+    int TextHeight() const { return m_textHeight; }
     void SetClientRect(const Rect& client);
     const Rect& ClientRect() const { return m_client; }
     const Rect& PlotRect() const { return m_plot; }
@@ -153,6 +171,7 @@ private:
     std::vector<Curve> m_curves;
     std::vector<CurveIndex> m_indexes;
     std::vector<std::pair<uint32_t, std::string>> m_names;
+    const IChartLayer* m_layer = nullptr;
     ChartAxisState m_axes[2];
     std::optional<AxisScale> m_scales[2];
     bool m_prefixes = true;

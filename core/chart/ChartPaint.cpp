@@ -1,4 +1,4 @@
-// The picture of the chart: background, grid, curves, frame, labels,
+// The picture of the chart: background, grid, the layer, curves, frame, labels,
 // legend, and what follows the pointer (rubber band, tracked point and
 // readout).
 
@@ -44,6 +44,9 @@ void Chart::Paint(ICanvas& canvas) const {
     canvas.SetTransparentBackground(true);
     canvas.SetClipRect(m_plot);
     PaintGrid(canvas);
+    if (m_layer != nullptr) {
+        m_layer->PaintPlot(canvas, *this);
+    }
     PaintCurves(canvas);
     canvas.ResetClip();
     canvas.SelectPen(chart_colors::kFrame, 0);

@@ -1,5 +1,6 @@
 #include "core/chart/Curve.h"
 
+#include <cmath>
 #include <stdexcept>
 
 namespace kv {
@@ -40,6 +41,21 @@ Curve::Curve(const VEC2* points, int count, uint32_t colour) : m_colour(colour) 
     for (int i = 0; i < count; ++i) {
         Include(points[i]);
     }
+}
+
+std::optional<Curve> HostCurve(const double* x, const double* y, int32_t count, uint32_t colour,
+                               uint32_t identifier) {
+    if (x == nullptr || y == nullptr || count < 2) {
+        return std::nullopt;
+    }
+    for (int32_t i = 0; i < count; ++i) {
+        if (!std::isfinite(x[i]) || !std::isfinite(y[i])) {
+            return std::nullopt;
+        }
+    }
+    Curve curve(x, y, count, colour);
+    curve.m_identifier = identifier;
+    return curve;
 }
 
 void Curve::Include(const VEC2& point) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "kvcomctl/Vec2.h"
@@ -28,5 +29,11 @@ public:
 private:
     void Include(const VEC2& point);
 };
+
+// A curve a host hands over: `count` (at least 2) points of x and y, every
+// value a finite number. None for a null array, too few points or a value
+// that is not finite.
+std::optional<Curve> HostCurve(const double* x, const double* y, int32_t count, uint32_t colour,
+                               uint32_t identifier);
 
 }  // namespace kv

@@ -117,9 +117,13 @@ EyeResult AnalyseEye(const EyeTrace& trace, const EyeRequest& request) {
         return refuse(*error);
     }
     result.density.assign(static_cast<std::size_t>(grid.width) * grid.height, 0);
+    if (mask) {
+        result.hits.assign(result.density.size(), 0);
+    }
     // The frame and grid have passed and the sizes match, so the fold runs.
     const FoldCounts counts =
-        FoldEye(trace, frame, grid, result.density, mask ? &*mask : nullptr).value_or(FoldCounts{});
+        FoldEye(trace, frame, grid, result.density, mask ? &*mask : nullptr, result.hits)
+            .value_or(FoldCounts{});
 
     EyeMeasure& m = result.measure;
     m.samples = counts.samples;

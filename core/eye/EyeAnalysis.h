@@ -98,6 +98,9 @@ struct EyeResult {
     EyeGrid grid;  // as folded, the voltage range resolved
     // grid.height rows of grid.width counts, row 0 at vMin.
     std::vector<uint32_t> density;
+    // With a tested mask, the hits among them in the same cells (a hit
+    // beyond the voltage range in the nearest row); empty without.
+    std::vector<uint32_t> hits;
     // The time the grid's x = 0 stands for: the first mean crossing at or
     // after the start of the folded range.
     double origin = 0.0;

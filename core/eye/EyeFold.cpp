@@ -33,7 +33,8 @@ PointAxis AxisOf(const EyeFrame& frame, const EyeGrid& grid) {
 // work.
 template <bool kMask>
 FoldCounts FoldPoints(const EyeTrace& trace, const EyeFrame& frame, const EyeGrid& grid,
-                      uint32_t* density, MaskColumn* mask, double crossingLevel) {
+                      uint32_t* density, MaskColumn* mask, double crossingLevel,
+                      uint32_t* hitCells) {
     const std::span<const double> time = trace.time;
     const std::span<const double> volts = trace.volts;
     const PointAxis axis = AxisOf(frame, grid);
@@ -72,7 +73,13 @@ FoldCounts FoldPoints(const EyeTrace& trace, const EyeFrame& frame, const EyeGri
                 if constexpr (kMask) {
                     const double v = grid.vMin + row * voltsPerRow;
                     MaskColumn& c = mask[column];
-                    hits += ((v > c.openBelow) & (v < c.openAbove)) | (v > c.top) | (v < c.bottom);
+                    const bool hit =
+                        ((v > c.openBelow) & (v < c.openAbove)) | (v > c.top) | (v < c.bottom);
+                    hits += hit;
+                    if (hit && hitCells != nullptr) {
+                        const double nearestRow = std::clamp(row, 0.0, height - 1.0);
+                        ++hitCells[static_cast<int64_t>(nearestRow) * width + column];
+                    }
                     const bool above = v >= crossingLevel;
                     c.nearestAbove = std::min(c.nearestAbove, above ? v : c.nearestAbove);
                     c.nearestBelow = std::max(c.nearestBelow, above ? c.nearestBelow : v);
@@ -124,17 +131,19 @@ std::optional<std::string_view> FindFoldError(const EyeFrame& frame, const EyeGr
 }
 
 std::optional<FoldCounts> FoldEye(const EyeTrace& trace, const EyeFrame& frame, const EyeGrid& grid,
-                                  std::span<uint32_t> density, EyeMaskTest* mask) {
+                                  std::span<uint32_t> density, EyeMaskTest* mask,
+                                  std::span<uint32_t> hitCells) {
     if (FindFoldError(frame, grid) ||
         density.size() != static_cast<std::size_t>(grid.width) * grid.height ||
-        (mask != nullptr && mask->Columns().size() != static_cast<std::size_t>(grid.width))) {
+        (mask != nullptr && mask->Columns().size() != static_cast<std::size_t>(grid.width)) ||
+        (!hitCells.empty() && hitCells.size() != density.size())) {
         return std::nullopt;
     }
     if (mask == nullptr) {
-        return FoldPoints<false>(trace, frame, grid, density.data(), nullptr, 0.0);
+        return FoldPoints<false>(trace, frame, grid, density.data(), nullptr, 0.0, nullptr);
     }
     return FoldPoints<true>(trace, frame, grid, density.data(), mask->Columns().data(),
-                            mask->CrossingLevel());
+                            mask->CrossingLevel(), hitCells.empty() ? nullptr : hitCells.data());
 }
 
 }  // namespace kv

@@ -75,10 +75,13 @@ struct FoldCounts {
 // frame.to to `density` (grid.height rows of grid.width counts; a count
 // wraps after 2^32 - 1). With a mask test placed for the same interval, eyes
 // and grid width, also counts the points that hit the mask and keeps each
-// column's nearest points for the margin. None, and nothing added, when
-// FindFoldError finds fault or `density` or the mask's columns have another
-// size.
+// column's nearest points for the margin; given `hitCells` (a grid of the
+// density's size), adds each hit to its cell there too, one beyond the
+// grid's voltage range to the nearest row, so that every hit can be shown.
+// None, and nothing added, when FindFoldError finds fault or `density`, the
+// mask's columns or a non-empty `hitCells` have another size.
 std::optional<FoldCounts> FoldEye(const EyeTrace& trace, const EyeFrame& frame, const EyeGrid& grid,
-                                  std::span<uint32_t> density, EyeMaskTest* mask = nullptr);
+                                  std::span<uint32_t> density, EyeMaskTest* mask = nullptr,
+                                  std::span<uint32_t> hitCells = {});
 
 }  // namespace kv

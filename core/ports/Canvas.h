@@ -38,6 +38,18 @@ struct Extent {
     friend bool operator==(const Extent&, const Extent&) = default;
 };
 
+// A picture of `width` x `height` pixels, row by row from the top, each pixel 0xAARRGGBB (the
+// order the platform's images keep them in, so a painter can draw it without a copy): alpha 0
+// leaves what is under the pixel, 255 covers it. `pixels` holds width * height values.
+struct ArgbImage {
+    int width = 0;
+    int height = 0;
+    std::span<const uint32_t> pixels;
+};
+
+// The alpha bits of an ArgbImage pixel that covers what is under it.
+inline constexpr uint32_t kOpaqueAlpha = 0xFF000000u;
+
 // How wide and high a text is in the font drawn with.
 class ITextMetrics {
 public:
@@ -76,6 +88,9 @@ public:
     // Fills the closed polygon through `points` (even-odd rule) with a colour, without any
     // outline. Canvases without a polygon primitive of their own get it filled row by row.
     virtual void FillPolygon(std::span<const Point> points, uint32_t color);
+    // The image with its top-left pixel at `at`, pixel for pixel, over what is drawn; an image
+    // whose pixels do not match its size draws nothing.
+    virtual void DrawImage(Point at, const ArgbImage& image) = 0;
 
     virtual void SetTextColor(uint32_t color) = 0;
     // Text drawn over what is there (true) or on a filled box (false).

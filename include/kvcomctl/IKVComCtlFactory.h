@@ -6,7 +6,8 @@
 // its operations and given back to the matching destroy operation exactly
 // once; the host never deletes anything itself. Operation order is the
 // virtual-table order the host binds to: the seven Destroy overloads come
-// first, in the reverse of the order of their create operations.
+// first, in the reverse of the order of their create operations. Slots 18 to
+// 21 came later, after every slot a host built before them binds to.
 
 class IEyeDiagramData;
 class IEyeDiagramStimAdaptor;
@@ -17,6 +18,8 @@ class ICouplingRgnWalkerDlg;
 class IProgressBarInterface;
 class IProgressReportInterface;
 class IProgressDialogInterface;
+class IChartCtrl;
+class IEyeViewCtrl;
 
 class IKVComCtlFactory {
 public:
@@ -38,6 +41,13 @@ public:
     virtual IProgressBarInterface* CreateProgressBarCtrl() = 0;              // 15
     virtual IProgressReportInterface* CreateProgressReport() = 0;            // 16
     virtual IProgressDialogInterface* CreateProgressDlg() = 0;               // 17
+    // The chart and the eye view, each without its window until the host's
+    // Create; null without a QApplication on the calling thread (with one
+    // line on standard error). Destroying null does nothing.
+    virtual IChartCtrl* CreateChartCtrl() = 0;               // 18
+    virtual void DestroyChartCtrl(IChartCtrl* chart) = 0;    // 19
+    virtual IEyeViewCtrl* CreateEyeViewCtrl() = 0;           // 20
+    virtual void DestroyEyeViewCtrl(IEyeViewCtrl* eye) = 0;  // 21
 
 protected:
     ~IKVComCtlFactory() = default;

@@ -5,10 +5,12 @@
 
 #include "kvcomctl/EyeMask.h"
 #include "kvcomctl/ICRWDCoupledNetsList.h"
+#include "kvcomctl/IChartCtrl.h"
 #include "kvcomctl/ICouplingRgnWalkerDlg.h"
 #include "kvcomctl/IEyeDiagramData.h"
 #include "kvcomctl/IEyeDiagramDialog.h"
 #include "kvcomctl/IEyeDiagramStimAdaptor.h"
+#include "kvcomctl/IEyeViewCtrl.h"
 #include "kvcomctl/IKVComCtlFactory.h"
 #include "kvcomctl/IPadstackEditorCtrl.h"
 #include "kvcomctl/IProgress.h"

@@ -48,25 +48,41 @@ void printRecords(kv::test::LayoutPrinter& printer) {
         "CROSSSECTIONTRACE", {KV_FIELD(CROSSSECTIONTRACE, layer), KV_FIELD(CROSSSECTIONTRACE, x),
                               KV_FIELD(CROSSSECTIONTRACE, width), KV_FIELD(CROSSSECTIONTRACE, role),
                               KV_FIELD(CROSSSECTIONTRACE, net)});
+    printer.record<EYEMEASURE>(
+        "EYEMEASURE",
+        {KV_FIELD(EYEMEASURE, samples), KV_FIELD(EYEMEASURE, unitIntervals),
+         KV_FIELD(EYEMEASURE, level0), KV_FIELD(EYEMEASURE, level1), KV_FIELD(EYEMEASURE, noise0),
+         KV_FIELD(EYEMEASURE, noise1), KV_FIELD(EYEMEASURE, eyeHeight),
+         KV_FIELD(EYEMEASURE, eyeWidth), KV_FIELD(EYEMEASURE, eyeCentreTime),
+         KV_FIELD(EYEMEASURE, crossingJitterRms), KV_FIELD(EYEMEASURE, crossingJitterPeakToPeak),
+         KV_FIELD(EYEMEASURE, maskHits), KV_FIELD(EYEMEASURE, maskMarginPercent)});
 }
 
 void printFactoryAndDataInterfaces(kv::test::LayoutPrinter& printer) {
     using F = IKVComCtlFactory;
-    printer.interface<F>(
-        "IKVComCtlFactory", "",
-        {KV_OPERATION(F, CreateStimulusData),
-         KV_OVERLOAD(F, void, Destroy, IProgressDialogInterface*),
-         KV_OVERLOAD(F, void, Destroy, IProgressReportInterface*),
-         KV_OVERLOAD(F, void, Destroy, IProgressBarInterface*),
-         KV_OVERLOAD(F, void, Destroy, ICouplingRgnWalkerDlg*),
-         KV_OVERLOAD(F, void, Destroy, IEyeDiagramDialog*),
-         KV_OVERLOAD(F, void, Destroy, IEyeDiagramStimAdaptor*),
-         KV_OVERLOAD(F, void, Destroy, IEyeDiagramData*), KV_OPERATION(F, CreateEyeStimAdaptor),
-         KV_OPERATION(F, CreateEyeDiagramSheet), KV_OPERATION(F, CreateViaVisualizerCtrl),
-         KV_OPERATION(F, DestroyViaVisualizerCtrl), KV_OPERATION(F, CreatePadstackEditorDlg),
-         KV_OPERATION(F, DestroyPadstackEditorDlg), KV_OPERATION(F, CreateCoupRgnWalkerDlg),
-         KV_OPERATION(F, CreateProgressBarCtrl), KV_OPERATION(F, CreateProgressReport),
-         KV_OPERATION(F, CreateProgressDlg)});
+    printer.interface<F>("IKVComCtlFactory", "",
+                         {KV_OPERATION(F, CreateStimulusData),
+                          KV_OVERLOAD(F, void, Destroy, IProgressDialogInterface*),
+                          KV_OVERLOAD(F, void, Destroy, IProgressReportInterface*),
+                          KV_OVERLOAD(F, void, Destroy, IProgressBarInterface*),
+                          KV_OVERLOAD(F, void, Destroy, ICouplingRgnWalkerDlg*),
+                          KV_OVERLOAD(F, void, Destroy, IEyeDiagramDialog*),
+                          KV_OVERLOAD(F, void, Destroy, IEyeDiagramStimAdaptor*),
+                          KV_OVERLOAD(F, void, Destroy, IEyeDiagramData*),
+                          KV_OPERATION(F, CreateEyeStimAdaptor),
+                          KV_OPERATION(F, CreateEyeDiagramSheet),
+                          KV_OPERATION(F, CreateViaVisualizerCtrl),
+                          KV_OPERATION(F, DestroyViaVisualizerCtrl),
+                          KV_OPERATION(F, CreatePadstackEditorDlg),
+                          KV_OPERATION(F, DestroyPadstackEditorDlg),
+                          KV_OPERATION(F, CreateCoupRgnWalkerDlg),
+                          KV_OPERATION(F, CreateProgressBarCtrl),
+                          KV_OPERATION(F, CreateProgressReport),
+                          KV_OPERATION(F, CreateProgressDlg),
+                          KV_OPERATION(F, CreateChartCtrl),
+                          KV_OPERATION(F, DestroyChartCtrl),
+                          KV_OPERATION(F, CreateEyeViewCtrl),
+                          KV_OPERATION(F, DestroyEyeViewCtrl)});
 
     using D = IEyeDiagramData;
     printer.interface<D>("IEyeDiagramData", "",
@@ -169,6 +185,22 @@ void printViaInterfaces(kv::test::LayoutPrinter& printer) {
          KV_OPERATION(P, GetDefaultPad), KV_OPERATION(P, IsModified)});
 }
 
+void printChartInterfaces(kv::test::LayoutPrinter& printer) {
+    using C = IChartCtrl;
+    printer.interface<C>(
+        "IChartCtrl", "",
+        {KV_OPERATION(C, Create), KV_OPERATION(C, GetWindow), KV_OPERATION(C, AddCurve),
+         KV_OPERATION(C, SetCurveName), KV_OPERATION(C, RemoveAllCurves), KV_OPERATION(C, SetUnits),
+         KV_OPERATION(C, SetLogarithmic), KV_OPERATION(C, Fit), KV_OPERATION(C, SaveImage)});
+
+    using E = IEyeViewCtrl;
+    printer.interface<E>(
+        "IEyeViewCtrl", "",
+        {KV_OPERATION(E, Create), KV_OPERATION(E, GetWindow), KV_OPERATION(E, SetWaveform),
+         KV_OPERATION(E, SetTiming), KV_OPERATION(E, GetMeasure), KV_OPERATION(E, ShowMask),
+         KV_OPERATION(E, SaveImage)});
+}
+
 void printWalkerInterfaces(kv::test::LayoutPrinter& printer) {
     using W = ICouplingRgnWalkerDlg;
     printer.interface<W>(
@@ -234,6 +266,7 @@ int main() {
     printFactoryAndDataInterfaces(printer);
     printSheetInterfaces(printer);
     printViaInterfaces(printer);
+    printChartInterfaces(printer);
     printWalkerInterfaces(printer);
     printProgressInterfaces(printer);
     for (const std::string& error : printer.errors()) {

@@ -16,12 +16,12 @@ public:
     static constexpr int kCharWidth = 7;
     static constexpr int kTextHeight = 13;
 
-    enum class Kind { Line, FillRect, Rectangle, Text, CentredText, Polyline, FillPolygon };
+    enum class Kind { Line, FillRect, Rectangle, Text, CentredText, Polyline, FillPolygon, Image };
     struct Primitive {
         Kind kind;
         Point from;      // lines: start; text: top-left
         Point to;        // lines: end
-        Rect rect;       // fills, rectangles, centred text
+        Rect rect;       // fills, rectangles, centred text, images
         uint32_t color;  // pen (lines, rectangles), fill or text colour
         int penWidth;
         std::string text;
@@ -30,6 +30,8 @@ public:
 
     std::vector<Primitive> primitives;
     std::vector<std::vector<Point>> polygons;
+    // The pixels of every image, in the order drawn.
+    std::vector<std::vector<uint32_t>> images;
 
     Extent TextExtent(std::string_view text) const override {
         return {static_cast<int>(text.size()) * kCharWidth, kTextHeight};
@@ -78,6 +80,18 @@ public:
         }
         primitives.push_back({Kind::FillPolygon, {}, {}, box, color, 0, {}, m_origin});
         polygons.emplace_back(points.begin(), points.end());
+    }
+    // Kept as the rectangle it covers; its pixels go to `images` in the same order.
+    void DrawImage(Point at, const ArgbImage& image) override {
+        primitives.push_back({Kind::Image,
+                              at,
+                              {},
+                              {at.x, at.y, at.x + image.width, at.y + image.height},
+                              0,
+                              0,
+                              {},
+                              m_origin});
+        images.emplace_back(image.pixels.begin(), image.pixels.end());
     }
     void SetTextColor(uint32_t color) override { m_textColor = color; }
     void SetTransparentBackground(bool transparent) override { transparentText = transparent; }

@@ -274,6 +274,17 @@ void QtCanvas::FillPolygon(std::span<const Point> points, uint32_t color) {
     m_painter.setBrush(brush);
 }
 
+void QtCanvas::DrawImage(Point at, const ArgbImage& image) {
+    if (image.width <= 0 || image.height <= 0 ||
+        image.pixels.size() != static_cast<std::size_t>(image.width) * image.height) {
+        return;
+    }
+    // The core's pixels are QImage's ARGB32: the image reads them where they are.
+    const QImage view(reinterpret_cast<const uchar*>(image.pixels.data()), image.width,
+                      image.height, static_cast<qsizetype>(image.width) * 4, QImage::Format_ARGB32);
+    m_painter.drawImage(QPoint(at.x, at.y), view);
+}
+
 void QtCanvas::SetTextColor(uint32_t color) {
     m_textColor = ColorFromColorRef(color);
 }

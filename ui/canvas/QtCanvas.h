@@ -46,6 +46,7 @@ public:
     void FillRects(std::span<const Rect> rects, uint32_t color) override;
     void Rectangle(const Rect& rect) override;
     void FillPolygon(std::span<const Point> points, uint32_t color) override;
+    void DrawImage(Point at, const ArgbImage& image) override;
     void SetTextColor(uint32_t color) override;
     void SetTransparentBackground(bool transparent) override;
     void TextOut(Point at, std::string_view text) override;

@@ -48,10 +48,20 @@ constexpr double kEighthsPerNotch = 120.0;
 
 }  // namespace
 
-CChartControl::CChartControl(QWidget* parent)
+CChartControl::CChartControl(QWidget* parent) : CChartControl(std::make_unique<Chart>(), parent) {}
+
+CChartControl::CChartControl(std::unique_ptr<Chart> chart, QWidget* parent)
+    : CChartControl(*chart, parent, "chart", QStringLiteral("Chart")) {
+    m_ownChart = std::move(chart);
+}
+
+CChartControl::CChartControl(Chart& chart, QWidget* parent, std::string imageName,
+                             QString imageTitle)
     : QWidget(parent),
-      m_chart(std::make_unique<Chart>()),
-      m_dialogChooser(std::make_unique<QtFileChooser>(this)) {
+      m_chart(&chart),
+      m_dialogChooser(std::make_unique<QtFileChooser>(this)),
+      m_imageName(std::move(imageName)),
+      m_imageTitle(std::move(imageTitle)) {
     // The picture covers the whole control: nothing needs erasing first.
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
@@ -62,12 +72,89 @@ CChartControl::CChartControl(QWidget* parent)
 
 CChartControl::~CChartControl() = default;
 
+bool CChartControl::Create(QWidget* parent) {
+    if (m_created || parent == nullptr) {
+        return false;
+    }
+    setParent(parent);
+    m_created = true;
+    show();
+    return true;
+}
+
+QWidget* CChartControl::GetWindow() {
+    return m_created ? this : nullptr;
+}
+
+bool CChartControl::AddCurve(const double* x, const double* y, int32_t count, uint32_t colour,
+                             uint32_t identifier) {
+    std::optional<Curve> curve = HostCurve(x, y, count, colour, identifier);
+    if (!curve) {
+        return false;
+    }
+    AddCurve(std::move(*curve));
+    return true;
+}
+
+void CChartControl::SetCurveName(uint32_t identifier, const char* name) {
+    if (name != nullptr) {
+        SetCurveName(identifier, std::string(name));
+    }
+}
+
+void CChartControl::SetUnits(const char* xUnit, const char* yUnit) {
+    if (xUnit != nullptr && yUnit != nullptr) {
+        SetUnits(std::string(xUnit), std::string(yUnit));
+    }
+}
+
+void CChartControl::SetLogarithmic(bool xAxis, bool yAxis) {
+    SetLogarithmic(ChartAxis::X, xAxis);
+    SetLogarithmic(ChartAxis::Y, yAxis);
+}
+
+bool CChartControl::SaveImage(const char* path) {
+    if (!m_created || path == nullptr) {
+        return false;
+    }
+    LayOutForSize();
+    const QString file = QString::fromUtf8(path);
+    const auto draw = [this](ICanvas& canvas) { PaintPicture(canvas); };
+    if (file.endsWith(QStringLiteral(".png"), Qt::CaseInsensitive)) {
+        return SaveCanvasPng(file, size(), font(), draw);
+    }
+    if (file.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive)) {
+        return SaveCanvasSvg(file, size(), font(), m_imageTitle, draw);
+    }
+    return false;
+}
+
+void CChartControl::PaintPicture(ICanvas& canvas) const {
+    m_chart->Paint(canvas);
+}
+
+void CChartControl::LayOutPicture(const Rect& client) {
+    m_chart->SetClientRect(client);
+}
+
+void CChartControl::LayOut() {
+    m_laidOutSize = size();
+    LayOutPicture({0, 0, width(), height()});
+    Changed();
+}
+
+void CChartControl::LayOutForSize() {
+    if (m_laidOutSize != size()) {
+        LayOut();
+    }
+}
+
 void CChartControl::MeasureFont() {
     // The label spacings and the margins come from the width of a digit and
     // the height of a line of the control's font.
     const QFontMetrics metrics(font());
     m_chart->SetTextMetrics(metrics.horizontalAdvance(QLatin1Char('0')), metrics.height());
-    Changed();
+    LayOut();
 }
 
 void CChartControl::Changed() {
@@ -77,13 +164,6 @@ void CChartControl::Changed() {
 void CChartControl::AddCurve(Curve curve) {
     m_chart->AddCurve(std::move(curve));
     Changed();
-}
-
-void CChartControl::AddCurve(const double* x, const double* y, int count, uint32_t colour,
-                             uint32_t identifier) {
-    Curve curve(x, y, count, colour);
-    curve.m_identifier = identifier;
-    AddCurve(std::move(curve));
 }
 
 void CChartControl::RemoveAllCurves() {
@@ -117,8 +197,9 @@ void CChartControl::Fit() {
     Changed();
 }
 
-QImage CChartControl::RenderImage() const {
-    return RenderCanvasImage(size(), font(), [this](ICanvas& canvas) { m_chart->Paint(canvas); });
+QImage CChartControl::RenderImage() {
+    LayOutForSize();
+    return RenderCanvasImage(size(), font(), [this](ICanvas& canvas) { PaintPicture(canvas); });
 }
 
 void CChartControl::CopyImage() {
@@ -126,9 +207,10 @@ void CChartControl::CopyImage() {
 }
 
 bool CChartControl::SaveImage() {
+    LayOutForSize();
     IFileChooser& chooser = m_chooser != nullptr ? *m_chooser : *m_dialogChooser;
-    return SaveCanvasImageAs(chooser, {"chart", QStringLiteral("Chart"), size(), font()},
-                             [this](ICanvas& canvas) { m_chart->Paint(canvas); });
+    return SaveCanvasImageAs(chooser, {m_imageName, m_imageTitle, size(), font()},
+                             [this](ICanvas& canvas) { PaintPicture(canvas); });
 }
 
 QSize CChartControl::sizeHint() const {
@@ -141,12 +223,11 @@ void CChartControl::paintEvent(QPaintEvent* /*event*/) {
     // only once the paint is done: a buffer of its own would cost a copy of
     // every pixel.
     QtCanvas canvas(*this, font(), &m_texts);
-    m_chart->Paint(canvas);
+    PaintPicture(canvas);
 }
 
 void CChartControl::resizeEvent(QResizeEvent* /*event*/) {
-    m_chart->SetClientRect({0, 0, width(), height()});
-    Changed();
+    LayOut();
 }
 
 void CChartControl::changeEvent(QEvent* event) {

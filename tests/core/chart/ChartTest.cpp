@@ -312,3 +312,42 @@ TEST(ChartPaintTest, GridLabelsCurvesLegendAndReadout) {
 }
 
 }  // namespace
+
+// A layer over a box of data that marks where in the picture it is painted.
+class BoxLayer final : public IChartLayer {
+public:
+    static constexpr uint32_t kMarker = MakeColorRef(1, 2, 3);
+    std::optional<std::pair<VEC2, VEC2>> Extent() const override {
+        return std::pair{VEC2{2e-6, -3.0}, VEC2{3e-6, 20.0}};
+    }
+    void PaintPlot(ICanvas& canvas, const Chart& /*chart*/) const override {
+        canvas.FillRect({1, 1, 2, 2}, kMarker);
+    }
+};
+
+TEST(ChartPaintTest, LayerIsFittedLikeACurveAndPaintedBetweenGridAndCurves) {
+    Chart chart = MakeChart();
+    const BoxLayer layer;
+    chart.SetLayer(&layer);
+    chart.AddCurve(Sine(1000, 0.5, kRed, 1));
+    chart.Fit();
+    const Range x = chart.Axis(ChartAxis::X).visible;
+    const Range y = chart.Axis(ChartAxis::Y).visible;
+    EXPECT_LE(x.lo, 0.0);
+    EXPECT_GE(x.hi, 3e-6);
+    EXPECT_LE(y.lo, -3.0);
+    EXPECT_GE(y.hi, 20.0);
+
+    RecordingCanvas canvas;
+    chart.Paint(canvas);
+    const auto& all = canvas.primitives;
+    const auto at = [&all](RecordingCanvas::Kind kind, uint32_t color, bool last) {
+        const auto match = [&](const auto& p) { return p.kind == kind && p.color == color; };
+        return last ? all.rend() - std::find_if(all.rbegin(), all.rend(), match) - 1
+                    : std::find_if(all.begin(), all.end(), match) - all.begin();
+    };
+    const auto marker = at(RecordingCanvas::Kind::FillRect, BoxLayer::kMarker, false);
+    ASSERT_LT(marker, static_cast<std::ptrdiff_t>(all.size()));
+    EXPECT_LT(at(RecordingCanvas::Kind::Line, chart_colors::kMajorGrid, true), marker);
+    EXPECT_GT(at(RecordingCanvas::Kind::Polyline, kRed, false), marker);
+}

@@ -119,7 +119,33 @@ MaskRun DefaultMaskOver(double high, double offsetTime = 0.0) {
     request.mask = *data.GetMask();
     const kv::EyeResult eye = kv::AnalyseEye(waveform.Trace(), request);
     EXPECT_EQ(eye.refusal, "");
+    // Every hit is in a cell, to be shown.
+    EXPECT_EQ(std::accumulate(eye.hits.begin(), eye.hits.end(), int64_t{0}), eye.measure.maskHits);
     return {high, eye.measure.maskHits, eye.measure.maskMarginPercent};
+}
+
+TEST(EyeAnalysis, HitsBeyondTheGridsRangeAreKeptInItsEdgeRows) {
+    kv::CStimulusData data;
+    data.SetPeriod(1.0);
+    const Waveform waveform = StimulusWaveform(data, 0.0, 2.0, 0.2 * kNs);
+    kv::EyeRequest request;
+    request.timing = kv::EyeTimingOf(data);
+    // 1 V up: the 2 V level lies inside the opening, the 0 V one below the base limit, and
+    // both outside the grid.
+    data.GetMask()->OffsetVolt = 1.0;
+    request.mask = *data.GetMask();
+    request.vMin = 0.5;
+    request.vMax = 1.5;
+    const kv::EyeResult eye = kv::AnalyseEye(waveform.Trace(), request);
+    ASSERT_GT(eye.measure.maskHits, 0);
+    const auto width = static_cast<std::size_t>(eye.grid.width);
+    const auto row = [&](int r) {
+        const auto begin = eye.hits.begin() + static_cast<std::ptrdiff_t>(r * width);
+        return std::accumulate(begin, begin + static_cast<std::ptrdiff_t>(width), int64_t{0});
+    };
+    EXPECT_GT(row(0), 0);
+    EXPECT_GT(row(eye.grid.height - 1), 0);
+    EXPECT_EQ(std::accumulate(eye.hits.begin(), eye.hits.end(), int64_t{0}), eye.measure.maskHits);
 }
 
 TEST(EyeAnalysis, DefaultMaskPassesAFiveVoltEyeAndFailsATwoVoltOne) {
