@@ -188,12 +188,16 @@ TEST_F(EyeCli, BadArgumentsAreUsageErrors) {
     }
 }
 
-TEST_F(EyeCli, DrawingIsRefusedInThisVersion) {
-    const CommandResult result = Eye(m_waveform + " --interval 1e-9 -o " + m_folder.File("e.png"));
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.out, "");
-    EXPECT_NE(result.err.find("drawing the eye needs the library"), std::string::npos);
-    EXPECT_FALSE(std::filesystem::exists(m_folder.File("e.png")));
+// The image comes from the library's own eye view, loaded as a host loads it.
+TEST_F(EyeCli, DrawsTheEyeThroughTheLibrary) {
+    for (const std::string name : {"e.png", "e.svg"}) {
+        const CommandResult result = Eye(m_waveform + " --interval 1e-9 -o " + m_folder.File(name));
+        EXPECT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(result.err, "");
+        const std::string image = ReadText(m_folder.File(name));
+        EXPECT_EQ(image.substr(0, name == "e.png" ? 4 : 5), name == "e.png" ? "\x89PNG" : "<?xml")
+            << name;
+    }
 }
 
 TEST_F(EyeCli, FilesThatCannotServeSayWhyAndExitWithOne) {
