@@ -18,6 +18,7 @@
 #include <QtTest>
 #include <fstream>
 #include <functional>
+#include <limits>
 #include <map>
 
 #include "core/bitpattern/PatternPainters.h"
@@ -757,6 +758,27 @@ private slots:
         QCOMPARE(data->GetMaxJitter(), 49.9);
         QVERIFY(!data->GetJitterAsTime(1));
         QCOMPARE(data->GetUniformMag(), 1.5 * 100 / 3.3);
+    }
+
+    // A host's stimulus without a bit interval: jitter magnitudes are measured against it,
+    // so the page asks for one instead of checking or converting against none.
+    void eyeStimulusPageWithoutABitIntervalAsksForOne() {
+        auto data = NewData();
+        data->SetPeriod(std::numeric_limits<double>::quiet_NaN());
+        data->SetAdvancedJitter(true);
+        QVERIFY(!Edit(data.get(), 0x01, [&](QDialog& sheet) {
+            m_messages.Clear();
+            auto* gaussian = FindControl<QCheckBox>(&sheet, stim_id::kComponentEnabled);
+            gaussian->setChecked(true);
+            QVERIFY(!gaussian->isChecked());
+            auto* uniform = FindControl<QCheckBox>(&sheet, stim_id::kComponentEnabled + 1);
+            uniform->setChecked(true);
+            QVERIFY(!uniform->isChecked());
+            FindControl<QComboBox>(&sheet, stim_id::kComponentUnit + 2)->setCurrentIndex(1);
+            Click(sheet, kvcomctl_ids::kSheetCancel);
+        }));
+        QCOMPARE(m_messages.Requests().size(), std::size_t{2});
+        QCOMPARE(m_messages.Requests()[0].text, std::string(kv::page_message::kBitInterval));
     }
 
     void namedStimuliAreSavedOpenedAndRemoved() {
