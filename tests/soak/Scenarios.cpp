@@ -351,6 +351,8 @@ private:
         if (nets != nullptr) {
             nets->RemoveAll();
             const int count = hostile && random.Chance(0.03) ? 100000 : random.Between(0, 30);
+            m_session.actions.Trace(count == 100000 ? "host fills 100000 nets" : "host fills nets",
+                                    m_window);
             for (int i = 0; i < count; ++i) {
                 const auto name = AnyText(random, hostile && i < 50, "NET" + std::to_string(i));
                 const auto separation = AnyText(random, hostile && i < 50, "0.15 mm");

@@ -12,6 +12,7 @@
 #include <QWidget>
 #include <QWindow>
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <span>
 
@@ -138,9 +139,14 @@ void UserActions::ActOn(QWidget* window) {
 
 void UserActions::Trace(const char* what, QWidget* window) {
     if (m_trace) {
-        std::fprintf(stderr, "soak: %s on %s \"%s\"\n", what,
-                     window != nullptr ? window->metaObject()->className() : "-",
-                     window != nullptr ? qPrintable(window->windowTitle()) : "");
+        static const auto start = std::chrono::steady_clock::now();
+        const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(
+            std::chrono::steady_clock::now() - start);
+        std::fprintf(
+            stderr, "soak: %lld ms: %s on %s \"%s\" %dx%d\n", static_cast<long long>(ms.count()),
+            what, window != nullptr ? window->metaObject()->className() : "-",
+            window != nullptr ? qPrintable(window->windowTitle()) : "",
+            window != nullptr ? window->width() : 0, window != nullptr ? window->height() : 0);
     }
 }
 
