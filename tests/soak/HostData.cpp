@@ -16,8 +16,8 @@ constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr std::array kHostileReals = {kNaN,    kInf,   -kInf,  0.0,    -0.0, -1.0,
                                       1e308,   -1e308, 5e-324, 1e-300, 1e9,  2147483648.0,
                                       -2.5e-4, 1e-12,  4e9,    -1e-9};
-constexpr std::array<int32_t, 12> kHostileInts = {0,     -1,    1,      INT_MIN, INT_MAX, 32767,
-                                                  32768, 40000, 100000, -100,    7,       200};
+constexpr std::array<int32_t, 14> kHostileInts = {
+    0, -1, 1, INT_MIN, INT_MAX, 32767, 32768, 40000, 100000, -100, 7, 200, 31, 32};
 
 // The sequence kinds the pages offer, and the construction default.
 constexpr std::array<int32_t, 8> kSequenceKinds = {0, 1, 2, 3, 4, 7, 8, 9};

@@ -154,8 +154,8 @@ QString WaitingWindows::AnyPath() {
         QStringLiteral("missing folder/new.bit"),
         QStringLiteral("trailing blank .bit"),
         QString(240, u'n') + QStringLiteral(".bit"),
-        QStringLiteral("valid.bit"),
-        QStringLiteral("name with blanks.bit"),
+        QStringLiteral("hostile stimulus.ini"),
+        QStringLiteral("period zero.ini"),
     };
     return m_files.absoluteFilePath(m_random.Pick(std::span<const QString>(kNames)));
 }
@@ -167,6 +167,13 @@ void WaitingWindows::PrepareFiles() {
     Write(m_files.filePath(QStringLiteral("bad.bit")), "0102");
     Write(m_files.filePath(QStringLiteral("long.bit")), QByteArray(40000, '1'));
     Write(m_files.filePath(QStringLiteral("empty.bit")), QByteArray());
+    // Stimulus files a user may open: numbers no page allows, a period of 0, a sequence that
+    // is not one.
+    Write(m_files.filePath(QStringLiteral("hostile stimulus.ini")),
+          "[EYEDIAGRAM]\nCYCLECOUNT=2147483647\nPERIOD=nan\nDUTYCYCLE=1e999\nSEQTYPE=4\n"
+          "POLYDEGREE=31\nMAXJITTER=-1\nSEQUENCELENGTH=40000\nBITSEQUENCE=!!!!\n"
+          "MASKNAME=ABCDEFGHIJKLMNOPQRSTUVWXYZ\nSCALETIME=0\n");
+    Write(m_files.filePath(QStringLiteral("period zero.ini")), "[EYEDIAGRAM]\nPERIOD=0\n");
     QByteArray garbage(4096, '\0');
     for (char& byte : garbage) {
         byte = static_cast<char>(m_random.Below(256));
