@@ -28,10 +28,6 @@ Driver::Driver(SoakRandom& random, UserActions& actions, WaitingWindows& waiting
     Post();  // from now on whatever waits for the user is answered
 }
 
-Driver::~Driver() {
-    ++m_generation;  // the step still posted does nothing
-}
-
 bool Driver::HasActionsLeft() const {
     return m_actions < m_actionLimit &&
            (!m_deadline || std::chrono::steady_clock::now() < *m_deadline);
@@ -70,15 +66,12 @@ void Driver::RunModeless(int share, Close close, std::function<bool()> closed) {
     End();
 }
 
+// The step still posted when the driver goes is taken back with it.
 void Driver::Post() {
-    const uint64_t generation = m_generation;
-    QTimer::singleShot(0, this, [this, generation] { Step(generation); });
+    QTimer::singleShot(0, this, [this] { Step(); });
 }
 
-void Driver::Step(uint64_t generation) {
-    if (generation != m_generation) {
-        return;
-    }
+void Driver::Step() {
     Post();  // first, so that a modal loop this step opens is driven too
     Beat();
     const bool insist = m_closeAttempts > kInsistAfter;

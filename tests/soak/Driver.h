@@ -27,7 +27,6 @@ public:
     // `actionLimit` user actions at most; with a deadline, also none after it.
     Driver(SoakRandom& random, UserActions& actions, WaitingWindows& waiting, uint64_t actionLimit,
            std::optional<std::chrono::steady_clock::time_point> deadline);
-    ~Driver() override;
 
     bool HasActionsLeft() const;
     uint64_t Actions() const { return m_actions; }
@@ -52,7 +51,7 @@ public:
 
 private:
     void Post();
-    void Step(uint64_t generation);
+    void Step();
     QWidget* Target();
 
     SoakRandom& m_random;
@@ -60,7 +59,6 @@ private:
     WaitingWindows& m_waiting;
     uint64_t m_actionLimit;
     std::optional<std::chrono::steady_clock::time_point> m_deadline;
-    uint64_t m_generation = 0;
     uint64_t m_actions = 0;
     uint64_t m_events = 0;
     bool m_running = false;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDir>
-#include <QPointer>
 #include <QString>
 
 #include "tests/soak/SoakRandom.h"
@@ -39,8 +38,6 @@ private:
     SoakRandom& m_random;
     UserActions& m_actions;
     QDir m_files;
-    QPointer<QWidget> m_lastWaiting;  // how often the same window has been answered
-    int m_sameAnswers = 0;
 };
 
 }  // namespace kv::soak
