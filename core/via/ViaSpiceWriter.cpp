@@ -87,13 +87,14 @@ std::string_view PadShapeText(int32_t shape) {
     }
 }
 
-// The pad of the first via on layer `index`; a layer beyond its pad array has none.
+// The pad of the first via on layer `index`; a layer beyond its pad array, or a count a host
+// gave without an array, has none.
 PADDATA FirstViaPad(const SpiceExportInput& input, int32_t index) {
     if (input.vias.empty() || input.vias.front().padstack == nullptr) {
         return PADDATA{};
     }
     const PADSTACK& padstack = *input.vias.front().padstack;
-    return index < padstack.padCount ? padstack.pads[index] : PADDATA{};
+    return padstack.pads != nullptr && index < padstack.padCount ? padstack.pads[index] : PADDATA{};
 }
 
 void WriteBanner(const std::tm& generated, std::string& text) {
