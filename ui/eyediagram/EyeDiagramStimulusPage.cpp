@@ -380,10 +380,14 @@ void CEyeDiagramStimulusPage::OnComponentEnabled(int component, bool enabled) {
     }
     CJitter changed = m_jitter[static_cast<std::size_t>(component)];
     changed.m_enabled = enabled;
+    bool refused = false;
     if (enabled && !HasBitInterval()) {
         ShowMessage(page_message::kBitInterval, MessageIcon::Warning, MessageButtons::Ok);
+        refused = true;
+    } else if (enabled) {
+        refused = !CheckJitterMagnitude(changed, m_data.GetPeriod());
     }
-    if (enabled && (!HasBitInterval() || !CheckJitterMagnitude(changed, m_data.GetPeriod()))) {
+    if (refused) {
         m_filling = true;
         m_enabled[component]->setChecked(false);
         m_filling = false;
