@@ -117,7 +117,8 @@ std::optional<std::vector<STIMPOINT>> BuildDataWaveform(const WaveformInput& in)
         corners.Ramp(static_cast<double>(boundary) * in.period, bit ? in.riseTime : in.fallTime,
                      level(bit ? 0 : 1), level(bit));
     };
-    for (int64_t cycle = 0; cycle < in.cycleCount; ++cycle) {
+    // A level that never changes has its two ends only, over however many cycles a host asks.
+    for (int64_t cycle = 0; perCycle > 0 && cycle < in.cycleCount; ++cycle) {
         const int64_t first = cycle * static_cast<int64_t>(bitCount);
         if (cycle > 0 && wraps) {
             rampAt(first, bitAt(0));

@@ -105,6 +105,9 @@ void CStimulusData::GenerateSequence(int initState, BitVector& bits) const {
             return;
         }
         case seq::k8b10b: {
+            if (m_cycleCount > kMaxCycleCount) {
+                return;  // no data holds more cycles: a host's INT_MAX would be 21 GB of bits
+            }
             const int64_t length = int64_t{m_cycleCount} * 10;
             // The jitter seed keeps 8B/10B data the same from run to run when
             // the jitter is repeatable; otherwise the fixed seed does.
@@ -128,7 +131,7 @@ std::optional<std::string_view> CStimulusData::InvalidReason(int storedSequenceL
     // In the order Load checks them; the first that fails is named.
     static constexpr Rule kRules[] = {
         {[](const CStimulusData& d, int64_t, int) {
-             return d.m_cycleCount >= 1 && d.m_cycleCount <= 32768;
+             return d.m_cycleCount >= 1 && d.m_cycleCount <= kMaxCycleCount;
          },
          "the cycle count must be from 1 to 32768"},
         {[](const CStimulusData& d, int64_t bits, int) {

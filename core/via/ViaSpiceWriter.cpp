@@ -88,7 +88,8 @@ std::string_view PadShapeText(int32_t shape) {
     }
 }
 
-// The pad of the first via on layer `index`; a layer beyond its pad array has none.
+// The pad of the first via on layer `index`; a layer beyond its pad array, or a count a host
+// gave without an array, has none.
 PADDATA FirstViaPad(const SpiceExportInput& input, int32_t index) {
     if (input.vias.empty() || input.vias.front().padstack == nullptr) {
         return PADDATA{};

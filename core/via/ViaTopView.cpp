@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <vector>
 
 #include "core/shared/NumberText.h"
@@ -200,13 +201,14 @@ std::string TopViewTitle(const SpiceExportInput& input, int via, int layer) {
     const int count =
         input.stackup != nullptr && input.stackup->layers != nullptr ? input.stackup->count : 0;
     std::string title = input.pair ? (via == 0 ? "Right Via, " : "Left Via, ") : "";
+    // Counted from 1 for the user; a host may have asked for the last int's layer.
+    const int64_t shown = int64_t{layer} + 1;
     if (layer < 0 || layer >= count) {
-        // Counted in 64 bits: the host may name any layer, INT_MAX among them.
-        return title + "layer " + std::to_string(int64_t{layer} + 1) + " is not in the stackup";
+        return title + "layer " + std::to_string(shown) + " is not in the stackup";
     }
     const STACKUPLAYER& record = input.stackup->layers[layer];
     const auto nameEnd = std::find(record.name, record.name + sizeof record.name, '\0');
-    title += "layer " + std::to_string(layer + 1) + " " + std::string(record.name, nameEnd);
+    title += "layer " + std::to_string(shown) + " " + std::string(record.name, nameEnd);
     return record.kind == STACKUP_DIELECTRIC ? title + " (dielectric)" : title;
 }
 

@@ -15,7 +15,9 @@ class IPadstackEditorCtrl {
 public:
     // Edits data->GetPadstack() against data->GetStackup() in a modal dialog over `parent`.
     // Writes drill, span and every pad back into the records only on OK, and answers 1 then,
-    // 0 on Cancel. A null data pointer or an empty stackup answers 0 and changes nothing.
+    // 0 on Cancel. A null data pointer or an empty stackup answers 0 and changes nothing, as
+    // does data of the host's own whose pad array holds fewer pads than the stackup has layers
+    // (the library's own via data grows its array instead).
     virtual int32_t Edit(QWidget* parent, IViaVizData* data) = 0;  // 0: modal
     virtual void SetMetric(bool metric) = 0;                       // 1
     virtual void SetMaxPadSize(double metres) = 0;                 // 2

@@ -20,6 +20,7 @@
 #include "core/eyediagram/WaveformPreview.h"
 #include "core/ports/MessagePort.h"
 #include "core/stimulus/FixedPatterns.h"
+#include "core/stimulus/PageMessages.h"
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/StimulusData.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
@@ -304,6 +305,8 @@ bool CEyeDiagramStimulusPage::CommitField(QLineEdit* field) {
             changed.m_magnitude = value;
             if (!typed || value < 0) {
                 problem = kJitterMagnitudeTooLarge;
+            } else if (!HasBitInterval()) {
+                problem = page_message::kBitInterval;
             } else if (!CheckJitterMagnitude(changed, period)) {
                 field->setFocus();
                 return false;  // told by the check itself
@@ -379,13 +382,26 @@ void CEyeDiagramStimulusPage::OnJitterModeChanged() {
     m_fields[id::kComponentValue3 + 2]->setEnabled(advanced && m_enabled[2]->isChecked());
 }
 
+// Jitter magnitudes are checked and converted against the bit interval, and the host's data
+// may hold one that is none (zero, negative, not a number).
+bool CEyeDiagramStimulusPage::HasBitInterval() const {
+    return m_data.GetPeriod() > 0;
+}
+
 void CEyeDiagramStimulusPage::OnComponentEnabled(int component, bool enabled) {
     if (m_filling) {
         return;
     }
     CJitter changed = m_jitter[static_cast<std::size_t>(component)];
     changed.m_enabled = enabled;
-    if (enabled && !CheckJitterMagnitude(changed, m_data.GetPeriod())) {
+    bool refused = false;
+    if (enabled && !HasBitInterval()) {
+        ShowMessage(page_message::kBitInterval, MessageIcon::Warning, MessageButtons::Ok);
+        refused = true;
+    } else if (enabled) {
+        refused = !CheckJitterMagnitude(changed, m_data.GetPeriod());
+    }
+    if (refused) {
         m_filling = true;
         m_enabled[component]->setChecked(false);
         m_filling = false;
@@ -399,11 +415,15 @@ void CEyeDiagramStimulusPage::OnComponentUnit(int component, int unitIndex) {
     if (m_filling) {
         return;
     }
-    // The same displacement, said in the other unit.
+    // The same displacement, said in the other unit; without a bit interval to say it against
+    // the number stays as it is.
     CJitter& jitter = m_jitter[static_cast<std::size_t>(component)];
-    const double percent = MagnitudeInPercent(jitter, m_data.GetPeriod());
+    const bool convert = HasBitInterval();
+    const double percent = convert ? MagnitudeInPercent(jitter, m_data.GetPeriod()) : 0.0;
     jitter.m_asTime = unitIndex == 1 ? 1 : 0;
-    jitter.m_magnitude = MagnitudeFromPercent(jitter, percent, m_data.GetPeriod());
+    if (convert) {
+        jitter.m_magnitude = MagnitudeFromPercent(jitter, percent, m_data.GetPeriod());
+    }
     RefreshFields();
 }
 

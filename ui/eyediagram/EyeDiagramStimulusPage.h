@@ -51,6 +51,7 @@ private:
     void OnSequenceChanged(int index);
     void RegeneratePattern();
     void OnJitterModeChanged();
+    bool HasBitInterval() const;
     void OnComponentEnabled(int component, bool enabled);
     void OnComponentUnit(int component, int unitIndex);
     void StoreToData();

@@ -17,6 +17,7 @@
 #include <cstring>
 
 #include "core/padstack/PadstackMessages.h"
+#include "core/via/ViaVizData.h"
 #include "ui/padstack/PadstackCellDelegate.h"
 #include "ui/padstack/PadstackEditCommand.h"
 #include "ui/padstack/PadstackTableModel.h"
@@ -157,6 +158,13 @@ int32_t CPadstackEditorDlg::Edit(QWidget* parent, IViaVizData* data) {
     STACKUPARRAY* stackup = data != nullptr ? data->GetStackup() : nullptr;
     PADSTACK* padstack = data != nullptr ? data->GetPadstack() : nullptr;
     if (stackup == nullptr || padstack == nullptr) {
+        return 0;
+    }
+    // OK writes a pad for every layer. Via data of the library's own holds arrays from new[],
+    // which a short one is replaced by; a host's own array is the host's to allocate, so one
+    // that cannot take every layer's pad is refused before anything is shown.
+    const bool ownArrays = dynamic_cast<const CViaVizData*>(data) != nullptr;
+    if (!ownArrays && (padstack->pads == nullptr || padstack->padCount < stackup->count)) {
         return 0;
     }
     m_model.SetMetric(m_metric);

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTimer>
+#include <algorithm>
 
 #include "core/ports/Clock.h"
 #include "core/progress/DelayedShow.h"
@@ -123,7 +124,9 @@ void CProgressDlg::InitDialog() {
 
 void CProgressDlg::PlaceOver(QWidget* owner) {
     if (progress::UsesStoredPosition(m_x, m_y)) {
-        move(m_x, m_y);
+        // A window's edges are held in int: beyond the largest widget size there would be no
+        // room left for its right and bottom ones.
+        move(std::min(m_x, QWIDGETSIZE_MAX), std::min(m_y, QWIDGETSIZE_MAX));
         return;
     }
     QRect area;

@@ -57,6 +57,11 @@ void CCoupRgnWalkerDlg::BuildLayout() {
     m_currentNet = new QLabel(this);
     m_currentNet->setObjectName(ControlObjectName(kIdCurrentNet));
     m_currentNet->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    // A host's region title and net name may be of any length: the labels show what fits
+    // rather than widen the dialog to it.
+    for (QLabel* label : {m_caption, m_currentNet}) {
+        label->setMinimumWidth(1);
+    }
     auto* top = new QHBoxLayout;
     top->addWidget(m_caption, 1);
     top->addWidget(m_currentNet);

@@ -141,6 +141,20 @@ TEST(StimulusData, DegreeOutsideTheRegisterUsesTheClampedRegisterButTheGivenLeng
     EXPECT_EQ(bits.size(), 3u);
 }
 
+TEST(StimulusData, EightBTenBBeyondTheLargestCycleCountLeavesTheBits) {
+    CStimulusData data;
+    data.SetSeqType(kv::seq::k8b10b);
+    data.SetCycleCount(32768);
+    kv::BitVector bits;
+    data.GenerateSequence(0, bits);
+    EXPECT_EQ(bits.size(), 327680u);
+    // A host's count past what the data can hold: no sequence of tens of gigabytes.
+    data.SetCycleCount(32769);
+    bits = {1, 0, 1};
+    data.GenerateSequence(0, bits);
+    EXPECT_EQ(bits, (kv::BitVector{1, 0, 1}));
+}
+
 TEST(StimulusData, TypesThatAreNotGeneratedLeaveTheBits) {
     CStimulusData data;
     const kv::BitVector before = data.Bits();

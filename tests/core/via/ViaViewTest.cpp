@@ -227,6 +227,15 @@ TEST_F(ViaView, InconsistentDataIsDrawnWithoutReadingOutside) {
     EXPECT_FALSE(
         std::filesystem::exists(std::filesystem::temp_directory_path() / "kv_never_written.cir"));
 
+    // A host may ask for the top view of any layer number.
+    m_model.SetView(1);
+    m_model.SetTopViewLayer(std::numeric_limits<int32_t>::max());
+    kv::test::RecordingCanvas top;
+    m_model.Paint(top, kClient);
+    const auto titles = top.Texts();
+    EXPECT_NE(std::find(titles.begin(), titles.end(), "layer 2147483648 is not in the stackup"),
+              titles.end());
+
     kv::ViaVisualizer empty;
     kv::test::RecordingCanvas canvas;
     empty.Paint(canvas, kClient);

@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <fstream>
 #include <functional>
+#include <limits>
 #include <map>
 
 #include "core/bitpattern/PatternPainters.h"

@@ -159,6 +159,39 @@ private slots:
         QVERIFY(m_port.recorded.Requests().empty());
     }
 
+    // A host's own via data whose pad array is shorter than its stackup: the array is the
+    // host's, so the editor can neither grow it nor write every layer's pad into it.
+    void hostsShortPadArrayIsRefusedAndKept() {
+        struct HostVia final : IViaVizData {
+            STACKUPLAYER layers[3] = {Layer("TOP", STACKUP_CONDUCTOR),
+                                      Layer("CORE", STACKUP_DIELECTRIC),
+                                      Layer("BOTTOM", STACKUP_CONDUCTOR)};
+            STACKUPARRAY stackup{3, layers};
+            PADDATA pad = Pad(TableShape::Round, 20, 20, TableShape::Round, 30);
+            PADSTACK padstack{"VIA", Mils(10), 0.0, 0.0, 0, 2, 1, &pad};
+            STACKUPARRAY* GetStackup() override { return &stackup; }
+            PADSTACK* GetPadstack() override { return &padstack; }
+            void* GetViaReference() override { return nullptr; }
+            int32_t GetViaCount() override { return 1; }
+            void* GetNetReference() override { return nullptr; }
+            double GetFirstValue() override { return 0.0; }
+            double GetSecondValue() override { return 0.0; }
+            double GetThirdValue() override { return 0.0; }
+            bool GetFlag() override { return false; }
+        } host;
+        bool opened = false;
+        const int32_t result = EditWith(
+            [&opened](CPadstackEditorDlg& dialog) {
+                opened = true;
+                Click(dialog, CPadstackEditorDlg::kOkId);
+            },
+            &host);
+        QCOMPARE(result, 0);
+        QVERIFY(!opened);
+        QCOMPARE(host.padstack.pads, &host.pad);
+        QCOMPARE(host.padstack.padCount, 1);
+    }
+
     void refusedCellTellsWhyAndShowsItsValueAgain() {
         const int32_t result = EditWith([this](CPadstackEditorDlg& dialog) {
             QVERIFY(Type(dialog, 1, kPadWidth, QStringLiteral("25")));

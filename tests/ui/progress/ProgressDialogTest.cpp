@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QtTest>
+#include <climits>
 
 #include "core/ports/Clock.h"
 #include "tests/support/ManualClock.h"
@@ -236,6 +237,11 @@ private slots:
         kv::ui::CProgressDlg dialog;
         QVERIFY(dialog.CreateAt(host.owner, 0, 30, 40));
         QCOMPARE(dialog.pos(), QPoint(30, 40));
+        dialog.Destroy();
+        // Any point a host passes leaves the window a rectangle whose edges can be held.
+        QVERIFY(dialog.CreateAt(host.owner, 0, INT_MAX, INT_MAX));
+        QVERIFY(dialog.frameGeometry().right() > dialog.frameGeometry().left());
+        QVERIFY(dialog.frameGeometry().bottom() > dialog.frameGeometry().top());
         dialog.Destroy();
         kv::ui::CProgressDlg centred;
         QVERIFY(centred.CreateAt(host.owner, 0, -1, 40));

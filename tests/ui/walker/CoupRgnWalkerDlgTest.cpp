@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QtTest>
 #include <numeric>
+#include <string>
 #include <vector>
 
 #include "core/ports/MessagePort.h"
@@ -92,6 +93,21 @@ private slots:
         QVERIFY(walker->DestroyWindow());  // closing hid the window; it still existed
         QCOMPARE(host.closed, 1);          // the host's own destroy is not a user's close
         QVERIFY(m_port.Requests().empty());
+    }
+
+    void namesOfAnyLengthLeaveTheWindowItsSize() {
+        CCoupRgnWalkerDlg dialog;
+        ICouplingRgnWalkerDlg* walker = dialog.Access();
+        QVERIFY(walker->CreateWindow(nullptr, nullptr));
+        walker->Show(true);
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const QSize size = dialog.size();
+        const std::string name(40000, 'N');
+        walker->SetCurrentNet(name.c_str());
+        walker->SetRegion(0, 1, name.c_str());
+        QCoreApplication::processEvents();
+        QCOMPARE(dialog.size(), size);
+        QVERIFY(dialog.minimumSizeHint().width() <= size.width());
     }
 
     void rowsSelectFromBothSidesAndHighlightTheTrace() {

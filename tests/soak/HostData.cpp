@@ -1,0 +1,314 @@
+#include "tests/soak/HostData.h"
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cstring>
+#include <limits>
+#include <span>
+
+namespace kv::soak {
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+constexpr std::array kHostileReals = {kNaN,    kInf,   -kInf,  0.0,    -0.0, -1.0,
+                                      1e308,   -1e308, 5e-324, 1e-300, 1e9,  2147483648.0,
+                                      -2.5e-4, 1e-12,  4e9,    -1e-9};
+constexpr std::array<int32_t, 14> kHostileInts = {
+    0, -1, 1, INT_MIN, INT_MAX, 32767, 32768, 40000, 100000, -100, 7, 200, 31, 32};
+
+// The sequence kinds the pages offer, and the construction default.
+constexpr std::array<int32_t, 8> kSequenceKinds = {0, 1, 2, 3, 4, 7, 8, 9};
+
+int32_t Choose(SoakRandom& random, bool hostile, int32_t valid) {
+    return hostile && random.Chance(0.4) ? random.Pick(std::span<const int32_t>(kHostileInts))
+                                         : valid;
+}
+
+void FillMask(SoakRandom& random, bool hostile, EYEMASK& mask) {
+    for (double* field : {&mask.PTopMax, &mask.PTopMin, &mask.PBaseMin, &mask.PBaseMax,
+                          &mask.PCross, &mask.TCross1Min, &mask.TCross1Max, &mask.TRiseDelay,
+                          &mask.TCross2Max, &mask.TCross2Min, &mask.TFallDelay, &mask.ScaleTime,
+                          &mask.ScaleVolt, &mask.OffsetTime, &mask.OffsetVolt, &mask.m_extra}) {
+        *field = AnyReal(random, hostile, *field);
+    }
+    FillName(random, hostile, mask.MaskName, sizeof mask.MaskName, "Host mask");
+    mask.m_flag1 = static_cast<unsigned char>(hostile ? random.Below(256) : mask.m_flag1);
+    mask.m_flag2 = static_cast<unsigned char>(hostile ? random.Below(256) : mask.m_flag2);
+}
+
+void FillBits(SoakRandom& random, bool hostile, IEyeDiagramData& data) {
+    std::vector<char> bits;
+    const int roll = random.Below(hostile ? 9 : 3);
+    switch (roll) {
+        case 0:
+            return;  // the bits the data object generated
+        case 1:
+        case 2:
+            bits.resize(static_cast<std::size_t>(random.Between(1, 64)));
+            break;
+        case 3:
+            bits.assign(40000, 1);
+            break;
+        case 4:
+            bits.resize(static_cast<std::size_t>(random.Chance(0.5) ? 32768 : 32769));
+            break;
+        case 5:
+            data.SetBits(nullptr, 0);
+            return;
+        case 6:
+            data.SetBits(nullptr, random.Between(1, 40));
+            return;
+        case 7: {
+            const bool one = true;
+            data.SetBits(&one, random.Chance(0.5) ? 0 : -1);
+            return;
+        }
+        default:
+            bits.resize(static_cast<std::size_t>(random.Between(1, 5)));
+            break;
+    }
+    if (roll != 3) {
+        for (char& bit : bits) {
+            bit = static_cast<char>(random.Below(2));
+        }
+    }
+    // A bool array is what the contract takes; char holds the same 0 and 1.
+    data.SetBits(reinterpret_cast<const bool*>(bits.data()), static_cast<int>(bits.size()));
+}
+
+STACKUPLAYER AnyLayer(SoakRandom& random, bool hostile, int index) {
+    STACKUPLAYER layer{};
+    const bool conductor = index % 2 == 0;
+    FillName(random, hostile, layer.name, sizeof layer.name,
+             (conductor ? "SIG" : "DIEL") + std::to_string(index));
+    layer.kind = Choose(random, hostile, conductor ? STACKUP_CONDUCTOR : STACKUP_DIELECTRIC);
+    layer.usage = Choose(random, hostile, random.Below(3));
+    layer.thickness = AnyReal(random, hostile, conductor ? 35e-6 : random.Real(50e-6, 500e-6));
+    return layer;
+}
+
+}  // namespace
+
+double AnyReal(SoakRandom& random, bool hostile, double valid) {
+    return hostile && random.Chance(0.4) ? random.Pick(std::span<const double>(kHostileReals))
+                                         : valid;
+}
+
+int32_t AnyInt(SoakRandom& random, bool hostile, int32_t valid) {
+    return Choose(random, hostile, valid);
+}
+
+std::optional<std::string> AnyText(SoakRandom& random, bool hostile, const std::string& valid) {
+    if (!hostile || random.Chance(0.5)) {
+        return valid;
+    }
+    switch (random.Below(7)) {
+        case 0:
+            return std::nullopt;
+        case 1:
+            return std::string();
+        case 2:
+            return std::string(static_cast<std::size_t>(random.Chance(0.5) ? 64 : 40000), 'N');
+        case 3:
+            return std::string("\xff\xfe\xc3(\xe2\x82", 6);  // not UTF-8
+        case 4:
+            return std::string("%s%n%d%%");
+        case 5:
+            return std::string("line\nbreak\ttab");
+        default:
+            return std::string("\xe2\x82\xac uro \xc3\x84");
+    }
+}
+
+void FillName(SoakRandom& random, bool hostile, char* name, std::size_t size,
+              const std::string& valid) {
+    if (hostile && random.Chance(0.3)) {
+        std::memset(name, random.Chance(0.5) ? 'Z' : '\xc3', size);  // no NUL anywhere
+        return;
+    }
+    const std::size_t kept = std::min(valid.size(), size - 1);
+    std::memcpy(name, valid.data(), kept);
+    std::memset(name + kept, 0, size - kept);
+}
+
+void FillStimulus(SoakRandom& random, bool hostile, IEyeDiagramData& data) {
+    data.SetSeqType(hostile && random.Chance(0.3)
+                        ? random.Pick(std::span<const int32_t>(kHostileInts))
+                        : random.Pick(std::span<const int32_t>(kSequenceKinds)));
+    data.SetPolyDegree(AnyInt(random, hostile, random.Between(3, 15)));
+    data.SetInitState(AnyInt(random, hostile, random.Below(2)));
+    data.SetCycleCount(AnyInt(random, hostile, random.Between(1, 16)));
+    data.SetSkipBits(AnyInt(random, hostile, random.Between(0, 8)));
+    data.SetAuxFlag(random.Chance(0.5));
+    data.SetEyeCount(AnyInt(random, hostile, random.Between(1, 4)));
+    data.SetPeriod(AnyReal(random, hostile, random.Real(0.1, 10.0)));
+    data.SetDutyCycle(AnyReal(random, hostile, random.Real(10.0, 90.0)));
+    for (int component = 0; component < 3; ++component) {
+        data.SetAddJitter(component, random.Chance(0.5));
+        data.SetJitterAsTime(component, random.Chance(0.5));
+        data.SetFreqMeasured(component, random.Chance(0.5));
+    }
+    data.SetAdvancedJitter(random.Chance(0.5));
+    data.SetMaxJitter(AnyReal(random, hostile, random.Real(0.0, 20.0)));
+    data.SetJitterType(AnyInt(random, hostile, random.Below(3)));
+    data.SetJitterRepeatable(random.Chance(0.5));
+    data.SetRandomFreq(AnyReal(random, hostile, random.Real(1.0, 1000.0)));
+    data.SetSineMag(AnyReal(random, hostile, random.Real(0.0, 10.0)));
+    data.SetSineFreq(AnyReal(random, hostile, random.Real(1.0, 1000.0)));
+    data.SetSineInit(AnyReal(random, hostile, random.Real(0.0, 360.0)));
+    data.SetUniformMag(AnyReal(random, hostile, random.Real(0.0, 10.0)));
+    data.SetUniformMean(AnyReal(random, hostile, random.Real(-5.0, 5.0)));
+    EYEMASK mask = *data.GetMask();
+    FillMask(random, hostile, mask);
+    data.SetMask(mask);
+    FillBits(random, hostile, data);
+}
+
+PADDATA AnyPad(SoakRandom& random, bool hostile) {
+    PADDATA pad{};
+    pad.padType = AnyInt(random, hostile, random.Below(3));
+    pad.shape = AnyInt(random, hostile, random.Below(7));
+    pad.pad_x = AnyReal(random, hostile, random.Real(3e-4, 8e-4));
+    pad.pad_y = AnyReal(random, hostile, random.Chance(0.5) ? pad.pad_x : random.Real(3e-4, 8e-4));
+    pad.angle = AnyReal(random, hostile, random.Chance(0.7) ? 0.0 : random.Real(-360.0, 360.0));
+    pad.antipad_x = AnyReal(random, hostile, random.Real(8e-4, 1.5e-3));
+    pad.antipad_y = AnyReal(random, hostile, random.Chance(0.5) ? pad.antipad_x : 1.2e-3);
+    pad.antipadAngle = AnyReal(random, hostile, random.Chance(0.7) ? pad.angle : 45.0);
+    pad.antipadShape = AnyInt(random, hostile, random.Below(8));
+    pad.shapeStyle = AnyInt(random, hostile, random.Below(4));
+    pad.clearance = AnyReal(random, hostile, random.Real(0.0, 3e-4));
+    return pad;
+}
+
+HostBoard MakeBoard(SoakRandom& random, bool hostile) {
+    HostBoard board;
+    static constexpr std::array<int, 8> kSizes = {1, 3, 5, 6, 11, 0, 2, 200};
+    const int layers = random.Pick(std::span<const int>(kSizes).first(hostile ? 8 : 5));
+    for (int i = 0; i < layers; ++i) {
+        board.layers.push_back(AnyLayer(random, hostile, i));
+    }
+    board.layerCount = static_cast<int32_t>(layers);
+    if (hostile && random.Chance(0.2)) {
+        board.layerCount = random.Chance(0.5) ? -1 : random.Below(layers + 1);
+    }
+    board.layersNull = hostile && random.Chance(0.05);
+
+    PADSTACK& padstack = board.padstack;
+    FillName(random, hostile, padstack.name, sizeof padstack.name, "VIA_SOAK");
+    padstack.drill = AnyReal(random, hostile, random.Real(1e-4, 3e-4));
+    padstack.drillExtra = AnyReal(random, hostile, 0.0);
+    padstack.plating = AnyReal(random, hostile, random.Real(0.0, 3e-5));
+    const int32_t last = std::max(0, layers - 1);
+    padstack.firstLayer = AnyInt(random, hostile, random.Chance(0.7) ? 0 : random.Between(0, last));
+    padstack.lastLayer =
+        AnyInt(random, hostile, random.Chance(0.7) ? last : random.Between(0, last));
+    // One pad per layer, or a number that disagrees with the stackup.
+    int pads = layers;
+    if (hostile && random.Chance(0.4)) {
+        pads = random.Pick(std::span<const int>(kSizes));
+    }
+    for (int i = 0; i < pads; ++i) {
+        board.pads.push_back(AnyPad(random, hostile));
+    }
+    padstack.padCount = static_cast<int32_t>(pads);
+    if (hostile && random.Chance(0.2)) {
+        padstack.padCount = random.Chance(0.5) ? INT_MIN : random.Below(pads + 1);
+    }
+    board.padsNull = hostile && random.Chance(0.05);
+    return board;
+}
+
+STACKUPARRAY StackupOf(HostBoard& board) {
+    return {board.layerCount, board.layersNull ? nullptr : board.layers.data()};
+}
+
+void PlaceBoard(const HostBoard& board, IViaVizData& data) {
+    STACKUPARRAY* stackup = data.GetStackup();
+    PADSTACK* padstack = data.GetPadstack();
+    if (stackup == nullptr || padstack == nullptr) {
+        return;
+    }
+    delete[] stackup->layers;
+    stackup->layers = nullptr;
+    if (!board.layersNull) {
+        stackup->layers = new STACKUPLAYER[board.layers.size()];
+        std::copy(board.layers.begin(), board.layers.end(), stackup->layers);
+    }
+    stackup->count = board.layerCount;
+    delete[] padstack->pads;
+    PADDATA* pads = nullptr;
+    if (!board.padsNull) {
+        pads = new PADDATA[board.pads.size()];
+        std::copy(board.pads.begin(), board.pads.end(), pads);
+    }
+    *padstack = board.padstack;
+    padstack->pads = pads;
+}
+
+HostViaData::HostViaData(HostBoard board) : m_board(std::move(board)) {
+    m_stackup = StackupOf(m_board);
+    m_board.padstack.pads = m_board.padsNull ? nullptr : m_board.pads.data();
+}
+
+Counted<VIAELEMENT> MakeElements(SoakRandom& random, bool hostile, int32_t layers) {
+    Counted<VIAELEMENT> elements;
+    const int count = random.Between(0, hostile && random.Chance(0.1) ? 3000 : 12);
+    for (int i = 0; i < count; ++i) {
+        VIAELEMENT element{};
+        element.kind = AnyInt(random, hostile, random.Chance(0.5) ? 1 : 4);
+        element.startEndType = AnyInt(random, hostile, random.Chance(0.5) ? 2 : 0);
+        element.endEndType = AnyInt(random, hostile, random.Chance(0.5) ? 2 : 0);
+        element.startLayer = AnyInt(random, hostile, random.Below(std::max(1, layers)));
+        element.endLayer = AnyInt(random, hostile, random.Below(std::max(1, layers)));
+        element.value = AnyReal(random, hostile, element.kind == 1 ? 1e-10 : 50.0);
+        element.startCapacitance = AnyReal(random, hostile, 1e-13);
+        element.endCapacitance = AnyReal(random, hostile, 2e-13);
+        element.delay = AnyReal(random, hostile, 5e-12);
+        elements.records.push_back(element);
+    }
+    elements.count = static_cast<int32_t>(count);
+    if (hostile && random.Chance(0.2)) {
+        elements.count = random.Chance(0.5) ? -5 : random.Below(count + 1);
+    }
+    elements.null = hostile && random.Chance(0.1);
+    return elements;
+}
+
+Counted<int32_t> MakeLayerList(SoakRandom& random, bool hostile, int32_t layers) {
+    Counted<int32_t> list;
+    const int count = hostile && random.Chance(0.05) ? 100000 : random.Between(0, 4);
+    for (int i = 0; i < count; ++i) {
+        list.records.push_back(AnyInt(random, hostile, random.Below(std::max(1, layers))));
+    }
+    list.count = static_cast<int32_t>(count);
+    if (hostile && random.Chance(0.2)) {
+        list.count = random.Chance(0.5) ? -1 : random.Below(count + 1);
+    }
+    list.null = hostile && random.Chance(0.1);
+    return list;
+}
+
+Counted<CROSSSECTIONTRACE> MakeTraces(SoakRandom& random, bool hostile, int32_t layers) {
+    Counted<CROSSSECTIONTRACE> traces;
+    const int count = random.Between(0, hostile && random.Chance(0.1) ? 2000 : 8);
+    for (int i = 0; i < count; ++i) {
+        CROSSSECTIONTRACE trace{};
+        trace.layer = AnyInt(random, hostile, random.Below(std::max(1, layers)));
+        trace.x = AnyReal(random, hostile, random.Real(-1e-3, 1e-3));
+        trace.width = AnyReal(random, hostile, random.Real(5e-5, 3e-4));
+        trace.role = AnyInt(random, hostile, i == 0 ? 0 : random.Below(3));
+        FillName(random, hostile, trace.net, sizeof trace.net, "NET" + std::to_string(i));
+        traces.records.push_back(trace);
+    }
+    traces.count = static_cast<int32_t>(count);
+    if (hostile && random.Chance(0.2)) {
+        traces.count = random.Chance(0.5) ? -3 : random.Below(count + 1);
+    }
+    traces.null = hostile && random.Chance(0.1);
+    return traces;
+}
+
+}  // namespace kv::soak
