@@ -17,7 +17,6 @@ namespace {
 constexpr int kLeftDigits = 11;
 constexpr int kRightDigits = 4;
 constexpr int kBottomLines = 4;
-constexpr int kTickLength = 4;
 // The smallest relative range a zoom goes down to, well above the 1e-12
 // at which a range counts as degenerate and would be widened.
 constexpr double kMinimumRelativeRange = 1e-9;
@@ -121,7 +120,7 @@ void Chart::LayOut() {
     m_plot.right = std::max(m_plot.left + 2, m_client.right - m_digitWidth * kRightDigits);
     m_plot.top = m_client.top + m_textHeight;
     m_plot.bottom =
-        std::max(m_plot.top + 2, m_client.bottom - kBottomLines * m_textHeight - kTickLength);
+        std::max(m_plot.top + 2, m_client.bottom - kBottomLines * m_textHeight - kChartTickLength);
     m_tracked.reset();
     UpdateScales();
 }

@@ -22,6 +22,10 @@
 
 namespace kv {
 
+// How far an axis tick reaches out of the plot, in pixels: the layout leaves
+// room for it and the painting draws it.
+inline constexpr int kChartTickLength = 4;
+
 namespace chart_colors {
 inline constexpr uint32_t kBackground = MakeColorRef(255, 255, 255);
 inline constexpr uint32_t kText = MakeColorRef(0, 0, 0);

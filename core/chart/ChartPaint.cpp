@@ -12,7 +12,6 @@
 namespace kv {
 namespace {
 
-constexpr int kTickLength = 4;
 constexpr int kLegendSwatch = 20;
 constexpr int kLegendPadding = 4;
 constexpr int kMarkerHalfSide = 3;
@@ -141,9 +140,9 @@ void Chart::PaintLabels(ICanvas& canvas) const {
                 continue;
             }
             canvas.MoveTo({px, m_plot.bottom});
-            canvas.LineTo({px, m_plot.bottom + kTickLength});
+            canvas.LineTo({px, m_plot.bottom + kChartTickLength});
             const Extent extent = canvas.TextExtent(line.label);
-            canvas.TextOut({px - extent.width / 2, m_plot.bottom + kTickLength}, line.label);
+            canvas.TextOut({px - extent.width / 2, m_plot.bottom + kChartTickLength}, line.label);
         }
     }
     if (const auto& scale = m_scales[1]) {
@@ -152,10 +151,10 @@ void Chart::PaintLabels(ICanvas& canvas) const {
             if (line.label.empty() || py < m_plot.top || py >= m_plot.bottom) {
                 continue;
             }
-            canvas.MoveTo({m_plot.left - kTickLength, py});
+            canvas.MoveTo({m_plot.left - kChartTickLength, py});
             canvas.LineTo({m_plot.left, py});
             const Extent extent = canvas.TextExtent(line.label);
-            canvas.TextOut({m_plot.left - kTickLength - extent.width, py - extent.height / 2},
+            canvas.TextOut({m_plot.left - kChartTickLength - extent.width, py - extent.height / 2},
                            line.label);
         }
     }

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <iterator>
 
+#include "core/shared/WideClones.h"
+
 // Single draws follow the described steps literally (Schrage's method, the
 // restart, the shuffle) and are the reference. The block form must leave
 // every number and the shared state exactly where as many single draws
@@ -14,12 +16,6 @@
 // division, so that what is left per draw is the shuffle, the one serial
 // part, which the caller's own loop runs (Ran1Block::Run) to overlap its work
 // with it.
-
-#if defined(__x86_64__) && defined(__GNUC__) && defined(__GLIBC__)
-#define KV_WIDE_CLONES __attribute__((target_clones("avx512f", "avx2", "default")))
-#else
-#define KV_WIDE_CLONES
-#endif
 
 namespace kv {
 namespace {

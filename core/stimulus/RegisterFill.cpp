@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "core/shared/WideClones.h"
 #include "core/stimulus/ShiftRegister.h"
 
 #if defined(__SSE2__)
@@ -27,12 +28,6 @@
 // XOR of the blocks j - t, bit for bit, however the 512 bits are arranged
 // inside a block. A ring of the last 32 blocks (2 KiB) is all the state that
 // is needed, so no output is read back, and four taps cost what two do.
-
-#if defined(__x86_64__) && defined(__GNUC__) && defined(__GLIBC__)
-#define KV_WIDE_CLONES __attribute__((target_clones("avx512f", "avx2", "default")))
-#else
-#define KV_WIDE_CLONES
-#endif
 
 namespace kv {
 namespace {
