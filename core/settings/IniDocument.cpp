@@ -2,16 +2,10 @@
 
 #include <algorithm>
 
+#include "core/shared/AsciiText.h"
+
 namespace kv {
 namespace {
-
-bool IsBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v';
-}
-
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 // The section name of a header line "[name]", or none.
 std::optional<std::string_view> HeaderName(std::string_view line) {
@@ -37,15 +31,23 @@ bool IsContinuation(std::string_view line) {
            !TrimSpace(line).empty();
 }
 
-std::string_view KeyOf(std::string_view entry) {
-    return TrimSpace(entry.substr(0, entry.find('=')));
+// An entry's text, continuation lines joined, split as every reader splits it.
+IniEntry SplitEntry(std::string_view text) {
+    const std::size_t equals = text.find('=');
+    const std::string_view value =
+        equals == std::string_view::npos ? std::string_view{} : text.substr(equals + 1);
+    return {std::string(TrimSpace(text.substr(0, equals))), std::string(TrimSpace(value))};
 }
 
 }  // namespace
 
-bool EqualNoCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
-                                              [](char x, char y) { return Lower(x) == Lower(y); });
+std::optional<std::string_view> IniSection::Find(std::string_view key) const {
+    for (auto it = m_entries.rbegin(); it != m_entries.rend(); ++it) {
+        if (EqualNoCase(it->key, key)) {
+            return it->value;
+        }
+    }
+    return std::nullopt;
 }
 
 bool LooksLikeIniText(std::string_view text) {
@@ -60,16 +62,6 @@ bool LooksLikeIniText(std::string_view text) {
     return std::any_of(
         document.m_lines.begin(), document.m_lines.end(),
         [](const IniDocument::Line& line) { return HeaderName(line.content).has_value(); });
-}
-
-std::string_view TrimSpace(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front())) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && IsBlank(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
 }
 
 IniDocument::IniDocument(std::string_view text) {
@@ -137,34 +129,22 @@ std::string IniDocument::JoinedEntry(const EntrySpan& entry) const {
     return text;
 }
 
-std::optional<std::vector<std::string>> IniDocument::Section(std::string_view section) const {
+std::optional<IniSection> IniDocument::Section(std::string_view section) const {
     const auto span = FindSection(section);
     if (!span) {
         return std::nullopt;
     }
-    std::vector<std::string> result;
+    std::vector<IniEntry> entries;
     for (const EntrySpan& entry : EntriesOf(*span)) {
-        result.push_back(JoinedEntry(entry));
+        entries.push_back(SplitEntry(JoinedEntry(entry)));
     }
-    return result;
+    return IniSection(std::move(entries));
 }
 
 std::optional<std::string> IniDocument::Get(std::string_view section, std::string_view key) const {
-    const auto span = FindSection(section);
-    if (!span) {
-        return std::nullopt;
-    }
-    const std::vector<EntrySpan> entries = EntriesOf(*span);
-    for (auto it = entries.rbegin(); it != entries.rend(); ++it) {
-        const std::string text = JoinedEntry(*it);
-        if (EqualNoCase(KeyOf(text), key)) {
-            const std::size_t equals = text.find('=');
-            return equals == std::string::npos
-                       ? std::string()
-                       : std::string(TrimSpace(std::string_view(text).substr(equals + 1)));
-        }
-    }
-    return std::nullopt;
+    const auto entries = Section(section);
+    const auto value = entries ? entries->Find(key) : std::nullopt;
+    return value ? std::optional<std::string>(*value) : std::nullopt;
 }
 
 std::vector<IniDocument::Line> IniDocument::EntryLines(std::string_view key,
@@ -227,12 +207,17 @@ void IniDocument::SetEntries(std::string_view section, std::span<const Entry> en
     }
     // Which entry of the file each key replaces: the last of its name.
     const std::vector<EntrySpan> existing = EntriesOf(*span);
+    // The keys as a reader sees them: of the whole entry, continuation lines included.
+    std::vector<std::string> existingKeys;
+    existingKeys.reserve(existing.size());
+    for (const EntrySpan& entry : existing) {
+        existingKeys.push_back(SplitEntry(JoinedEntry(entry)).key);
+    }
     std::vector<std::size_t> replacedBy(existing.size(), entries.size());
     std::vector<bool> placed(entries.size(), false);
     for (std::size_t k = 0; k < entries.size(); ++k) {
         for (std::size_t e = existing.size(); e-- > 0;) {
-            // The key as a reader sees it: of the whole entry, continuation lines included.
-            if (EqualNoCase(KeyOf(JoinedEntry(existing[e])), entries[k].first)) {
+            if (EqualNoCase(existingKeys[e], entries[k].first)) {
                 replacedBy[e] = k;
                 placed[k] = true;
                 break;
