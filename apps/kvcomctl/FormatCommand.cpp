@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "apps/kvcomctl/Command.h"
-#include "core/shared/Misc_String.h"
 #include "core/shared/NumberText.h"
+#include "core/shared/UnitFormat.h"
 
 // kvcomctl format QUANTITY VALUE [--metric]: one engineering formatter.
 
