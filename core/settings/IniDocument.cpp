@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/shared/AsciiText.h"
+#include "core/shared/TextLines.h"
 
 namespace kv {
 namespace {
@@ -149,29 +150,17 @@ std::optional<std::string> IniDocument::Get(std::string_view section, std::strin
 
 std::vector<IniDocument::Line> IniDocument::EntryLines(std::string_view key,
                                                        std::string_view value) const {
-    std::vector<Line> lines;
+    const std::vector<std::string_view> parts = SplitLines(value);
     std::string first(key);
     first += '=';
-    std::size_t start = 0;
-    bool isFirst = true;
-    while (start <= value.size()) {
-        std::size_t end = value.find('\n', start);
-        if (end == std::string_view::npos) {
-            end = value.size();
+    if (!parts.empty()) {
+        first += parts.front();
+    }
+    std::vector<Line> lines{{std::move(first), m_lineEnd}};
+    for (std::size_t k = 1; k < parts.size(); ++k) {
+        if (!TrimSpace(parts[k]).empty()) {  // a blank line would end the value
+            lines.push_back({'\t' + std::string(parts[k]), m_lineEnd});
         }
-        std::string_view part = value.substr(start, end - start);
-        if (!part.empty() && part.back() == '\r') {
-            part.remove_suffix(1);
-        }
-        if (isFirst) {
-            lines.push_back({first + std::string(part), m_lineEnd});
-            isFirst = false;
-        } else if (!TrimSpace(part).empty()) {
-            std::string line(1, '\t');  // blank parts would end the value
-            line += part;
-            lines.push_back({std::move(line), m_lineEnd});
-        }
-        start = end + 1;
     }
     return lines;
 }
