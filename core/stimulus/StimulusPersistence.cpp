@@ -11,6 +11,7 @@
 #include "core/settings/ProfileStore.h"
 #include "core/shared/AsciiText.h"
 #include "core/shared/NumberText.h"
+#include "core/stimulus/BitFile.h"
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/SequenceType.h"
@@ -274,11 +275,7 @@ bool StoresItsBits(int seqType) {
 
 std::string EncodeBitSequence(const BitVector& bits) {
     if (bits.size() < static_cast<std::size_t>(kUuencodedFromBits)) {
-        std::string text(bits.size(), '0');
-        for (std::size_t i = 0; i < bits.size(); ++i) {
-            text[i] = bits[i] != 0 ? '1' : '0';
-        }
-        return text;
+        return BitText(bits);
     }
     return Uuencode(PackBits(bits));
 }
