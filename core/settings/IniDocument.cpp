@@ -32,23 +32,34 @@ bool IsContinuation(std::string_view line) {
            !TrimSpace(line).empty();
 }
 
-// An entry's text, continuation lines joined, split as every reader splits it.
+// The key and the value of an entry's text (continuation lines joined), as
+// every reader splits it.
+std::string_view KeyOf(std::string_view text) {
+    return TrimSpace(text.substr(0, text.find('=')));
+}
+
 IniEntry SplitEntry(std::string_view text) {
     const std::size_t equals = text.find('=');
     const std::string_view value =
         equals == std::string_view::npos ? std::string_view{} : text.substr(equals + 1);
-    return {std::string(TrimSpace(text.substr(0, equals))), std::string(TrimSpace(value))};
+    return {std::string(KeyOf(text)), std::string(TrimSpace(value))};
+}
+
+// The entry a look-up of `key` finds: of several with that key the last.
+template <typename Entries, typename KeyFn>
+auto FindLast(const Entries& entries, std::string_view key, KeyFn keyOf) {
+    const auto found = std::find_if(entries.rbegin(), entries.rend(), [&](const auto& entry) {
+        return EqualNoCase(keyOf(entry), key);
+    });
+    return found == entries.rend() ? entries.end() : std::prev(found.base());
 }
 
 }  // namespace
 
 std::optional<std::string_view> IniSection::Find(std::string_view key) const {
-    for (auto it = m_entries.rbegin(); it != m_entries.rend(); ++it) {
-        if (EqualNoCase(it->key, key)) {
-            return it->value;
-        }
-    }
-    return std::nullopt;
+    const auto found = FindLast(
+        m_entries, key, [](const IniEntry& entry) -> std::string_view { return entry.key; });
+    return found == m_entries.end() ? std::nullopt : std::optional<std::string_view>(found->value);
 }
 
 bool LooksLikeIniText(std::string_view text) {
@@ -130,6 +141,16 @@ std::string IniDocument::JoinedEntry(const EntrySpan& entry) const {
     return text;
 }
 
+std::string IniDocument::KeyOfEntry(const EntrySpan& entry) const {
+    // Only an entry whose first line holds no '=' can have a key that runs on
+    // into its continuation lines.
+    const std::string_view first = m_lines[entry.firstLine].content;
+    if (entry.lineCount == 1 || first.find('=') != std::string_view::npos) {
+        return std::string(KeyOf(first));
+    }
+    return std::string(KeyOf(JoinedEntry(entry)));
+}
+
 std::optional<IniSection> IniDocument::Section(std::string_view section) const {
     const auto span = FindSection(section);
     if (!span) {
@@ -143,9 +164,19 @@ std::optional<IniSection> IniDocument::Section(std::string_view section) const {
 }
 
 std::optional<std::string> IniDocument::Get(std::string_view section, std::string_view key) const {
-    const auto entries = Section(section);
-    const auto value = entries ? entries->Find(key) : std::nullopt;
-    return value ? std::optional<std::string>(*value) : std::nullopt;
+    // Entry by entry from the last, without splitting the whole section: a
+    // store read key by key would split it once for every key.
+    const auto span = FindSection(section);
+    if (!span) {
+        return std::nullopt;
+    }
+    const std::vector<EntrySpan> entries = EntriesOf(*span);
+    const auto found =
+        FindLast(entries, key, [this](const EntrySpan& entry) { return KeyOfEntry(entry); });
+    if (found == entries.end()) {
+        return std::nullopt;
+    }
+    return SplitEntry(JoinedEntry(*found)).value;
 }
 
 std::vector<IniDocument::Line> IniDocument::EntryLines(std::string_view key,
@@ -200,17 +231,17 @@ void IniDocument::SetEntries(std::string_view section, std::span<const Entry> en
     std::vector<std::string> existingKeys;
     existingKeys.reserve(existing.size());
     for (const EntrySpan& entry : existing) {
-        existingKeys.push_back(SplitEntry(JoinedEntry(entry)).key);
+        existingKeys.push_back(KeyOfEntry(entry));
     }
     std::vector<std::size_t> replacedBy(existing.size(), entries.size());
     std::vector<bool> placed(entries.size(), false);
     for (std::size_t k = 0; k < entries.size(); ++k) {
-        for (std::size_t e = existing.size(); e-- > 0;) {
-            if (EqualNoCase(existingKeys[e], entries[k].first)) {
-                replacedBy[e] = k;
-                placed[k] = true;
-                break;
-            }
+        const auto found = FindLast(
+            existingKeys, entries[k].first,
+            [](const std::string& existingKey) -> std::string_view { return existingKey; });
+        if (found != existingKeys.end()) {
+            replacedBy[static_cast<std::size_t>(found - existingKeys.begin())] = k;
+            placed[k] = true;
         }
     }
     // After the section's last entry, so blank lines before the next section stay.

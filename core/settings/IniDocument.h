@@ -89,6 +89,7 @@ private:
     std::optional<SectionSpan> FindSection(std::string_view section) const;
     std::vector<EntrySpan> EntriesOf(const SectionSpan& span) const;
     std::string JoinedEntry(const EntrySpan& entry) const;
+    std::string KeyOfEntry(const EntrySpan& entry) const;
     std::vector<Line> EntryLines(std::string_view key, std::string_view value) const;
     void EndLastLine();
 

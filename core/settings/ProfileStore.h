@@ -5,7 +5,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "core/settings/IniDocument.h"
 #include "core/shared/AppProfile.h"
