@@ -30,15 +30,6 @@ constexpr std::string_view kHelp =
     "step fits the range (an empty or reversed one, or with --log one that is\n"
     "not wholly above 0).\n";
 
-double ParseEnd(std::string_view text, std::string_view what) {
-    const auto value = ParseFiniteNumber(text);
-    if (!value) {
-        throw UsageError{std::string(what) + " must be a finite number, not '" + std::string(text) +
-                         "'"};
-    }
-    return *value;
-}
-
 int ParsePixels(std::string_view text) {
     const auto value = ParseWholeInteger(text);
     if (!value || *value <= 0 || *value > 2147483647) {
@@ -55,8 +46,8 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
     const ParsedArguments parsed(args, {"--log", "--no-prefix", "--y"}, {"--unit", "--spacing"});
     const auto& positional = parsed.Positional(3, "LO, HI and PIXELS");
     AxisRequest request;
-    request.lo = ParseEnd(positional[0], "LO");
-    request.hi = ParseEnd(positional[1], "HI");
+    request.lo = ParseReal(positional[0], "LO");
+    request.hi = ParseReal(positional[1], "HI");
     request.pixels = ParsePixels(positional[2]);
     request.logarithmic = parsed.Has("--log");
     request.unit = std::string(parsed.Value("--unit").value_or(""));

@@ -32,6 +32,15 @@ long long ParseInteger(std::string_view text, std::string_view what) {
     return *value;
 }
 
+double ParseReal(std::string_view text, std::string_view what) {
+    const auto value = ParseFiniteNumber(text);
+    if (!value) {
+        throw UsageError{std::string(what) + " must be a finite number, not '" + std::string(text) +
+                         "'"};
+    }
+    return *value;
+}
+
 namespace {
 
 bool LooksLikeOption(std::string_view arg) {
@@ -93,6 +102,14 @@ std::optional<long long> ParsedArguments::Integer(std::string_view option) const
         return std::nullopt;
     }
     return ParseInteger(*text, option);
+}
+
+std::optional<double> ParsedArguments::Real(std::string_view option) const {
+    const auto text = Value(option);
+    if (!text) {
+        return std::nullopt;
+    }
+    return ParseReal(*text, option);
 }
 
 }  // namespace kv::cli

@@ -43,6 +43,9 @@ struct UsageError {
 
 // Parses a whole decimal integer, or raises a UsageError naming `what`.
 long long ParseInteger(std::string_view text, std::string_view what);
+// Parses a finite real, or raises a UsageError naming `what`: NaN, infinity
+// and numbers too large to read are no value a command can use.
+double ParseReal(std::string_view text, std::string_view what);
 
 // A command's arguments split into switches, options with a value and
 // positional arguments. Anything else that looks like an option is a
@@ -60,6 +63,7 @@ public:
     bool Has(std::string_view name) const;
     std::optional<std::string_view> Value(std::string_view option) const;
     std::optional<long long> Integer(std::string_view option) const;
+    std::optional<double> Real(std::string_view option) const;
 
 private:
     std::vector<std::string_view> m_positional;

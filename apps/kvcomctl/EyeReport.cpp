@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "core/shared/Misc_String.h"
 #include "core/shared/NumberText.h"
+#include "core/shared/UnitFormat.h"
 
 namespace kv::cli {
 namespace {

@@ -5,8 +5,7 @@
 #include <vector>
 
 #include "apps/kvcomctl/Command.h"
-#include "core/shared/Misc_String.h"
-#include "core/shared/NumberText.h"
+#include "core/shared/UnitFormat.h"
 
 // kvcomctl format QUANTITY VALUE [--metric]: one engineering formatter.
 
@@ -45,16 +44,6 @@ constexpr std::array<Quantity, 7> kQuantities{{
     {"voltage", FormatVoltage},
 }};
 
-// NaN, infinity and numbers too large to read are no quantity: all three
-// are usage errors alike.
-double ParseNumber(std::string_view text) {
-    const auto value = ParseFiniteNumber(text);
-    if (!value) {
-        throw UsageError{"VALUE must be a finite number, not '" + std::string(text) + "'"};
-    }
-    return *value;
-}
-
 int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
     const ParsedArguments parsed(args, {"--metric"});
     const bool metric = parsed.Has("--metric");
@@ -67,7 +56,7 @@ int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
     if (metric && quantity->format != nullptr) {
         throw UsageError{"--metric applies to lengths only"};
     }
-    const double value = ParseNumber(positional[1]);
+    const double value = ParseReal(positional[1], "VALUE");
     std::array<char, 64> text{};
     const bool inRange = quantity->format == nullptr
                              ? FormatLength(value, text.data(), text.size() - 1, metric, nullptr)

@@ -2,7 +2,7 @@
 #include <string>
 
 #include "apps/kvcomctl/Command.h"
-#include "core/shared/Misc_String.h"
+#include "core/shared/EngineeringParse.h"
 #include "core/shared/NumberText.h"
 
 // kvcomctl parse TEXT [--ampere] [--spice] [--farad]: the engineering parser.

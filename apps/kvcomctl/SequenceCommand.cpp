@@ -116,14 +116,6 @@ BitVector Generate(std::string_view kind, const Options& options) {
     throw UsageError{"unknown sequence kind '" + std::string(kind) + "'"};
 }
 
-void PrintBits(const BitVector& bits, std::ostream& out) {
-    std::string text(bits.size(), '0');
-    for (std::size_t i = 0; i < bits.size(); ++i) {
-        text[i] = static_cast<char>('0' + bits[i]);
-    }
-    out << text << '\n';
-}
-
 int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
     if (args.empty()) {
         throw UsageError{"which sequence? (prbs, 8b10b, usb, toggle, random)"};
@@ -134,7 +126,7 @@ int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
         // Problems are told through the message port (standard error here).
         return WriteBitFile(*options.output, bits) ? kExitOk : kExitFailure;
     }
-    PrintBits(bits, out);
+    out << BitText(bits) << '\n';
     return kExitOk;
 }
 

@@ -6,7 +6,7 @@
 #include <span>
 
 #include "apps/kvcomctl/Command.h"
-#include "core/settings/IniDocument.h"
+#include "core/shared/AsciiText.h"
 #include "core/shared/NumberText.h"
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/Jitter.h"

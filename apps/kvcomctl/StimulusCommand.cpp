@@ -6,6 +6,7 @@
 #include "apps/kvcomctl/StimulusFile.h"
 #include "apps/kvcomctl/StimulusPwl.h"
 #include "core/settings/IniFileCheck.h"
+#include "core/shared/AppProfile.h"
 #include "core/shared/FileIo.h"
 #include "core/stimulus/StimulusData.h"
 #include "core/stimulus/StimulusPersistence.h"
@@ -135,7 +136,7 @@ int Run(Arguments args, std::ostream& out, std::ostream& err) {
     if (args.size() < 2) {
         throw UsageError{"stimulus needs an action (show, new, set, pwl) and a file"};
     }
-    UseModuleStore();
+    EnsureModuleRegistryKey();
     const std::string path(args[1]);
     if (args[0] == "new" || args[0] == "show") {
         if (args.size() != 2) {

@@ -8,17 +8,11 @@
 
 namespace kv::cli {
 
-void UseModuleStore() {
-    if (ModuleProfile().registryKey.empty()) {
-        ModuleProfile().registryKey = std::string(kModuleRegistryKey);
-    }
-}
-
 std::optional<std::string> ReadValidStimulus(const std::string& path, CStimulusData& data) {
     if (auto problem = FindIniFileProblem(path, true)) {
         return std::move(problem->reason);
     }
-    UseModuleStore();
+    EnsureModuleRegistryKey();
     const StimulusReadResult read = ReadStimulusFile(data, path);
     if (read.invalidReason) {
         return path + " holds invalid stimulus data (" + *read.invalidReason + ")";

@@ -9,10 +9,6 @@
 
 namespace kv::cli {
 
-// Makes the module's own store the one the stimulus reaches for what it
-// keeps outside the file (the jitter seed of 8B/10B data).
-void UseModuleStore();
-
 // Reads the file into `data` as Load reads it, without a message: why the
 // file (FindIniFileProblem) or its data cannot be used, or none when `data`
 // holds valid data.

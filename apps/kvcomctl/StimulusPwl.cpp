@@ -1,30 +1,12 @@
 #include "apps/kvcomctl/StimulusPwl.h"
 
 #include <iostream>
-#include <optional>
 
 #include "core/eyediagram/EyeStimAdaptor.h"
 #include "core/eyediagram/StimWaveform.h"
 #include "core/shared/FileIo.h"
-#include "core/shared/NumberText.h"
 
 namespace kv::cli {
-namespace {
-
-std::optional<double> Number(const ParsedArguments& parsed, std::string_view option) {
-    const auto text = parsed.Value(option);
-    if (!text) {
-        return std::nullopt;
-    }
-    const auto value = ParseFiniteNumber(*text);
-    if (!value) {
-        throw UsageError{std::string(option) + " must be a finite number, not '" +
-                         std::string(*text) + "'"};
-    }
-    return value;
-}
-
-}  // namespace
 
 PwlOptions ParsePwlOptions(Arguments args) {
     const ParsedArguments parsed(args, {"--jitter"}, {"-o", "--low", "--high", "--rise", "--fall"});
@@ -36,11 +18,11 @@ PwlOptions ParsePwlOptions(Arguments args) {
     }
     options.output = std::string(*output);
     options.jitter = parsed.Has("--jitter");
-    options.lowLevel = Number(parsed, "--low").value_or(options.lowLevel);
-    options.highLevel = Number(parsed, "--high").value_or(options.highLevel);
+    options.lowLevel = parsed.Real("--low").value_or(options.lowLevel);
+    options.highLevel = parsed.Real("--high").value_or(options.highLevel);
     for (const auto& [name, time] :
          {std::pair{"--rise", &options.riseTime}, std::pair{"--fall", &options.fallTime}}) {
-        if (const auto value = Number(parsed, name)) {
+        if (const auto value = parsed.Real(name)) {
             if (*value <= 0.0) {
                 throw UsageError{std::string(name) + " must be a time above 0 s"};
             }

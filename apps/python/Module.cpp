@@ -9,9 +9,7 @@ PYBIND11_MODULE(_core, m) {
     m.doc() = "Signal-integrity data objects, bit sequences and exports of KVComCtl.";
     // The module's own settings store (the jitter seed of 8B/10B data, load and save without a
     // location) is the one the library uses inside a host.
-    if (kv::ModuleProfile().registryKey.empty()) {
-        kv::ModuleProfile().registryKey = std::string(kv::kModuleRegistryKey);
-    }
+    kv::EnsureModuleRegistryKey();
     kv::python::BindSequences(m);
     kv::python::BindNumbers(m);
     kv::python::BindStimulus(m);

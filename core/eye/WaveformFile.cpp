@@ -7,7 +7,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "core/settings/IniDocument.h"
+#include "core/shared/AsciiText.h"
 #include "core/shared/FileIo.h"
 #include "core/shared/NumberText.h"
 

@@ -2,16 +2,11 @@
 
 #include <algorithm>
 
+#include "core/shared/AsciiText.h"
+#include "core/shared/TextLines.h"
+
 namespace kv {
 namespace {
-
-bool IsBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v';
-}
-
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 // The section name of a header line "[name]", or none.
 std::optional<std::string_view> HeaderName(std::string_view line) {
@@ -37,15 +32,34 @@ bool IsContinuation(std::string_view line) {
            !TrimSpace(line).empty();
 }
 
-std::string_view KeyOf(std::string_view entry) {
-    return TrimSpace(entry.substr(0, entry.find('=')));
+// The key and the value of an entry's text (continuation lines joined), as
+// every reader splits it.
+std::string_view KeyOf(std::string_view text) {
+    return TrimSpace(text.substr(0, text.find('=')));
+}
+
+IniEntry SplitEntry(std::string_view text) {
+    const std::size_t equals = text.find('=');
+    const std::string_view value =
+        equals == std::string_view::npos ? std::string_view{} : text.substr(equals + 1);
+    return {std::string(KeyOf(text)), std::string(TrimSpace(value))};
+}
+
+// The entry a look-up of `key` finds: of several with that key the last.
+template <typename Entries, typename KeyFn>
+auto FindLast(const Entries& entries, std::string_view key, KeyFn keyOf) {
+    const auto found = std::find_if(entries.rbegin(), entries.rend(), [&](const auto& entry) {
+        return EqualNoCase(keyOf(entry), key);
+    });
+    return found == entries.rend() ? entries.end() : std::prev(found.base());
 }
 
 }  // namespace
 
-bool EqualNoCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
-                                              [](char x, char y) { return Lower(x) == Lower(y); });
+std::optional<std::string_view> IniSection::Find(std::string_view key) const {
+    const auto found = FindLast(
+        m_entries, key, [](const IniEntry& entry) -> std::string_view { return entry.key; });
+    return found == m_entries.end() ? std::nullopt : std::optional<std::string_view>(found->value);
 }
 
 bool LooksLikeIniText(std::string_view text) {
@@ -60,16 +74,6 @@ bool LooksLikeIniText(std::string_view text) {
     return std::any_of(
         document.m_lines.begin(), document.m_lines.end(),
         [](const IniDocument::Line& line) { return HeaderName(line.content).has_value(); });
-}
-
-std::string_view TrimSpace(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front())) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && IsBlank(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
 }
 
 IniDocument::IniDocument(std::string_view text) {
@@ -137,61 +141,57 @@ std::string IniDocument::JoinedEntry(const EntrySpan& entry) const {
     return text;
 }
 
-std::optional<std::vector<std::string>> IniDocument::Section(std::string_view section) const {
+std::string IniDocument::KeyOfEntry(const EntrySpan& entry) const {
+    // Only an entry whose first line holds no '=' can have a key that runs on
+    // into its continuation lines.
+    const std::string_view first = m_lines[entry.firstLine].content;
+    if (entry.lineCount == 1 || first.find('=') != std::string_view::npos) {
+        return std::string(KeyOf(first));
+    }
+    return std::string(KeyOf(JoinedEntry(entry)));
+}
+
+std::optional<IniSection> IniDocument::Section(std::string_view section) const {
     const auto span = FindSection(section);
     if (!span) {
         return std::nullopt;
     }
-    std::vector<std::string> result;
+    std::vector<IniEntry> entries;
     for (const EntrySpan& entry : EntriesOf(*span)) {
-        result.push_back(JoinedEntry(entry));
+        entries.push_back(SplitEntry(JoinedEntry(entry)));
     }
-    return result;
+    return IniSection(std::move(entries));
 }
 
 std::optional<std::string> IniDocument::Get(std::string_view section, std::string_view key) const {
+    // Entry by entry from the last, without splitting the whole section: a
+    // store read key by key would split it once for every key.
     const auto span = FindSection(section);
     if (!span) {
         return std::nullopt;
     }
     const std::vector<EntrySpan> entries = EntriesOf(*span);
-    for (auto it = entries.rbegin(); it != entries.rend(); ++it) {
-        const std::string text = JoinedEntry(*it);
-        if (EqualNoCase(KeyOf(text), key)) {
-            const std::size_t equals = text.find('=');
-            return equals == std::string::npos
-                       ? std::string()
-                       : std::string(TrimSpace(std::string_view(text).substr(equals + 1)));
-        }
+    const auto found =
+        FindLast(entries, key, [this](const EntrySpan& entry) { return KeyOfEntry(entry); });
+    if (found == entries.end()) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    return SplitEntry(JoinedEntry(*found)).value;
 }
 
 std::vector<IniDocument::Line> IniDocument::EntryLines(std::string_view key,
                                                        std::string_view value) const {
-    std::vector<Line> lines;
+    const std::vector<std::string_view> parts = SplitLines(value);
     std::string first(key);
     first += '=';
-    std::size_t start = 0;
-    bool isFirst = true;
-    while (start <= value.size()) {
-        std::size_t end = value.find('\n', start);
-        if (end == std::string_view::npos) {
-            end = value.size();
+    if (!parts.empty()) {
+        first += parts.front();
+    }
+    std::vector<Line> lines{{std::move(first), m_lineEnd}};
+    for (std::size_t k = 1; k < parts.size(); ++k) {
+        if (!TrimSpace(parts[k]).empty()) {  // a blank line would end the value
+            lines.push_back({'\t' + std::string(parts[k]), m_lineEnd});
         }
-        std::string_view part = value.substr(start, end - start);
-        if (!part.empty() && part.back() == '\r') {
-            part.remove_suffix(1);
-        }
-        if (isFirst) {
-            lines.push_back({first + std::string(part), m_lineEnd});
-            isFirst = false;
-        } else if (!TrimSpace(part).empty()) {
-            std::string line(1, '\t');  // blank parts would end the value
-            line += part;
-            lines.push_back({std::move(line), m_lineEnd});
-        }
-        start = end + 1;
     }
     return lines;
 }
@@ -227,16 +227,21 @@ void IniDocument::SetEntries(std::string_view section, std::span<const Entry> en
     }
     // Which entry of the file each key replaces: the last of its name.
     const std::vector<EntrySpan> existing = EntriesOf(*span);
+    // The keys as a reader sees them: of the whole entry, continuation lines included.
+    std::vector<std::string> existingKeys;
+    existingKeys.reserve(existing.size());
+    for (const EntrySpan& entry : existing) {
+        existingKeys.push_back(KeyOfEntry(entry));
+    }
     std::vector<std::size_t> replacedBy(existing.size(), entries.size());
     std::vector<bool> placed(entries.size(), false);
     for (std::size_t k = 0; k < entries.size(); ++k) {
-        for (std::size_t e = existing.size(); e-- > 0;) {
-            // The key as a reader sees it: of the whole entry, continuation lines included.
-            if (EqualNoCase(KeyOf(JoinedEntry(existing[e])), entries[k].first)) {
-                replacedBy[e] = k;
-                placed[k] = true;
-                break;
-            }
+        const auto found = FindLast(
+            existingKeys, entries[k].first,
+            [](const std::string& existingKey) -> std::string_view { return existingKey; });
+        if (found != existingKeys.end()) {
+            replacedBy[static_cast<std::size_t>(found - existingKeys.begin())] = k;
+            placed[k] = true;
         }
     }
     // After the section's last entry, so blank lines before the next section stay.

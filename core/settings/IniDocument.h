@@ -20,6 +20,35 @@
 
 namespace kv {
 
+// One entry as a reader finds it: the text before its first '=' is the key,
+// the text after it the value, both without white space at either end (an
+// entry without '=' is a key with an empty value). Continuation lines are
+// joined to the entry first, so either may span lines.
+struct IniEntry {
+    std::string key;
+    std::string value;
+
+    bool operator==(const IniEntry&) const = default;
+};
+
+// The entries of one section, in the order of the file.
+class IniSection {
+public:
+    IniSection() = default;
+    explicit IniSection(std::vector<IniEntry> entries) : m_entries(std::move(entries)) {}
+
+    const std::vector<IniEntry>& Entries() const { return m_entries; }
+
+    // The value of the last entry whose key is `key` without regard to case
+    // (of several equal keys the last wins), or none.
+    std::optional<std::string_view> Find(std::string_view key) const;
+
+    bool operator==(const IniSection&) const = default;
+
+private:
+    std::vector<IniEntry> m_entries;
+};
+
 class IniDocument {
 public:
     using Entry = std::pair<std::string_view, std::string>;
@@ -27,13 +56,10 @@ public:
     IniDocument() = default;
     explicit IniDocument(std::string_view text);
 
-    // Every entry of the section as "key=value" (the key and value as they
-    // stand in the file, continuation lines joined), or none when the
-    // section is absent.
-    std::optional<std::vector<std::string>> Section(std::string_view section) const;
+    // The entries of the section, or none when the section is absent.
+    std::optional<IniSection> Section(std::string_view section) const;
 
-    // The value of the last entry of `key` in the section, white space
-    // trimmed at both ends, or none.
+    // The value of the last entry of `key` in the section, or none.
     std::optional<std::string> Get(std::string_view section, std::string_view key) const;
 
     // Replaces the last entry of `key` in place, or adds it at the end of the
@@ -63,6 +89,7 @@ private:
     std::optional<SectionSpan> FindSection(std::string_view section) const;
     std::vector<EntrySpan> EntriesOf(const SectionSpan& span) const;
     std::string JoinedEntry(const EntrySpan& entry) const;
+    std::string KeyOfEntry(const EntrySpan& entry) const;
     std::vector<Line> EntryLines(std::string_view key, std::string_view value) const;
     void EndLastLine();
 
@@ -74,9 +101,5 @@ private:
 // and no byte that no text holds (NUL and the other control characters
 // but tab, line feed, carriage return and form feed).
 bool LooksLikeIniText(std::string_view text);
-
-// Case-insensitive comparison of ASCII names.
-bool EqualNoCase(std::string_view a, std::string_view b);
-std::string_view TrimSpace(std::string_view text);
 
 }  // namespace kv

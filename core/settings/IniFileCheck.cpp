@@ -5,6 +5,7 @@
 
 #include "core/settings/IniDocument.h"
 #include "core/settings/ProfileStore.h"
+#include "core/shared/AsciiText.h"
 #include "core/shared/FileIo.h"
 
 namespace kv {

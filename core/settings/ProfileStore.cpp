@@ -30,7 +30,7 @@ public:
     IniProfileStore(std::string path, bool createFolders)
         : m_path(std::move(path)), m_createFolders(createFolders) {}
 
-    std::optional<std::vector<std::string>> ReadSection(std::string_view section) override {
+    std::optional<IniSection> ReadSection(std::string_view section) override {
         return Document() ? Document()->Section(section) : std::nullopt;
     }
 

@@ -5,7 +5,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "core/settings/IniDocument.h"
 #include "core/shared/AppProfile.h"
@@ -27,8 +26,8 @@ inline constexpr std::size_t kMaxProfileBytes = 16u << 20;
 class IProfileStore {
 public:
     virtual ~IProfileStore() = default;
-    // Every entry of a section as "key=value", or none when it is absent.
-    virtual std::optional<std::vector<std::string>> ReadSection(std::string_view section) = 0;
+    // Every entry of a section, or none when it is absent.
+    virtual std::optional<IniSection> ReadSection(std::string_view section) = 0;
     virtual std::optional<std::string> GetString(std::string_view section,
                                                  std::string_view entry) = 0;
     // Writes the entries of a section in one replace of the store: every one

@@ -7,4 +7,10 @@ AppProfile& ModuleProfile() {
     return profile;
 }
 
+void EnsureModuleRegistryKey() {
+    if (ModuleProfile().registryKey.empty()) {
+        ModuleProfile().registryKey = std::string(kModuleRegistryKey);
+    }
+}
+
 }  // namespace kv

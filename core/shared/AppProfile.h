@@ -26,4 +26,10 @@ AppProfile& ModuleProfile();
 
 inline constexpr std::string_view kModuleRegistryKey = "Velmorine";
 
+// Outside a host (the command line, the Python module) no start-up sets the
+// key: this gives the module's profile the key start-up would, unless one is
+// set already, so that the jitter seed and load and save without a location
+// use the store the library uses inside a host.
+void EnsureModuleRegistryKey();
+
 }  // namespace kv

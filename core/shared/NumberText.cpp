@@ -8,19 +8,13 @@
 #include <limits>
 #include <system_error>
 
+#include "core/shared/AsciiText.h"
+
 namespace kv {
 namespace {
 
-bool IsSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
-}
-
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 bool IsHexDigit(char c) {
-    return IsDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+    return IsAsciiDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
 std::chars_format CharsFormat(NumberStyle style) {
@@ -50,7 +44,7 @@ struct SignedStart {
 };
 SignedStart SkipBlanksAndSign(std::string_view text) {
     std::size_t at = 0;
-    while (at < text.size() && IsSpace(text[at])) {
+    while (at < text.size() && IsAsciiSpace(text[at])) {
         ++at;
     }
     const bool negative = at < text.size() && text[at] == '-';
@@ -121,11 +115,11 @@ std::optional<double> ParseRealPrefix(std::string_view text) {
 
 std::optional<int> ParseIntPrefix(std::string_view text) {
     auto [at, negative] = SkipBlanksAndSign(text);
-    if (at >= text.size() || !IsDigit(text[at])) {
+    if (at >= text.size() || !IsAsciiDigit(text[at])) {
         return std::nullopt;
     }
     int64_t magnitude = 0;
-    for (; at < text.size() && IsDigit(text[at]); ++at) {
+    for (; at < text.size() && IsAsciiDigit(text[at]); ++at) {
         magnitude = std::min<int64_t>(magnitude * 10 + (text[at] - '0'), int64_t{INT_MAX} + 1);
     }
     const int64_t value = negative ? -magnitude : magnitude;
@@ -133,7 +127,7 @@ std::optional<int> ParseIntPrefix(std::string_view text) {
 }
 
 std::optional<double> ParseFiniteNumber(std::string_view text) {
-    if (text.empty() || IsSpace(text.front())) {
+    if (text.empty() || IsAsciiSpace(text.front())) {
         return std::nullopt;
     }
     const auto number = ReadNumberPrefix(text);

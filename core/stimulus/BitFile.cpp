@@ -126,12 +126,16 @@ std::optional<BitVector> ReadBitFile(const std::string& path, std::string_view c
     return bits;
 }
 
-bool WriteBitFile(const std::string& path, const BitVector& bits, std::string_view caption) {
+std::string BitText(const BitVector& bits) {
     std::string text(bits.size(), '0');
     for (std::size_t i = 0; i < bits.size(); ++i) {
         text[i] = bits[i] != 0 ? '1' : '0';
     }
-    const FileResult result = ReplaceFileAtomically(path, text);
+    return text;
+}
+
+bool WriteBitFile(const std::string& path, const BitVector& bits, std::string_view caption) {
+    const FileResult result = ReplaceFileAtomically(path, BitText(bits));
     if (!result.ok) {
         Report(caption,
                Fill(std::string(kBitFileUnwritable) + "%s due to following reason:\n %s", path,

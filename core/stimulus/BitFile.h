@@ -54,6 +54,11 @@ BitScan ScanBitFile(const std::string& path, std::size_t maxBits,
 // empty), so a page can show them under its title.
 std::optional<BitVector> ReadBitFile(const std::string& path, std::string_view caption = {});
 
+// The bits as the characters '0' and '1', first bit first, with nothing
+// between them: the text of a sequence file, and of a short sequence where
+// the settings store one or the command line prints one.
+std::string BitText(const BitVector& bits);
+
 // Writes the bits with no separators and no line end, replacing the file.
 // False, after a message, when it cannot be written.
 bool WriteBitFile(const std::string& path, const BitVector& bits, std::string_view caption = {});

@@ -9,7 +9,9 @@
 #include "core/ports/MessagePort.h"
 #include "core/settings/IniDocument.h"
 #include "core/settings/ProfileStore.h"
+#include "core/shared/AsciiText.h"
 #include "core/shared/NumberText.h"
+#include "core/stimulus/BitFile.h"
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/SequenceType.h"
@@ -155,20 +157,18 @@ std::optional<double> ParseFileValue(Kind kind, std::string_view text) {
     return number ? std::optional<double>(*number) : std::nullopt;
 }
 
-// Reads values either from the entries of a whole section of a file or key
-// by key from a settings store, with the rules of each.
+// Reads values either from a whole section of a file or key by key from a
+// settings store, with the rules of each.
 class ValueSource {
 public:
-    // File rules over the section's "key=value" entries (none: no section).
-    explicit ValueSource(const std::optional<std::vector<std::string>>& section) {
-        LoadSection(section);
-    }
+    // File rules over the section read whole (none: no section).
+    explicit ValueSource(std::optional<IniSection> section) : m_section(std::move(section)) {}
     // Settings-store rules: a store has no section call, so key by key.
     explicit ValueSource(IProfileStore& store) : m_store(&store) {}
 
     double Read(Kind kind, std::string_view key, double defaultValue) const {
         if (m_store == nullptr) {
-            const auto text = Lookup(key);
+            const auto text = Find(key);
             return text ? ParseFileValue(kind, *text).value_or(defaultValue) : defaultValue;
         }
         if (kind == Kind::Real) {
@@ -183,7 +183,11 @@ public:
 
     // The text of a key, or none when the section does not hold it.
     std::optional<std::string> Find(std::string_view key) const {
-        return m_store == nullptr ? Lookup(key) : m_store->GetString(kStimulusSection, key);
+        if (m_store != nullptr) {
+            return m_store->GetString(kStimulusSection, key);
+        }
+        const auto value = m_section ? m_section->Find(key) : std::nullopt;
+        return value ? std::optional<std::string>(*value) : std::nullopt;
     }
 
     std::string ReadText(std::string_view key, std::string_view defaultValue) const {
@@ -191,45 +195,8 @@ public:
     }
 
 private:
-    void LoadSection(const std::optional<std::vector<std::string>>& entries) {
-        if (!entries) {
-            return;
-        }
-        std::size_t returned = 0;  // as the section call counts: each entry and its NUL
-        for (const std::string& entry : *entries) {
-            returned += entry.size() + 1;
-        }
-        if (returned < 3) {
-            return;  // too little to be a section
-        }
-        for (const std::string& entry : *entries) {
-            const std::size_t equals = entry.find('=');
-            const std::string_view whole(entry);
-            const std::string_view key = TrimSpace(whole.substr(0, equals));
-            if (key.empty()) {
-                continue;
-            }
-            std::string_view value =
-                equals == std::string::npos ? std::string_view{} : whole.substr(equals + 1);
-            while (!value.empty() && (value.front() == ' ' || value.front() == '\t')) {
-                value.remove_prefix(1);
-            }
-            m_entries.emplace_back(std::string(key), std::string(value));
-        }
-    }
-
-    // The last entry of the key wins; the value loses its trailing blanks.
-    std::optional<std::string> Lookup(std::string_view key) const {
-        for (auto it = m_entries.rbegin(); it != m_entries.rend(); ++it) {
-            if (EqualNoCase(it->first, key)) {
-                return std::string(TrimSpace(it->second));
-            }
-        }
-        return std::nullopt;
-    }
-
     IProfileStore* m_store = nullptr;
-    std::vector<std::pair<std::string, std::string>> m_entries;
+    std::optional<IniSection> m_section;
 };
 
 // An empty name is neither a file nor a key of the settings store; left to
@@ -308,11 +275,7 @@ bool StoresItsBits(int seqType) {
 
 std::string EncodeBitSequence(const BitVector& bits) {
     if (bits.size() < static_cast<std::size_t>(kUuencodedFromBits)) {
-        std::string text(bits.size(), '0');
-        for (std::size_t i = 0; i < bits.size(); ++i) {
-            text[i] = bits[i] != 0 ? '1' : '0';
-        }
-        return text;
+        return BitText(bits);
     }
     return Uuencode(PackBits(bits));
 }

@@ -9,11 +9,13 @@
 
 #include "FuzzSupport.h"
 #include "core/settings/IniDocument.h"
+#include "core/shared/AsciiText.h"
 
 namespace {
 
 using kv::EqualNoCase;
 using kv::IniDocument;
+using kv::IniEntry;
 using kv::TrimSpace;
 using kv::fuzz::Escaped;
 using kv::fuzz::Expect;
@@ -40,12 +42,6 @@ bool SameLine(std::string_view before, std::string_view after) {
     }
     return after.substr(0, before.size()) == before &&
            (after.substr(before.size()) == "\n" || after.substr(before.size()) == "\r\n");
-}
-
-// The key of an entry, continuation lines included, as a reader finds it:
-// the text before its first '=', or the whole entry when it has none.
-std::string_view KeyOf(std::string_view entry) {
-    return TrimSpace(entry.substr(0, entry.find('=')));
 }
 
 // The names of the header lines, in order, each once.
@@ -75,6 +71,38 @@ bool IsPlainKey(std::string_view key) {
            key.find_first_of("=\r\n") == std::string_view::npos && TrimSpace(key) == key;
 }
 
+// An indented line that is neither blank nor a comment continues the entry
+// before it.
+bool IsContinuation(std::string_view line) {
+    const std::string_view trimmed = TrimSpace(line);
+    return !line.empty() && (line.front() == ' ' || line.front() == '\t') && !trimmed.empty() &&
+           trimmed.front() != ';';
+}
+
+// Whether the lines [begin, end) lie within one entry whose key is `key`
+// (none: whether there are no such lines). The entry starts at the line
+// before its continuation lines.
+bool WithinOneEntry(const std::vector<std::string_view>& lines, std::size_t begin, std::size_t end,
+                    std::string_view key) {
+    if (begin == end) {
+        return true;
+    }
+    std::size_t first = begin;
+    while (first > 0 && IsContinuation(lines[first])) {
+        const std::string_view previous = TrimSpace(lines[first - 1]);
+        const bool header =
+            lines[first - 1].front() == '[' && previous.find(']') != std::string_view::npos;
+        if (previous.empty() || previous.front() == ';' || header) {
+            break;  // an indented line after no entry starts one
+        }
+        --first;
+    }
+    const std::string_view line = lines[first];
+    return !key.empty() && EqualNoCase(TrimSpace(line.substr(0, line.find('='))), key) &&
+           std::all_of(lines.begin() + static_cast<std::ptrdiff_t>(first) + 1,
+                       lines.begin() + static_cast<std::ptrdiff_t>(end), IsContinuation);
+}
+
 struct Edit {
     std::string section;
     std::string key;
@@ -91,7 +119,6 @@ void CheckEdit(std::string_view text, const std::vector<std::string>& names, con
 
     // What the edited section must hold: the last entry of the key replaced,
     // or the entry added at the end.
-    std::string joined = edit.key + "=";
     std::string expectedValue;
     for (std::string_view rest = edit.value; !rest.empty();) {
         const std::size_t end = std::min(rest.find('\n'), rest.size());
@@ -101,23 +128,15 @@ void CheckEdit(std::string_view text, const std::vector<std::string>& names, con
         expectedValue += TrimSpace(rest.substr(0, end));
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
-    joined += expectedValue;
-    std::vector<std::string> expected =
-        before.Section(edit.section).value_or(std::vector<std::string>{});
-    std::size_t removedLines = 0;
-    const auto last = std::find_if(expected.rbegin(), expected.rend(), [&](const std::string& e) {
-        return EqualNoCase(KeyOf(e), edit.key);
-    });
-    if (last != expected.rend()) {
-        std::size_t breaks = 0;
-        for (std::size_t at = last->find("\r\n"); at != std::string::npos;
-             at = last->find("\r\n", at + 2)) {
-            ++breaks;
-        }
-        removedLines = breaks + 1;
-        *last = joined;
+    std::vector<IniEntry> expected =
+        before.Section(edit.section).value_or(kv::IniSection{}).Entries();
+    const auto last = std::find_if(expected.rbegin(), expected.rend(),
+                                   [&](const IniEntry& e) { return EqualNoCase(e.key, edit.key); });
+    const bool replaces = last != expected.rend();
+    if (replaces) {
+        *last = {edit.key, expectedValue};
     } else {
-        expected.push_back(joined);
+        expected.push_back({edit.key, expectedValue});
     }
 
     const IniDocument reread(written);
@@ -125,7 +144,7 @@ void CheckEdit(std::string_view text, const std::vector<std::string>& names, con
         const char* which = document == &after ? " (edited)" : " (read again)";
         Expect(document->Get(edit.section, edit.key) == expectedValue,
                std::string("the value does not read back") + which + where);
-        Expect(document->Section(edit.section) == expected,
+        Expect(document->Section(edit.section) == kv::IniSection(expected),
                std::string("the edited section changed elsewhere") + which + where);
         for (const std::string& name : names) {
             if (!EqualNoCase(name, edit.section)) {
@@ -150,7 +169,8 @@ void CheckEdit(std::string_view text, const std::vector<std::string>& names, con
         ++suffix;
     }
     Expect(
-        oldLines.size() - prefix - suffix <= removedLines,
+        WithinOneEntry(oldLines, prefix, oldLines.size() - suffix,
+                       replaces ? edit.key : std::string_view{}),
         "lines outside the edited entry changed" + where + ", giving \"" + Escaped(written) + "\"");
 }
 
@@ -168,8 +188,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const std::vector<std::string> names = SectionNames(lines);
     std::vector<Edit> edits;
     const std::string section = names.empty() ? "FUZZ" : names.front();
-    if (const auto entries = document.Section(section); entries && !entries->empty()) {
-        const std::string key(KeyOf(entries->front()));
+    if (const auto entries = document.Section(section); entries && !entries->Entries().empty()) {
+        const std::string& key = entries->Entries().front().key;
         if (IsPlainKey(key)) {
             edits.push_back({section, key, "replaced"});
         }

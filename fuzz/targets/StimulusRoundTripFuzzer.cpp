@@ -15,6 +15,7 @@
 
 #include "FuzzSupport.h"
 #include "core/settings/IniDocument.h"
+#include "core/shared/AsciiText.h"
 #include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/StimulusData.h"
@@ -113,8 +114,8 @@ std::optional<CStimulusData> EditedData(std::string_view text) {
     }
     // The section alone, read as it stands: every value taken, none checked.
     std::string section = "[" + std::string(kv::kStimulusSection) + "]\n";
-    for (const std::string& entry : *entries) {
-        section += entry + "\n";
+    for (const kv::IniEntry& entry : entries->Entries()) {
+        section += entry.key + "=" + entry.value + "\n";
     }
     const auto edits = kv::fuzz::ScratchFolder() / "edits.ini";
     kv::fuzz::WriteFile(edits, section);

@@ -23,8 +23,9 @@ TEST(IniDocument, PrivateProfileEditsKeepEverythingElse) {
     EXPECT_EQ(doc.Text(),
               "; comment\r\n[Other]\r\nA=1\r\n\r\n[Main]\r\nkey=old\r\nX = 2\r\nkey=new\r\n"
               "Added=v\r\n\r\n[Tail]\r\nB=3\r\n\r\n[Fresh]\r\nC=4\r\n");
-    EXPECT_EQ(*doc.Section("main"),
-              (std::vector<std::string>{"key=old", "X = 2", "key=new", "Added=v"}));
+    EXPECT_EQ(
+        doc.Section("main")->Entries(),
+        (std::vector<kv::IniEntry>{{"key", "old"}, {"X", "2"}, {"key", "new"}, {"Added", "v"}}));
 
     // Multi-line values continue on indented lines and come back joined.
     doc.Set("Main", "Multi", "L1\r\nL2\r\n[L3\r\n");

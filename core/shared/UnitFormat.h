@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+
+// The engineering unit formatters: a quantity in SI base units as a short
+// number text with its unit, as every view and export shows it. Numbers are
+// written with a "." whatever the process locale is.
+
+namespace kv {
+
+// Longest unit text a formatter delivers; a separate unit buffer needs one byte more.
+inline constexpr std::size_t kUnitTextCapacity = 15;
+// Longest number text a formatter delivers.
+inline constexpr std::size_t kNumberTextCapacity = 39;
+
+// Unit formatters. With `unit` null, `destination` receives "<number> <unit>"; otherwise it
+// receives the number alone and `unit` (at least kUnitTextCapacity + 1 bytes) the unit text.
+// Either way the text in `destination` is cut at `capacity` characters. A magnitude beyond the
+// largest unit prints "999" with that unit and returns false; so does a value whose number text
+// would not fit kNumberTextCapacity characters (such as 1e308 V) or that is no number at all
+// (NaN, infinity). Otherwise the result is true.
+
+// Lengths in metres, shown in inches or mils, or in um, mm, cm or m when `metric`. The value
+// is compared as signed, so every negative length shows in the smallest unit.
+bool FormatLength(double value, char* destination, std::size_t capacity, bool metric,
+                  char* unit = nullptr);
+bool FormatCapacitance(double value, char* destination, std::size_t capacity, char* unit = nullptr);
+bool FormatInductance(double value, char* destination, std::size_t capacity, char* unit = nullptr);
+bool FormatResistance(double value, char* destination, std::size_t capacity, char* unit = nullptr);
+bool FormatFrequency(double value, char* destination, std::size_t capacity, char* unit = nullptr);
+bool FormatTime(double value, char* destination, std::size_t capacity, char* unit = nullptr);
+// Volts; the number of decimals follows the magnitude.
+bool FormatVoltage(double value, char* destination, std::size_t capacity, char* unit = nullptr);
+
+}  // namespace kv
