@@ -14,13 +14,14 @@ std::optional<std::string_view> FindTraceError(const EyeTrace& trace) {
     }
     // Without a branch per sample: x - x is 0 only for a finite x, and a
     // comparison with a NaN is false.
-    const auto isFinite = [](double x) { return x - x == 0.0; };
-    bool finite = isFinite(trace.time[0]) & isFinite(trace.volts[0]);
-    bool ordered = true;
+    // The flags are kept as numbers so that the and of two is a plain '&'.
+    const auto isFinite = [](double x) -> unsigned { return x - x == 0.0; };
+    unsigned finite = isFinite(trace.time[0]) & isFinite(trace.volts[0]);
+    unsigned ordered = 1;
     for (std::size_t i = 1; i < trace.time.size(); ++i) {
         const double t = trace.time[i];
         finite &= isFinite(t) & isFinite(trace.volts[i]);
-        ordered &= t >= trace.time[i - 1];
+        ordered &= static_cast<unsigned>(t >= trace.time[i - 1]);
     }
     if (!finite) {
         return "The waveform holds a time or level that is not a finite number";
