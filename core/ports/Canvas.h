@@ -72,8 +72,8 @@ public:
     // Outline with the pen, inside with the brush.
     virtual void Rectangle(const Rect& rect) = 0;
     // Fills the closed polygon through `points` (even-odd rule) with a colour, without any
-    // outline. Canvases without a polygon primitive of their own get it filled row by row.
-    virtual void FillPolygon(std::span<const Point> points, uint32_t color);
+    // outline.
+    virtual void FillPolygon(std::span<const Point> points, uint32_t color) = 0;
 
     virtual void SetTextColor(uint32_t color) = 0;
     // Text drawn over what is there (true) or on a filled box (false).
