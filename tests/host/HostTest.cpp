@@ -11,7 +11,6 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <cstring>
 #include <memory>
@@ -149,7 +148,7 @@ kv::via_json::ViaDescription ReadExample(const std::string& name) {
 // The control's slots, as a host that fills it from a description calls them; what the
 // export writes is checked where the command line writes it.
 TEST(HostVia, ControlCreatedFilledAndExportedThroughItsSlots) {
-    QTemporaryDir folder;
+    const TestFolder folder;
     QWidget window;
     IViaVizCtrl* control = g_factory->CreateViaVisualizerCtrl();
     ASSERT_NE(control, nullptr);
@@ -160,7 +159,7 @@ TEST(HostVia, ControlCreatedFilledAndExportedThroughItsSlots) {
     EXPECT_TRUE(control->IsPair());
     EXPECT_EQ(control->GetViaData(2), nullptr);
     EXPECT_EQ(control->GetViaData(1)->GetStackup()->count, 11);
-    const std::string path = folder.filePath(QStringLiteral("pair.cir")).toStdString();
+    const std::string path = folder.File("pair.cir");
     ASSERT_TRUE(control->ExportToSpiceFile(path.c_str()));
     EXPECT_NE(ReadText(path).find(".SUBCKT VIA_DIFF_TOP_BOTTOM\n"), std::string::npos);
 
