@@ -28,8 +28,6 @@ public:
     CKVComCtlApp();
     ~CKVComCtlApp() override;
 
-    bool IsStarted() const { return m_started; }
-
 private:
     void InitInstance();
     void ExitInstance();

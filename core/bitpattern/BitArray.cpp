@@ -23,13 +23,6 @@ uint8_t BitArray::GetAt(int index) const {
     return m_bits[static_cast<size_t>(index)];
 }
 
-void BitArray::SetAt(int index, uint8_t bit) {
-    if (index < 0 || index >= GetSize()) {
-        ThrowOutOfRange("bit index outside the pattern");
-    }
-    m_bits[static_cast<size_t>(index)] = AsBit(bit);
-}
-
 void BitArray::GrowFor(size_t count) {
     if (count <= m_bits.capacity()) {
         return;

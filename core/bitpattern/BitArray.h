@@ -25,7 +25,6 @@ public:
     uint8_t GetAt(int index) const;
     uint8_t operator[](int index) const { return GetAt(index); }
     uint8_t Last() const { return GetAt(GetSize() - 1); }
-    void SetAt(int index, uint8_t bit);
     // Sets bit `index`, growing the array with zero bits to reach it.
     void SetAtGrow(int index, uint8_t bit);
     void Add(uint8_t bit) { SetAtGrow(GetSize(), bit); }

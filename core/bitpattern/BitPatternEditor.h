@@ -57,8 +57,8 @@ public:
 
     BitPatternEditor(IControlWindow& window, IClipboard& clipboard);
 
-    // The sequence; pages read and write it directly.
-    BitArray m_bits;
+    // The sequence; SetPattern and the edits change it.
+    const BitArray& Bits() const { return m_bits; }
 
     // Size of "00" in the dialog's font; lays the control out again.
     void SetTextMetrics(int cellWidth, int textHeight);
@@ -81,7 +81,6 @@ public:
     void SetCaretIndex(int index);
     void EnsureCaretVisible();
     bool IsCaretShown() const { return m_caretShown; }
-    Point CaretPosition() const { return m_caretPosition; }
 
     bool HasSelection() const { return m_selectionAnchor != -1; }
     int SelectionAnchor() const { return m_selectionAnchor; }
@@ -89,7 +88,6 @@ public:
     int SelectionMin() const;
     int SelectionMax() const;
     bool IsDragging() const { return m_dragging; }
-    int TimerId() const { return m_timerId; }
     const Rect& MarkerRect() const { return m_marker; }
     bool HasMarker() const { return m_marker.left != m_marker.right; }
     // The end handle's square; for an empty pattern its level follows y.
@@ -146,6 +144,7 @@ private:
 
     IControlWindow& m_window;
     IClipboard& m_clipboard;
+    BitArray m_bits;
     BitPatternLayout m_layout;
     Rect m_client;
     int m_cellWidth = 16;

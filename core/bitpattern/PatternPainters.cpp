@@ -21,7 +21,7 @@ struct PassStyle {
 // last cell.
 int DrawPass(ICanvas& canvas, const BitPatternEditor& control, const PassStyle& style) {
     const BitPatternLayout& l = control.Layout();
-    const BitArray& bits = control.m_bits;
+    const BitArray& bits = control.Bits();
     const int count = bits.GetSize();
     const int w = l.cellWidth;
     const int o = style.offset;
@@ -63,7 +63,7 @@ int DrawPass(ICanvas& canvas, const BitPatternEditor& control, const PassStyle& 
 // the first bit begins with an edge.
 void MoveToStart(ICanvas& canvas, const BitPatternEditor& control) {
     const BitPatternLayout& l = control.Layout();
-    canvas.MoveTo({l.left, l.LevelY(control.m_bits[0] != 0 ? 0 : 1)});
+    canvas.MoveTo({l.left, l.LevelY(control.Bits()[0] != 0 ? 0 : 1)});
 }
 
 // Passes one after another, each starting where the previous one's last
@@ -104,7 +104,7 @@ bool CPatternPainter::ShowsSequenceLength() const {
 }
 
 void CNormalPaint::Paint(ICanvas& canvas) const {
-    if (m_control.m_bits.IsEmpty()) {
+    if (m_control.Bits().IsEmpty()) {
         MoveToMarkerLevel(canvas, m_control);
         return;
     }
@@ -125,7 +125,7 @@ bool CNormalPaint::ShowsSequenceLength() const {
 }
 
 void CCyclePaint::Paint(ICanvas& canvas) const {
-    if (m_control.m_bits.IsEmpty()) {
+    if (m_control.Bits().IsEmpty()) {
         MoveToMarkerLevel(canvas, m_control);
         return;
     }
@@ -142,7 +142,7 @@ bool CCyclePaint::ShowsSequenceLength() const {
 }
 
 void CContinuousPaint::Paint(ICanvas& canvas) const {
-    const BitArray& bits = m_control.m_bits;
+    const BitArray& bits = m_control.Bits();
     if (!bits.IsEmpty()) {
         const BitPatternLayout& l = m_control.Layout();
         MoveToStart(canvas, m_control);
@@ -153,7 +153,7 @@ void CContinuousPaint::Paint(ICanvas& canvas) const {
 }
 
 void CRepetitionPaint::Paint(ICanvas& canvas) const {
-    const BitArray& bits = m_control.m_bits;
+    const BitArray& bits = m_control.Bits();
     if (bits.IsEmpty()) {
         MoveToMarkerLevel(canvas, m_control);
         return;

@@ -74,14 +74,12 @@ public:
     const DisplayUnits& Units() const { return m_units; }
     // Zero, negative or not-a-number: no limit.
     void SetMaxPadSize(double metres);
-    double MaxPadSize() const { return m_maxPadSize; }
     void SetUsedLayers(std::vector<int32_t> layers) { m_usedLayers = std::move(layers); }
 
     const PadstackEditState& State() const { return m_state; }
     // Puts back a state from before or after an edit (undo, redo); marks the padstack modified.
     void Restore(const PadstackEditState& state);
     bool Modified() const { return m_modified; }
-    void ClearModified() { m_modified = false; }
 
     double Plating() const { return m_plating; }
     double ActualDrill() const { return m_state.drill + 2.0 * m_plating; }

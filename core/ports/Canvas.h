@@ -86,8 +86,8 @@ public:
     // Outline with the pen, inside with the brush.
     virtual void Rectangle(const Rect& rect) = 0;
     // Fills the closed polygon through `points` (even-odd rule) with a colour, without any
-    // outline. Canvases without a polygon primitive of their own get it filled row by row.
-    virtual void FillPolygon(std::span<const Point> points, uint32_t color);
+    // outline.
+    virtual void FillPolygon(std::span<const Point> points, uint32_t color) = 0;
     // The image with its top-left pixel at `at`, pixel for pixel, over what is drawn; an image
     // whose pixels do not match its size draws nothing.
     virtual void DrawImage(Point at, const ArgbImage& image) = 0;

@@ -25,8 +25,6 @@ public:
     // that broke a rule, or returns 0 when all of them pass.
     int FeedPeriods(std::span<const int8_t> symbols, std::size_t& errorIndex);
 
-    bool AtPeriodBoundary() const { return m_position == 0 && m_groupSize == m_startSize; }
-
 private:
     int m_previous = 0;  // no symbol yet
     int m_run = 0;

@@ -42,12 +42,10 @@ public:
         m_metric = metric;
         Invalidate();
     }
-    bool IsMetric() const { return m_metric; }
     // 0 side, 1 top; anything else is ignored (false).
     bool SetView(int32_t view);
     ViaView View() const { return m_view; }
     void SetTopViewLayer(int32_t layer) { m_topViewLayer = layer; }
-    int32_t TopViewLayer() const { return m_topViewLayer; }
 
     // Whether there is anything to draw or export: via 0 has a stackup.
     bool HasData() const;

@@ -58,7 +58,6 @@ public:
     const std::list<NETENTRY>& Entries() const { return m_entries; }
     // The entry with that index, or null.
     const NETENTRY* Find(int32_t index) const;
-    int32_t ReferenceCount() const { return m_references; }
 
 private:
     ~CCoupledNetsList() = default;  // only the last Release destroys

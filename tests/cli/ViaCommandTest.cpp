@@ -6,17 +6,11 @@
 #include "tests/support/TestSupport.h"
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <string_view>
+#include <string>
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ReadAll(const fs::path& path) {
-    return ReadText(path.string());
-}
 
 class ViaCommand : public ::testing::Test {
 protected:
@@ -33,7 +27,7 @@ protected:
     // Writes `json` as a description and returns its path.
     fs::path Description(const std::string& json) {
         const fs::path path = m_folder.Path() / "via.json";
-        std::ofstream(path) << json;
+        WriteText(path, json);
         return path;
     }
 
@@ -53,21 +47,21 @@ TEST_F(ViaCommand, ExampleBoardsGiveTheHandWrittenSubcircuitsAndDump) {
         const fs::path output = m_folder.Path() / (name + ".cir");
         ASSERT_EQ(Run("spice " + Example(name + ".json").string() + " -o " + output.string()), 0)
             << m_error;
-        ExpectSameBesidesTheTime(ReadAll(output),
-                                 ReadAll(fs::path(KV_TEST_DATA_DIR) / (name + ".cir")));
+        ExpectSameBesidesTheTime(ReadText(output),
+                                 ReadText(fs::path(KV_TEST_DATA_DIR) / (name + ".cir")));
     }
     ASSERT_EQ(Run("padstack-dump " + Example("via_signal_6layer.json").string()), 0) << m_error;
-    EXPECT_EQ(m_output, ReadAll(fs::path(KV_TEST_DATA_DIR) / "via_signal_6layer.dmp"));
+    EXPECT_EQ(m_output, ReadText(fs::path(KV_TEST_DATA_DIR) / "via_signal_6layer.dmp"));
 
     ASSERT_EQ(Run("padstack-dump " + Example("via_signal_6layer.json").string() + " -o " +
                   m_folder.Path().string()),
               0);
-    EXPECT_EQ(ReadAll(m_folder.Path() / "ViaVizData.dmp"),
-              ReadAll(fs::path(KV_TEST_DATA_DIR) / "via_signal_6layer.dmp"));
+    EXPECT_EQ(ReadText(m_folder.Path() / "ViaVizData.dmp"),
+              ReadText(fs::path(KV_TEST_DATA_DIR) / "via_signal_6layer.dmp"));
 }
 
 TEST_F(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
-    const std::string board = ReadAll(Example("via_signal_6layer.json"));
+    const std::string board = ReadText(Example("via_signal_6layer.json"));
     const struct {
         std::string from, to, message;
     } cases[] = {

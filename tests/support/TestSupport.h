@@ -1,7 +1,8 @@
 #pragma once
 
-// What the core tests share: temporary folders, whole-file text, and
-// running the command line (or any shell command) with its output captured.
+// What the tests share: temporary folders, whole-file text, and running the
+// command line (or any shell command) with its output captured. Tests built
+// without the command line's path (widget and host tests) get everything else.
 
 #include <sys/wait.h>
 
@@ -57,11 +58,11 @@ private:
     std::optional<std::string> m_old;
 };
 
-inline void WriteText(const std::string& path, const std::string& text) {
+inline void WriteText(const std::filesystem::path& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
 }
 
-inline std::string ReadText(const std::string& path) {
+inline std::string ReadText(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
@@ -81,8 +82,10 @@ inline CommandResult RunShell(const std::string& command) {
     return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, ReadText(out), ReadText(err)};
 }
 
+#ifdef KV_CLI_PATH
 // Runs the built kvcomctl with `arguments` (quoted for the shell), with
 // `environment` ("NAME=value ...") in front when given.
 inline CommandResult RunCli(const std::string& arguments, const std::string& environment = "") {
     return RunShell(environment + " " + KV_CLI_PATH + " " + arguments);
 }
+#endif

@@ -184,7 +184,7 @@ CBitPatternCtrl::CBitPatternCtrl(QWidget* parent)
     : QWidget(parent),
       m_window(std::make_unique<Window>(*this)),
       m_editor(std::make_unique<BitPatternEditor>(*m_window, m_clipboard)),
-      m_bits(m_editor->m_bits),
+      m_bits(m_editor->Bits()),
       m_scrollBar(new QScrollBar(Qt::Horizontal, this)),
       m_addBitsCursor(ModuleCursor(kAddBitsCursorId)),
       m_endHandleCursor(ModuleCursor(kEndHandleCursorId)) {

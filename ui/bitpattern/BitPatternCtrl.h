@@ -65,8 +65,8 @@ public:
     // Whether the caret is drawn now (it blinks).
     bool CaretDrawn() const;
 
-    // The sequence, one byte per bit; owners read and write it directly.
-    BitArray& m_bits;
+    // The sequence, one byte per bit; owners read it and change it through SetPattern.
+    const BitArray& m_bits;
 
     QSize sizeHint() const override;
 

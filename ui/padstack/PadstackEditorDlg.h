@@ -67,7 +67,6 @@ public:
     // The record the preview draws for the current row: "<Auto>" shapes taken from "<default>".
     PADDATA SelectedPadAsDrawn() const;
     double ActualDrill() const { return m_model.ActualDrill(); }
-    QUndoStack& UndoStack() const { return *m_undo; }
 
 public slots:
     void accept() override;
@@ -78,7 +77,6 @@ signals:
 
 private:
     void BuildLayout();
-    void LoadFields();
     void RefreshAll();
     bool OnCellEdit(int gridRow, int gridColumn, const QString& text);
     void OnDrillEdited();

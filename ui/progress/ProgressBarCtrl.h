@@ -24,9 +24,6 @@ public:
     void SetNoPercentSign(bool noPercentSign) override;
     QWidget* GetHwnd() const override;
 
-    uint32_t FillColor() const { return m_fillColor; }
-    uint32_t EmptyColor() const { return m_emptyColor; }
-
     QSize sizeHint() const override;
 
 protected:

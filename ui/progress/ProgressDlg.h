@@ -44,9 +44,6 @@ public:
     void Show(int showCommand) override;
     void Enable(bool enable) override;
 
-    bool IsCreated() const { return m_created; }
-    bool CancelEnabled() const { return m_cancelEnabled; }
-
 public slots:
     // The dialog stays up on Escape and Enter: the host ends it with Destroy.
     void reject() override;

@@ -1,7 +1,5 @@
 #include "ui/shared/WidgetClassRegistry.h"
 
-#include <QStringList>
-
 namespace kv::ui {
 
 WidgetClassRegistry& WidgetClassRegistry::Instance() {
@@ -24,14 +22,6 @@ bool WidgetClassRegistry::IsRegistered(const QString& className) const {
 QWidget* WidgetClassRegistry::Create(const QString& className, QWidget* parent) const {
     const auto found = m_factories.find(className);
     return found == m_factories.end() ? nullptr : found->second(parent);
-}
-
-QStringList WidgetClassRegistry::ClassNames() const {
-    QStringList names;
-    for (const auto& [name, factory] : m_factories) {
-        names << name;
-    }
-    return names;
 }
 
 }  // namespace kv::ui

@@ -25,7 +25,6 @@ public:
     bool IsRegistered(const QString& className) const;
     // A new widget of the class, owned by `parent` (null when unknown).
     QWidget* Create(const QString& className, QWidget* parent) const;
-    QStringList ClassNames() const;
 
 private:
     std::map<QString, Factory> m_factories;

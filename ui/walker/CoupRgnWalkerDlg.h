@@ -67,7 +67,6 @@ public:
     // back to the factory from inside it, and then it must not be deleted
     // under the caller's feet.
     bool IsNotifyingHost() const { return m_notifyingHost > 0; }
-    CCoupledNetsList& NetsList() { return *m_list; }
     CFramelessListView& NetsPane() { return *m_nets; }
     CCrossSectionCtrl& CrossSectionPane() { return *m_crossSection; }
 

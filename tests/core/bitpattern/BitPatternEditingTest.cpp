@@ -14,7 +14,7 @@ class BitPatternEditingTest : public test::BitPatternFixture {
 protected:
     std::string Bits() const {
         std::string text;
-        for (const uint8_t bit : editor.m_bits.Data()) {
+        for (const uint8_t bit : editor.Bits().Data()) {
             text.push_back(bit != 0 ? '1' : '0');
         }
         return text;

@@ -167,19 +167,15 @@ TEST(SymbolSource, BlockReadsMatchSingleReadsAndLeaveTheSameState) {
     }
 }
 
-TEST(SymbolSource, UnknownProtocolAndErrorTexts) {
+// The texts of the checker's codes are seen where the checker meets a broken stream
+// (CheckStream's tests); a code without a text is no error.
+TEST(SymbolSource, UnknownProtocolAndCodesWithoutAText) {
     SymbolSourceConfig config;
     config.protocol = 5;
     SymbolSource source(config);
     int symbol = 0;
     EXPECT_EQ(source.NextSymbol(symbol), 0);
     EXPECT_EQ(source.Error(), "Unknown protocol type");
-    EXPECT_EQ(source.SetError(3), 0);
-    EXPECT_EQ(source.Error(), "Running length exceeded");
-    EXPECT_EQ(source.SetError(4), 0);
-    EXPECT_EQ(source.Error(), "Running parity rule violated");
-    EXPECT_EQ(source.SetError(5), 0);
-    EXPECT_EQ(source.Error(), "Invalid start group size: must be 4 or 6");
     EXPECT_EQ(source.SetError(9), 1);
     EXPECT_FALSE(source.Error());
     EXPECT_EQ(kv::Code8b10bConfig(0).seed, 91847437);

@@ -3,35 +3,22 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "core/ports/MessagePort.h"
 #include "core/via/ViaSpiceExport.h"
 #include "core/via/ViaVizData.h"
 #include "tests/support/RecordingMessagePort.h"
 #include "tests/support/ScriptedFileChooser.h"
+#include "tests/support/TestSupport.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using kv::SpiceExportOutcome;
 
-std::string ReadAll(const fs::path& path) {
-    std::ifstream file(path);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
 class ViaSpiceExport : public ::testing::Test {
 protected:
     void SetUp() override {
-        m_folder =
-            fs::temp_directory_path() /
-            ("kv_via_export_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-             ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::create_directories(m_folder);
         m_layer = STACKUPLAYER{"TOP", STACKUP_CONDUCTOR, 0, 3.556e-5};
         m_stackup = {1, &m_layer};
         m_padstack = PADSTACK{};
@@ -41,11 +28,11 @@ protected:
         m_input.vias.push_back({&m_padstack, {}, {}});
         m_chooser.answer = kv::ChosenFile{m_folder, "via.cir"};
     }
-    void TearDown() override { fs::remove_all(m_folder); }
 
     SpiceExportOutcome Export() { return kv::ExportViaToSpice(&m_input, {}, m_chooser); }
 
-    fs::path m_folder;
+    TestFolder m_temporary;
+    const fs::path& m_folder = m_temporary.Path();
     STACKUPLAYER m_layer{};
     STACKUPARRAY m_stackup{};
     PADSTACK m_padstack{};
@@ -66,7 +53,7 @@ TEST_F(ViaSpiceExport, DialogIsAskedWithTheDefaultNameExtensionAndFilter) {
     EXPECT_EQ(kv::DefaultSpiceFileName(m_input, {"", "model/a"}), "model_a.cir");
     EXPECT_EQ(kv::DefaultSpiceFileName(m_input, {"chosen.inc", "model"}), "chosen.inc");
 
-    const std::string text = ReadAll(m_folder / "via.cir");
+    const std::string text = ReadText(m_folder / "via.cir");
     EXPECT_EQ(text.rfind("\n.SUBCKT SUB\n"), text.find("\n.SUBCKT SUB\n"));
     EXPECT_TRUE(text.ends_with(".ENDS\n"));
     EXPECT_TRUE(m_messages.Requests().empty());
@@ -84,9 +71,9 @@ TEST_F(ViaSpiceExport, CancelAndNoDataWriteNothing) {
 
 TEST_F(ViaSpiceExport, ExistingFileIsReplacedOnlyAfterYes) {
     const fs::path path = m_folder / "via.cir";
-    std::ofstream(path) << "old";
+    WriteText(path, "old");
     EXPECT_EQ(Export(), SpiceExportOutcome::Refused);  // the box's default answer is No
-    EXPECT_EQ(ReadAll(path), "old");
+    EXPECT_EQ(ReadText(path), "old");
     ASSERT_EQ(m_messages.Requests().size(), 1u);
     const kv::MessageRequest& question = m_messages.Requests()[0];
     EXPECT_EQ(question.text,
@@ -98,7 +85,7 @@ TEST_F(ViaSpiceExport, ExistingFileIsReplacedOnlyAfterYes) {
 
     m_messages.QueueAnswer(kv::MessageAnswer::Yes);
     EXPECT_EQ(Export(), SpiceExportOutcome::Written);
-    EXPECT_TRUE(ReadAll(path).ends_with(".ENDS\n"));
+    EXPECT_TRUE(ReadText(path).ends_with(".ENDS\n"));
 }
 
 TEST_F(ViaSpiceExport, UnwritableFolderIsReportedAndLeavesNothing) {

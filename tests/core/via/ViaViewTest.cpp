@@ -222,10 +222,9 @@ TEST_F(ViaView, InconsistentDataIsDrawnWithoutReadingOutside) {
     EXPECT_TRUE(m_canvas.Of(Kind::FillRect, style::kPlating).empty());
     EXPECT_TRUE(m_canvas.Of(Kind::FillRect, style::kLine).empty());
     EXPECT_EQ(m_layout.layerY[1], m_layout.layerY[2]);
-    EXPECT_FALSE(m_model.ExportToSpiceFile(
-        (std::filesystem::temp_directory_path() / "kv_never_written.cir").string()));
-    EXPECT_FALSE(
-        std::filesystem::exists(std::filesystem::temp_directory_path() / "kv_never_written.cir"));
+    const TestFolder folder;
+    EXPECT_FALSE(m_model.ExportToSpiceFile(folder.File("never.cir")));
+    EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
 
     // A host may ask for the top view of any layer number.
     m_model.SetView(1);

@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "core/via/PadstackDump.h"
 #include "core/via/ViaVizData.h"
+#include "tests/support/TestSupport.h"
 
 namespace {
 
@@ -80,18 +80,13 @@ TEST(PadstackDump, ListsEveryLayerWithItsPadAndLeavesUnknownCodesEmpty) {
 TEST(PadstackDump, AppendsToTheDumpFileOfTheGivenFolder) {
     DumpBoard board;
     board.stackup.count = 0;
-    const fs::path folder = fs::temp_directory_path() / "kv_padstack_dump_test";
-    fs::remove_all(folder);
-    fs::create_directories(folder);
+    const TestFolder temporary;
+    const fs::path& folder = temporary.Path();
     ASSERT_TRUE(kv::AppendPadstackDump(board.stackup, board.padstack, folder));
     ASSERT_TRUE(kv::AppendPadstackDump(board.stackup, board.padstack, folder));
-    std::ifstream file(folder / "ViaVizData.dmp");
-    std::ostringstream text;
-    text << file.rdbuf();
-    EXPECT_EQ(text.str().size(), 2 * 87u);
+    EXPECT_EQ(ReadText(folder / "ViaVizData.dmp").size(), 2 * 87u);
     EXPECT_FALSE(kv::AppendPadstackDump(board.stackup, board.padstack, folder / "missing"));
     EXPECT_EQ(kv::DefaultPadstackDumpFolder(), fs::temp_directory_path());
-    fs::remove_all(folder);
 }
 
 }  // namespace

@@ -44,6 +44,8 @@ private slots:
         QCOMPARE(port.Show(request), kv::MessageAnswer::Yes);
         QCOMPARE(m_shownText, QStringLiteral("Overwrite the file?"));
         QCOMPARE(m_shownDefault, QMessageBox::No);
+        AnswerNextBox(QMessageBox::No);
+        QCOMPARE(port.Show(request), kv::MessageAnswer::No);
     }
 
     void guardNestsAndRestores() {
