@@ -1,9 +1,5 @@
 #include "core/eyediagram/EyeStimulusRules.h"
 
-#include <algorithm>
-
-#include "core/stimulus/PageMessages.h"
-
 namespace kv::eye_stimulus {
 namespace {
 
@@ -20,30 +16,6 @@ constexpr ComponentFields kComponents[3] = {
 };
 
 }  // namespace
-
-std::optional<std::string_view> CheckCycles(double cycles) {
-    if (cycles >= 1 && cycles <= 2048 && cycles == static_cast<double>(static_cast<int>(cycles))) {
-        return std::nullopt;
-    }
-    return page_message::kCycleCount;
-}
-
-std::optional<std::string_view> CheckSkipBits(double skip, int cycles, int bitCount) {
-    const double total = static_cast<double>(cycles) * std::max(bitCount, 1);
-    if (skip >= 0 && skip <= total && skip == static_cast<double>(static_cast<int64_t>(skip))) {
-        return std::nullopt;
-    }
-    return page_message::kSkipRange;
-}
-
-std::optional<std::string_view> CheckSimpleJitter(double jitterNs, double periodNs,
-                                                  double dutyPercent) {
-    const double shorterPart = std::min(dutyPercent, 100.0 - dutyPercent) * 0.01 * periodNs;
-    if (jitterNs >= 0 && jitterNs < shorterPart) {
-        return std::nullopt;
-    }
-    return page_message::kMaxJitterHalfPeriod;
-}
 
 CJitter JitterFromData(const CStimulusData& data, int component) {
     const ComponentFields& fields = kComponents[component];

@@ -4,27 +4,19 @@
 #include <span>
 #include <string_view>
 
+#include "core/stimulus/StimulusRules.h"
 #include "kvcomctl/EyeMask.h"
 
-// The fifteen numbers of the eye mask page: their control ids, labels, how
-// each is shown, and the check applied while one of them is edited (strictly
-// between its neighbours, or within its placement range).
+// The fifteen numbers of the eye mask page: their control ids, labels and
+// how each is shown; what each may hold is its row of the stimulus rules.
 
 namespace kv::mask_page {
 
 struct MaskField {
     int controlId;
     std::string_view label;
-    double EYEMASK::*member;
+    const StimulusRule* rule;
     double shownFactor;  // the scales are shown in percent
-    // Neighbours the value must lie strictly between (null: no bound).
-    double EYEMASK::*below;
-    double EYEMASK::*above;
-    // A placement range instead of neighbours.
-    bool ranged;
-    double low;
-    double high;
-    std::string_view message;
 };
 
 std::span<const MaskField> MaskFields();
@@ -35,8 +27,5 @@ std::optional<std::string_view> CheckMaskField(const MaskField& field, const EYE
                                                double shown);
 double ShownValue(const MaskField& field, const EYEMASK& mask);
 void StoreShownValue(const MaskField& field, EYEMASK& mask, double shown);
-
-// Whether two masks hold the same fifteen numbers.
-bool SameMaskValues(const EYEMASK& a, const EYEMASK& b);
 
 }  // namespace kv::mask_page

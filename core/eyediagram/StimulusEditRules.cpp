@@ -6,7 +6,6 @@
 #include "core/shared/NumberText.h"
 #include "core/stimulus/BitFile.h"
 #include "core/stimulus/FixedPatterns.h"
-#include "core/stimulus/PageMessages.h"
 #include "core/stimulus/SequenceType.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
 
@@ -65,10 +64,6 @@ const std::array<KindRow, 7>& KindTable() {
         {seq::kPulse, {true, 3, kInitialState, kHighLow}},
     }};
     return table;
-}
-
-bool InRange(double value, double low, double high) {
-    return value >= low && value <= high;
 }
 
 }  // namespace
@@ -164,34 +159,6 @@ std::optional<double> ParseField(std::string_view text) {
         return std::nullopt;  // more than the number, such as a decimal comma and digits
     }
     return number->value;
-}
-
-std::optional<std::string_view> CheckPeriod(double nanoseconds, bool oscillator) {
-    if (InRange(nanoseconds, 0.001, 1000.0)) {
-        return std::nullopt;
-    }
-    return oscillator ? page_message::kPeriod : page_message::kBitInterval;
-}
-
-std::optional<std::string_view> CheckDutyCycle(double percent) {
-    if (InRange(percent, 1.0, 99.0)) {
-        return std::nullopt;
-    }
-    return page_message::kDutyCycle;
-}
-
-std::optional<std::string_view> CheckRepetitions(double count) {
-    if (InRange(count, 1.0, 2048.0) && count == static_cast<double>(static_cast<int>(count))) {
-        return std::nullopt;
-    }
-    return page_message::kCycleCount;
-}
-
-std::optional<std::string_view> CheckJitter(double nanoseconds, double periodNs) {
-    if (nanoseconds >= 0.0 && nanoseconds < periodNs) {
-        return std::nullopt;
-    }
-    return page_message::kMaxJitterInterval;
 }
 
 std::optional<BitVector> LoadPatternFile(const std::string& path) {

@@ -11,7 +11,7 @@
 
 // What the stimulus editing page decides: which controls a sequence kind
 // shows, how the pattern control behaves per kind, which pattern it shows,
-// the ranges of its numeric fields and the reading and writing of .bit files
+// the showing and reading of its numeric fields and the reading and writing of .bit files
 // with the page's own messages. The widget only carries these out.
 
 namespace kv::stimulus_edit {
@@ -67,13 +67,6 @@ std::string FormatField(double value);
 // "." in every locale; a comma is no decimal point, so "1,5" is refused (and
 // the field shows its range message) rather than read as 1 or as 1.5.
 std::optional<double> ParseField(std::string_view text);
-
-// The message for a value outside its range, or none when it is accepted.
-// Period and bit interval share a range but not a message.
-std::optional<std::string_view> CheckPeriod(double nanoseconds, bool oscillator);
-std::optional<std::string_view> CheckDutyCycle(double percent);
-std::optional<std::string_view> CheckRepetitions(double count);
-std::optional<std::string_view> CheckJitter(double nanoseconds, double periodNs);
 
 // Oscillator views of period and duty cycle.
 inline double FrequencyMHz(double periodNs) {

@@ -17,6 +17,7 @@
 #include "core/settings/ProfileStore.h"
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/StimulusData.h"
+#include "core/stimulus/StimulusRules.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
 #include "ui/chart/ChartControl.h"
 #include "ui/eyediagram/PageCharts.h"
@@ -158,7 +159,7 @@ bool CEyeDiagramMaskPage::CommitField(QLineEdit* field) {
     }
     const std::optional<std::string_view> problem =
         typed ? mask_page::CheckMaskField(*maskField, m_data.m_mask, *typed)
-              : std::optional<std::string_view>(maskField->message);
+              : std::optional<std::string_view>(maskField->rule->message);
     if (problem) {
         RefuseField(*field, *problem, kMessageCaption, m_filling);
         return false;
@@ -190,7 +191,7 @@ bool CEyeDiagramMaskPage::OnApply() {
 
 bool CEyeDiagramMaskPage::OfferLibrarySave() {
     const EYEMASK* kept = m_library.Find(MaskName(m_data.m_mask));
-    if (kept == nullptr || mask_page::SameMaskValues(*kept, m_data.m_mask)) {
+    if (kept == nullptr || SameMaskNumbers(*kept, m_data.m_mask)) {
         return true;
     }
     switch (

@@ -22,6 +22,7 @@
 #include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/StimulusData.h"
+#include "core/stimulus/StimulusRules.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
 #include "ui/bitpattern/BitPatternCtrl.h"
 #include "ui/chart/ChartControl.h"
@@ -111,7 +112,8 @@ CEyeDiagramStimulusPage::CEyeDiagramStimulusPage(CStimulusData& data, int pageAr
     }
     choices->addRow(tr("Se&quence:"), m_sequence);
     m_degree = Named(new QSpinBox(sequence), id::kPolyDegree);
-    m_degree->setRange(3, 16);
+    const ValueRange& degrees = *StimulusRuleOf("POLYDEGREE").typed;
+    m_degree->setRange(static_cast<int>(degrees.low), static_cast<int>(degrees.high));
     choices->addRow(tr("Polynomial &degree:"), m_degree);
     m_initState = Named(new QComboBox(sequence), id::kInitState);
     m_initState->addItems({tr("High"), tr("Low")});
@@ -223,7 +225,7 @@ void CEyeDiagramStimulusPage::ShowData() {
         m_data.GetSeqType() == seq::kConstructionDefault ? seq::kPrbs : m_data.GetSeqType();
     const int index = m_sequence->findData(kind);
     m_sequence->setCurrentIndex(index >= 0 ? index : m_sequence->findData(seq::kCustom));
-    m_degree->setValue(std::clamp(m_data.GetPolyDegree(), 3, 16));
+    m_degree->setValue(m_data.GetPolyDegree());  // the spin box keeps it within its range
     m_initState->setCurrentIndex(stimulus_edit::LevelOfInitState(m_data.GetInitState()));
     m_pattern->SetPattern(m_data.Bits().data(), m_data.GetBitCount());
     m_pattern->SetReadOnly(SelectedKind() != seq::kCustom);
@@ -271,32 +273,36 @@ bool CEyeDiagramStimulusPage::CommitField(QLineEdit* field) {
     CJitter changed = m_jitter[static_cast<std::size_t>(component < 3 ? component : 0)];
     switch (controlId - (controlId >= id::kComponentEnabled ? component : 0)) {
         case id::kCycles:
-            if (!(problem = eye_stimulus::CheckCycles(value))) {
+            if (!(problem = CheckTyped(StimulusRuleOf("CYCLECOUNT"), value))) {
                 m_data.SetCycleCount(static_cast<int>(value));
                 if (SelectedKind() == seq::k8b10b) {
                     RegeneratePattern();  // ten bits per cycle
                 }
             }
             break;
-        case id::kSkipBits:
-            if (!(problem = eye_stimulus::CheckSkipBits(value, m_data.GetCycleCount(),
-                                                        m_pattern->m_bits.GetSize()))) {
+        case id::kSkipBits: {
+            const StimulusRule& skip = StimulusRuleOf("SKIPBITS");
+            problem = CheckTyped(skip, value);
+            if (!problem &&
+                !SkipWithinCycles(value, m_data.GetCycleCount(), m_pattern->m_bits.GetSize())) {
+                problem = skip.message;
+            }
+            if (!problem) {
                 m_data.SetSkipBits(static_cast<int>(value));
             }
-            break;
+        } break;
         case id::kBitInterval:
-            if (!(problem = stimulus_edit::CheckPeriod(value, false))) {
+            if (!(problem = CheckTyped(StimulusRuleOf("PERIOD"), value, true))) {
                 m_data.SetPeriod(value);
             }
             break;
         case id::kDutyCycle:
-            if (!(problem = stimulus_edit::CheckDutyCycle(value))) {
+            if (!(problem = CheckTyped(StimulusRuleOf("DUTYCYCLE"), value))) {
                 m_data.SetDutyCycle(value);
             }
             break;
         case id::kMaxJitter:
-            if (!(problem =
-                      eye_stimulus::CheckSimpleJitter(value, period, m_data.GetDutyCycle()))) {
+            if (!(problem = CheckMaxJitterInHalfPeriod(value, period, m_data.GetDutyCycle()))) {
                 SimpleMaximum().m_magnitude = value;
             }
             break;

@@ -20,6 +20,7 @@
 #include "core/ports/FileChooser.h"
 #include "core/stimulus/BitFile.h"
 #include "core/stimulus/SequenceType.h"
+#include "core/stimulus/StimulusRules.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
 #include "ui/bitpattern/BitPatternCtrl.h"
 #include "ui/ports/QtFileChooser.h"
@@ -46,9 +47,11 @@ QLabel* Label(int controlId, const QString& text, QWidget* parent, QWidget* budd
     return label;
 }
 
-QSpinBox* Spin(int controlId, QWidget* parent, int low, int high) {
+// A spin box over the whole values a person may type for `key`.
+QSpinBox* Spin(int controlId, QWidget* parent, std::string_view key) {
     auto* spin = Make<QSpinBox>(controlId, parent);
-    spin->setRange(low, high);
+    const ValueRange& typed = *StimulusRuleOf(key).typed;
+    spin->setRange(static_cast<int>(typed.low), static_cast<int>(typed.high));
     spin->setMaximumWidth(22);  // the arrows beside the edit, as a buddy spin
     return spin;
 }
@@ -149,13 +152,13 @@ void CVelStimulusPage::BuildControls() {
     grid->addWidget(m_period, 0, 1);
     grid->addWidget(Label(id::kPeriodUnit, tr("ns"), stimulus), 0, 3);
     m_duty = Make<QLineEdit>(id::kDuty, stimulus);
-    m_dutySpin = Spin(id::kDutySpin, stimulus, 1, 99);
+    m_dutySpin = Spin(id::kDutySpin, stimulus, "DUTYCYCLE");
     grid->addWidget(Label(id::kDutyLabel, tr("&Duty cycle:"), stimulus, m_duty), 1, 0);
     grid->addWidget(m_duty, 1, 1);
     grid->addWidget(m_dutySpin, 1, 2);
     grid->addWidget(Label(id::kDutyUnit, tr("% high"), stimulus), 1, 3);
     m_repetitions = Make<QLineEdit>(id::kRepetitions, stimulus);
-    m_repetitionsSpin = Spin(id::kRepetitionsSpin, stimulus, 1, 2048);
+    m_repetitionsSpin = Spin(id::kRepetitionsSpin, stimulus, "CYCLECOUNT");
     m_frequency = Make<QLineEdit>(id::kFrequency, stimulus);
     m_repetitionsLabel =
         Label(id::kRepetitionsLabel, tr("Sequence &repetitions:"), stimulus, m_repetitions);
@@ -379,31 +382,31 @@ bool CVelStimulusPage::CommitField(QLineEdit* field) {
     std::function<void()> store;
     switch (ControlIdOf(field)) {
         case id::kPeriod:
-            problem = CheckPeriod(value, oscillator);
+            problem = CheckTyped(StimulusRuleOf("PERIOD"), value, !oscillator);
             store = [&] { m_data.SetPeriod(value); };
             break;
         case id::kDuty:
-            problem = CheckDutyCycle(value);
+            problem = CheckTyped(StimulusRuleOf("DUTYCYCLE"), value);
             store = [&] { m_data.SetDutyCycle(value); };
             break;
         case id::kRepetitions:
-            problem = CheckRepetitions(value);
+            problem = CheckTyped(StimulusRuleOf("CYCLECOUNT"), value);
             store = [&] { OnRepetitionsChanged(static_cast<int>(value)); };
             break;
         case id::kFrequency:
-            problem = value > 0 ? CheckPeriod(1000.0 / value, true) : CheckPeriod(-1, true);
+            problem = CheckTyped(StimulusRuleOf("PERIOD"), value > 0 ? 1000.0 / value : -1.0);
             store = [&] { m_data.SetPeriod(1000.0 / value); };
             break;
         case id::kHighTime:
-            problem = CheckDutyCycle(value / period * 100.0);
+            problem = CheckTyped(StimulusRuleOf("DUTYCYCLE"), value / period * 100.0);
             store = [&] { m_data.SetDutyCycle(value / period * 100.0); };
             break;
         case id::kLowTime:
-            problem = CheckDutyCycle((period - value) / period * 100.0);
+            problem = CheckTyped(StimulusRuleOf("DUTYCYCLE"), (period - value) / period * 100.0);
             store = [&] { m_data.SetDutyCycle((period - value) / period * 100.0); };
             break;
         case id::kJitter:
-            problem = CheckJitter(JitterInNs(value), period);
+            problem = CheckMaxJitterInInterval(JitterInNs(value), period);
             store = [&] { m_data.SetMaxJitter(JitterInNs(value)); };
             break;
         default:
