@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "core/eyediagram/StimulusEditRules.h"
+#include "core/eyediagram/KindPattern.h"
+#include "core/eyediagram/PageFieldText.h"
 #include "core/eyediagram/StimulusOpenCheck.h"
 #include "core/eyediagram/WaveformPreview.h"
 #include "core/ports/MessagePort.h"
@@ -14,8 +15,6 @@ namespace kv {
 namespace {
 
 namespace id = kvcomctl_ids::eye_stimulus;
-using stimulus_edit::FormatField;
-using stimulus_edit::ParseField;
 
 constexpr int kGaussian = 0;
 constexpr int kSine = 2;
@@ -124,7 +123,7 @@ void EyeStimulusPageModel::ShowData() {
                      [this](const SequenceTypeName& entry) { return entry.code == m_kind; })) {
         m_kind = seq::kCustom;
     }
-    m_levelIndex = stimulus_edit::LevelOfInitState(m_data.m_initState);
+    m_levelIndex = LevelOfInitState(m_data.m_initState);
     m_bits = m_data.m_bits;
     ++m_bitsRevision;
     ShowTexts();
@@ -135,14 +134,14 @@ void EyeStimulusPageModel::ShowTexts() {
     // nobody touched never replaces a value by its rounded text.
     m_texts[id::kCycles] = std::to_string(m_data.m_cycleCount);
     m_texts[id::kSkipBits] = std::to_string(m_data.m_skipBits);
-    m_texts[id::kBitInterval] = FormatField(m_data.m_period);
-    m_texts[id::kDutyCycle] = FormatField(m_data.m_dutyCycle);
-    m_texts[id::kMaxJitter] = FormatField(Jitter(kGaussian).m_magnitude);
+    m_texts[id::kBitInterval] = FormatFieldValue(m_data.m_period);
+    m_texts[id::kDutyCycle] = FormatFieldValue(m_data.m_dutyCycle);
+    m_texts[id::kMaxJitter] = FormatFieldValue(Jitter(kGaussian).m_magnitude);
     for (int i = 0; i < 3; ++i) {
-        m_texts[id::kComponentMagnitude + i] = FormatField(Jitter(i).m_magnitude);
-        m_texts[id::kComponentValue2 + i] = FormatField(Jitter(i).m_value2);
+        m_texts[id::kComponentMagnitude + i] = FormatFieldValue(Jitter(i).m_magnitude);
+        m_texts[id::kComponentValue2 + i] = FormatFieldValue(Jitter(i).m_value2);
     }
-    m_texts[id::kComponentValue3 + kSine] = FormatField(Jitter(kSine).m_value3);
+    m_texts[id::kComponentValue3 + kSine] = FormatFieldValue(Jitter(kSine).m_value3);
     m_shown = m_texts;
 }
 
@@ -181,7 +180,7 @@ bool EyeStimulusPageModel::Commit(int controlId) {
         m_texts[controlId] == m_shown[controlId]) {
         return true;
     }
-    if (const auto problem = CheckAndStore(controlId, ParseField(m_texts[controlId]))) {
+    if (const auto problem = CheckAndStore(controlId, ParseFieldValue(m_texts[controlId]))) {
         m_telling = true;
         ShowMessage(*problem, MessageIcon::Warning);
         m_telling = false;
@@ -295,13 +294,13 @@ void EyeStimulusPageModel::SetPolyDegree(int degree) {
 
 void EyeStimulusPageModel::SetLevelIndex(int index) {
     m_levelIndex = index;
-    m_data.m_initState = stimulus_edit::InitStateOfLevel(index);
+    m_data.m_initState = InitStateOfLevel(index);
     RemakeBits();
 }
 
 void EyeStimulusPageModel::RemakeBits() {
     if (m_kind != seq::kCustom) {  // else the user's own bits stay
-        m_bits = stimulus_edit::ShownPattern(m_kind, std::max(0, m_levelIndex), false, m_data);
+        m_bits = KindPattern(m_kind, std::max(0, m_levelIndex), m_data);
         ++m_bitsRevision;
     }
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "core/eyediagram/StimulusEditRules.h"
+#include "core/eyediagram/PageFieldText.h"
 #include "core/settings/ProfileStore.h"
 #include "core/shared/NumberText.h"
 #include "core/stimulus/EyeMask.h"
@@ -41,7 +41,7 @@ std::optional<EYEMASK> ParseMask(std::string_view text) {
         if (comma == std::string_view::npos) {
             return std::nullopt;
         }
-        const std::optional<double> value = stimulus_edit::ParseField(text.substr(0, comma));
+        const std::optional<double> value = ParseFieldValue(text.substr(0, comma));
         if (!value) {
             return std::nullopt;
         }

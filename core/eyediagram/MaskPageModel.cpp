@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "core/eyediagram/StimulusEditRules.h"
+#include "core/eyediagram/PageFieldText.h"
 #include "core/ports/MessagePort.h"
 #include "core/settings/ProfileStore.h"
 #include "core/stimulus/EyeMask.h"
@@ -12,8 +12,6 @@ namespace kv {
 namespace {
 
 namespace id = kvcomctl_ids::eye_mask;
-using stimulus_edit::FormatField;
-using stimulus_edit::ParseField;
 
 MaskField Field(int controlId, std::string_view label, std::string_view key, double factor = 1) {
     return {controlId, label, &StimulusRuleOf(key), factor};
@@ -95,9 +93,9 @@ bool MaskPageModel::Commit(int controlId) {
     if (field == nullptr || m_telling) {
         return true;
     }
-    const std::optional<double> typed = ParseField(Text(controlId));
+    const std::optional<double> typed = ParseFieldValue(Text(controlId));
     const double shown = Held(*field, m_data.m_mask) * field->shownFactor;
-    if (typed && ParseField(FormatField(shown)) == typed) {
+    if (typed && ParseFieldValue(FormatFieldValue(shown)) == typed) {
         return true;  // untouched: a stored mask may have equal neighbours
     }
     const std::optional<std::string_view> problem =
@@ -192,7 +190,7 @@ void MaskPageModel::Delete(std::string_view name) {
 MaskOutline MaskPageModel::Outline() const {
     EYEMASK typed = m_data.m_mask;
     for (const MaskField& field : FieldTable()) {
-        if (const std::optional<double> value = ParseField(Text(field.controlId))) {
+        if (const std::optional<double> value = ParseFieldValue(Text(field.controlId))) {
             Held(field, typed) = *value / field.shownFactor;
         }
     }
@@ -201,7 +199,7 @@ MaskOutline MaskPageModel::Outline() const {
 
 void MaskPageModel::ShowMask() {
     for (const MaskField& field : FieldTable()) {
-        m_texts[field.controlId] = FormatField(Held(field, m_data.m_mask) * field.shownFactor);
+        m_texts[field.controlId] = FormatFieldValue(Held(field, m_data.m_mask) * field.shownFactor);
     }
 }
 
