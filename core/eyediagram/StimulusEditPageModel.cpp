@@ -399,8 +399,8 @@ bool StimulusEditPageModel::Commit(int controlId) {
     return true;
 }
 
-bool StimulusEditPageModel::Spin(int fieldId, int value) {
-    Type(fieldId, std::to_string(value));
+bool StimulusEditPageModel::Spin(int fieldId, int count) {
+    Type(fieldId, std::to_string(count));
     return Commit(fieldId);
 }
 

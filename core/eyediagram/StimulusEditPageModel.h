@@ -96,7 +96,7 @@ public:
     void Type(int controlId, std::string text);
     bool Commit(int controlId);
     // A spin box beside a field: its whole value typed and committed.
-    bool Spin(int fieldId, int value);
+    bool Spin(int fieldId, int count);
     int SpinValue(int spinId) const;
     // Every shown field; the one refused, none when all passed.
     std::optional<int> CommitAll();
