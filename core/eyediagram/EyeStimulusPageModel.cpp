@@ -235,7 +235,11 @@ std::optional<std::string_view> EyeStimulusPageModel::CheckAndStore(int controlI
             break;
         case id::kComponentMagnitude:
             changed.m_magnitude = value;
-            if (!typed || value < 0 || !IsJitterMagnitudeAllowed(changed, period)) {
+            if (!typed || value < 0) {
+                problem = kJitterMagnitudeTooLarge;
+            } else if (!HasBitInterval()) {
+                problem = StimulusRuleOf("PERIOD").messageAsInterval;
+            } else if (!IsJitterMagnitudeAllowed(changed, period)) {
                 problem = kJitterMagnitudeTooLarge;
             }
             break;
@@ -305,6 +309,13 @@ void EyeStimulusPageModel::RemakeBits() {
     }
 }
 
+// Jitter magnitudes are checked and converted against the bit interval, and a
+// page made but not yet shown (so not yet checked) may hold a host's period
+// that is none: zero, negative or not a number.
+bool EyeStimulusPageModel::HasBitInterval() const {
+    return m_data.m_period > 0;
+}
+
 bool EyeStimulusPageModel::PatternReadOnly() const {
     return m_kind != seq::kCustom;
 }
@@ -316,6 +327,10 @@ bool EyeStimulusPageModel::DegreeEnabled() const {
 bool EyeStimulusPageModel::SetComponentEnabled(int component, bool enabled) {
     CJitter changed = Jitter(component);
     changed.m_enabled = enabled;
+    if (enabled && !HasBitInterval()) {
+        ShowMessage(StimulusRuleOf("PERIOD").messageAsInterval, MessageIcon::Warning);
+        return false;
+    }
     if (enabled && !CheckJitterMagnitude(changed, m_data.m_period)) {
         return false;
     }
@@ -325,9 +340,12 @@ bool EyeStimulusPageModel::SetComponentEnabled(int component, bool enabled) {
 
 void EyeStimulusPageModel::SetComponentUnit(int component, int unit) {
     CJitter& jitter = Jitter(component);
-    const double percent = MagnitudeInPercent(jitter, m_data.m_period);
+    const bool convert = HasBitInterval();
+    const double percent = convert ? MagnitudeInPercent(jitter, m_data.m_period) : 0.0;
     jitter.m_asTime = unit == 1 ? 1 : 0;
-    jitter.m_magnitude = MagnitudeFromPercent(jitter, percent, m_data.m_period);
+    if (convert) {
+        jitter.m_magnitude = MagnitudeFromPercent(jitter, percent, m_data.m_period);
+    }
     ShowTexts();
 }
 

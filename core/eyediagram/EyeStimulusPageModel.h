@@ -69,10 +69,10 @@ public:
 
     bool ComponentEnabled(int component) const { return Jitter(component).m_enabled; }
     // Switching a component on is refused, after the message, while its
-    // magnitude is half the bit interval or more.
+    // magnitude is half the bit interval or more, or there is no bit interval.
     bool SetComponentEnabled(int component, bool enabled);
     // 0 percent of the bit interval, 1 nanoseconds: the same displacement,
-    // said in the other unit.
+    // said in the other unit (without a bit interval the number stays).
     int ComponentUnit(int component) const { return Jitter(component).m_asTime ? 1 : 0; }
     void SetComponentUnit(int component, int unit);
 
@@ -89,6 +89,7 @@ public:
     std::vector<STIMPOINT> Preview() const;
 
 private:
+    bool HasBitInterval() const;
     const CJitter& Jitter(int component) const;
     CJitter& Jitter(int component);
     void ShowData();

@@ -16,6 +16,9 @@ namespace kv {
 // One byte per bit, 0 or 1: the form the pages and the editor work on.
 using BitVector = std::vector<uint8_t>;
 
+// The most simulation cycles valid data holds.
+inline constexpr int32_t kMaxCycleCount = 32768;
+
 inline constexpr std::string_view kInvalidEyeDiagramData =
     "Invalid eye diagram data.\nReverting to default values.";
 

@@ -100,7 +100,7 @@ constexpr std::string_view kUnofferedKind =
 // clang-format off
 constexpr std::array kRules{
     Row(Value<&V::m_cycleCount>("CYCLECOUNT"),
-        {.held = ValueRange{1, 32768}, .heldReason = "the cycle count must be from 1 to 32768",
+        {.held = ValueRange{1, kMaxCycleCount}, .heldReason = "the cycle count must be from 1 to 32768",
          .typed = ValueRange{1, 2048}, .whole = true, .message = page_message::kCycleCount}),
     Row(Value<&V::m_skipBits>("SKIPBITS"),
         {.heldWith = SkipHeld,

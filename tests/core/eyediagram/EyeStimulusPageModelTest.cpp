@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "core/eyediagram/EyeStimulusPageModel.h"
 #include "core/stimulus/SequenceType.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
@@ -152,6 +154,22 @@ TEST(EyeStimulusPageModel, OpensOnUsableValuesAndLeavesUntouchedFieldsExact) {
     EXPECT_EQ(model.Leave(), std::nullopt);
     EXPECT_EQ(data.m_period, 1.0 / 3.0);
     EXPECT_EQ(data.m_seqType, 6);
+
+    // Made but not yet shown, the page may hold a host's period that is none:
+    // it asks for a bit interval instead of measuring jitter against none.
+    data.m_period = std::nan("");
+    data.m_advancedJitter = true;
+    data.m_addJitter[1] = true;
+    kv::EyeStimulusPageModel unchecked(data);
+    messages.Clear();
+    EXPECT_FALSE(unchecked.SetComponentEnabled(0, true));
+    unchecked.SetComponentUnit(2, 1);
+    unchecked.Type(id::kComponentMagnitude + 1, "10");
+    EXPECT_FALSE(unchecked.Commit(id::kComponentMagnitude + 1));
+    ASSERT_EQ(messages.Requests().size(), 2u);
+    EXPECT_EQ(messages.Requests()[0].text,
+              "Invalid bit interval value\nValid range is 0.001 - 1000 ns");
+    EXPECT_EQ(messages.Requests()[1].text, messages.Requests()[0].text);
 
     data.m_period = 0;
     kv::EyeStimulusPageModel reopened(data);

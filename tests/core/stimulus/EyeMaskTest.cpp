@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/StimulusRules.h"
 
@@ -44,6 +46,8 @@ TEST(EyeMask, OpeningCheckIgnoresTheUpperVoltageScale) {
     mask.OffsetVolt = -10;
     mask.OffsetTime = 1000;
     EXPECT_TRUE(kv::MaskAcceptedOnOpen(mask));
+    mask.PCross = std::nan("");  // every number must be one
+    EXPECT_FALSE(kv::MaskAcceptedOnOpen(mask));
 }
 
 TEST(EyeMask, NameKeepsTwentyCharacters) {
