@@ -88,10 +88,6 @@ EyeStimulusPageModel::EyeStimulusPageModel(CStimulusData& data) : m_data(data) {
     ShowData();
 }
 
-std::span<const int> EyeStimulusPageModel::TextFields() {
-    return kTextFields;
-}
-
 bool EyeStimulusPageModel::CheckOnOpen() {
     if (!ReplaceValuesPagesCannotUse(m_data)) {
         return false;

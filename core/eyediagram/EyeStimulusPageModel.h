@@ -26,9 +26,6 @@ public:
     // Edits `data`, the sheet's working copy.
     explicit EyeStimulusPageModel(CStimulusData& data);
 
-    // The ids of the typed fields, in the order the page commits them.
-    static std::span<const int> TextFields();
-
     // When the page first opens: values it cannot work with are told and
     // put back to their defaults. True when anything was replaced.
     bool CheckOnOpen();

@@ -71,7 +71,6 @@ public:
     // The mask as the fields read now, typed values before they are checked,
     // placed on the bit interval.
     MaskOutline Outline() const;
-    const EYEMASK& Mask() const { return m_data.m_mask; }
 
 private:
     void ShowMask();

@@ -50,6 +50,15 @@ constexpr std::array<VisibilityRow, 8> kVisibility{{
      {X, o, o, X, X, X, X}},
 }};
 
+// How the pattern control and the level list behave for a kind. A kind that
+// keeps the level list as it is has no label and items here.
+struct KindBehaviour {
+    bool readOnly = true;
+    int paintMode = 0;
+    std::optional<std::string_view> levelLabel;
+    std::array<std::string_view, 2> levelItems{};
+};
+
 struct KindRow {
     int kind;
     KindBehaviour behaviour;
@@ -79,8 +88,43 @@ bool IsTextField(int controlId) {
            std::end(kTextFields);
 }
 
-const StimulusRule& Rule(std::string_view key) {
-    return StimulusRuleOf(key);
+// The kind at a list position (1 to 7), and back: 0 for a kind the list
+// does not offer.
+int KindAtPosition(int position) {
+    if (position < 1 || position > kListPositions) {
+        return seq::kPrbs;
+    }
+    return kStimulusSequenceList[static_cast<std::size_t>(position - 1)].code;
+}
+
+int PositionOfKind(int kind) {
+    for (std::size_t i = 0; i < kStimulusSequenceList.size(); ++i) {
+        if (kStimulusSequenceList[i].code == kind) {
+            return static_cast<int>(i) + 1;
+        }
+    }
+    return 0;
+}
+
+bool IsShownAt(int controlId, int position) {
+    for (const VisibilityRow& row : kVisibility) {
+        const auto end = row.controls.begin() + static_cast<std::ptrdiff_t>(row.count);
+        if (std::find(row.controls.begin(), end, controlId) != end) {
+            return position >= 1 && position <= kListPositions &&
+                   row.shown[static_cast<std::size_t>(position - 1)];
+        }
+    }
+    return true;  // controls the table does not name are always shown
+}
+
+// None for kinds 5, 6 and 7, which change neither the control nor the list.
+std::optional<KindBehaviour> BehaviourOf(int kind) {
+    for (const KindRow& row : KindTable()) {
+        if (row.kind == kind) {
+            return row.behaviour;
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace
@@ -95,22 +139,6 @@ MessageAnswer stimulus_edit::Ask(std::string_view text, MessageIcon icon, Messag
     return ShowMessage(request);
 }
 
-int StimulusEditPageModel::KindAtPosition(int position) {
-    if (position < 1 || position > kListPositions) {
-        return seq::kPrbs;
-    }
-    return kStimulusSequenceList[static_cast<std::size_t>(position - 1)].code;
-}
-
-int StimulusEditPageModel::PositionOfKind(int kind) {
-    for (std::size_t i = 0; i < kStimulusSequenceList.size(); ++i) {
-        if (kStimulusSequenceList[i].code == kind) {
-            return static_cast<int>(i) + 1;
-        }
-    }
-    return 0;
-}
-
 std::span<const int> StimulusEditPageModel::ControlsWithVisibility() {
     static const std::vector<int> controls = [] {
         std::vector<int> all;
@@ -121,30 +149,6 @@ std::span<const int> StimulusEditPageModel::ControlsWithVisibility() {
         return all;
     }();
     return controls;
-}
-
-bool StimulusEditPageModel::IsShownAt(int controlId, int position) {
-    for (const VisibilityRow& row : kVisibility) {
-        const auto end = row.controls.begin() + static_cast<std::ptrdiff_t>(row.count);
-        if (std::find(row.controls.begin(), end, controlId) != end) {
-            return position >= 1 && position <= kListPositions &&
-                   row.shown[static_cast<std::size_t>(position - 1)];
-        }
-    }
-    return true;  // controls the table does not name are always shown
-}
-
-std::optional<KindBehaviour> StimulusEditPageModel::BehaviourOf(int kind) {
-    for (const KindRow& row : KindTable()) {
-        if (row.kind == kind) {
-            return row.behaviour;
-        }
-    }
-    return std::nullopt;
-}
-
-std::span<const int> StimulusEditPageModel::TextFields() {
-    return kTextFields;
 }
 
 StimulusEditPageModel::StimulusEditPageModel(CStimulusData& data)
@@ -203,6 +207,10 @@ void StimulusEditPageModel::ChoosePosition(int position) {
     ShowLook(m_data.m_seqType);
     RebuildPattern();
     m_fileName.clear();
+}
+
+int StimulusEditPageModel::Kind() const {
+    return KindAtPosition(m_position);
 }
 
 bool StimulusEditPageModel::IsShown(int controlId) const {
@@ -323,17 +331,17 @@ std::optional<std::string_view> StimulusEditPageModel::Check(int controlId, doub
     const bool oscillator = Kind() == seq::kToggling;
     switch (controlId) {
         case id::kPeriod:
-            return CheckTyped(Rule("PERIOD"), value, !oscillator);
+            return CheckTyped(StimulusRuleOf("PERIOD"), value, !oscillator);
         case id::kDuty:
-            return CheckTyped(Rule("DUTYCYCLE"), value);
+            return CheckTyped(StimulusRuleOf("DUTYCYCLE"), value);
         case id::kRepetitions:
-            return CheckTyped(Rule("CYCLECOUNT"), value);
+            return CheckTyped(StimulusRuleOf("CYCLECOUNT"), value);
         case id::kFrequency:
-            return CheckTyped(Rule("PERIOD"), value > 0 ? 1000.0 / value : -1.0);
+            return CheckTyped(StimulusRuleOf("PERIOD"), value > 0 ? 1000.0 / value : -1.0);
         case id::kHighTime:
-            return CheckTyped(Rule("DUTYCYCLE"), value / period * 100.0);
+            return CheckTyped(StimulusRuleOf("DUTYCYCLE"), value / period * 100.0);
         case id::kLowTime:
-            return CheckTyped(Rule("DUTYCYCLE"), (period - value) / period * 100.0);
+            return CheckTyped(StimulusRuleOf("DUTYCYCLE"), (period - value) / period * 100.0);
         case id::kJitter:
             return CheckMaxJitterInInterval(JitterInNs(value), period);
         default:

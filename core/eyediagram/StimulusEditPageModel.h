@@ -36,31 +36,13 @@ inline constexpr int kListPositions = 7;
 MessageAnswer Ask(std::string_view text, MessageIcon icon, MessageButtons buttons);
 }  // namespace stimulus_edit
 
-// How the pattern control and the level list behave for a kind. A kind that
-// keeps the level list as it is has no label and items here.
-struct KindBehaviour {
-    bool readOnly = true;
-    int paintMode = 0;  // 0 normal, 1 cycle, 2 continuous, 3 repetition
-    std::optional<std::string_view> levelLabel;
-    std::array<std::string_view, 2> levelItems{};
-};
-
 class StimulusEditPageModel {
 public:
     // Edits `data`, the sheet's working copy.
     explicit StimulusEditPageModel(CStimulusData& data);
 
-    // The tables: the kind at a list position (1 to 7) and back (0 for a
-    // kind the list does not offer); the controls whose visibility depends
-    // on the position; the behaviour of a kind (none for 5, 6 and 7, which
-    // change neither the control nor the list).
-    static int KindAtPosition(int position);
-    static int PositionOfKind(int kind);
+    // The controls the visibility table shows or hides by the list position.
     static std::span<const int> ControlsWithVisibility();
-    static bool IsShownAt(int controlId, int position);
-    static std::optional<KindBehaviour> BehaviourOf(int kind);
-    // The ids of the numeric fields, in the order the page commits them.
-    static std::span<const int> TextFields();
 
     // When the page first opens: values it cannot work with are told and
     // put back to their defaults. True when anything was replaced.
@@ -68,7 +50,7 @@ public:
 
     // The list position shown, and the user's choice of one.
     int Position() const { return m_position; }
-    int Kind() const { return KindAtPosition(m_position); }
+    int Kind() const;
     void ChoosePosition(int position);
     bool IsShown(int controlId) const;
     // Labels and list items that change with the kind and the distribution:
@@ -80,7 +62,8 @@ public:
     void SetLevelIndex(int index);
     int BitOrderIndex() const { return m_bitOrderIndex; }
     void SetBitOrderIndex(int index);
-    // 0 percent of the bit interval, 1 nanoseconds.
+    // 0 percent of the bit interval, 1 nanoseconds. The pattern control's
+    // paint modes: 0 normal, 1 cycle, 2 continuous, 3 repetition.
     int JitterUnitIndex() const { return m_jitterUnitIndex; }
     void SetJitterUnitIndex(int index);
     int DistributionIndex() const { return m_distributionIndex; }

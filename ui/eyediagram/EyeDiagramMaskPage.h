@@ -25,8 +25,6 @@ public:
     bool OnKillActive() override;
     bool OnApply() override;
 
-    const MaskPageModel& Model() const { return m_model; }
-
 protected:
     void showEvent(QShowEvent* event) override;
 

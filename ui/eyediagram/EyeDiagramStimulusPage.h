@@ -34,8 +34,6 @@ public:
     bool OnKillActive() override;
     bool OnApply() override;
 
-    const EyeStimulusPageModel& Model() const { return m_model; }
-
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
