@@ -5,7 +5,7 @@
 #include "core/eyediagram/EyeStimulusPageModel.h"
 #include "core/stimulus/SequenceType.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
-#include "tests/support/RecordingMessagePort.h"
+#include "tests/support/TypedIntoModel.h"
 
 namespace {
 
@@ -14,17 +14,8 @@ using Said = std::vector<std::string>;
 
 class EyeStimulusPageModelTest : public ::testing::Test {
 protected:
-    // Types `text` into a field and commits it: the messages it caused.
     Said Typed(int controlId, const std::string& text) {
-        m_messages.Clear();
-        m_model.Type(controlId, text);
-        const bool accepted = m_model.Commit(controlId);
-        Said said;
-        for (const kv::MessageRequest& request : m_messages.Requests()) {
-            said.push_back(request.text);
-        }
-        EXPECT_EQ(accepted, said.empty()) << text;
-        return said;
+        return kv::test::TypedInto(m_model, m_messages, controlId, text);
     }
 
     kv::test::RecordingMessagePort m_messages;

@@ -3,7 +3,7 @@
 #include "core/eyediagram/MaskPageModel.h"
 #include "core/stimulus/EyeMask.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
-#include "tests/support/RecordingMessagePort.h"
+#include "tests/support/TypedIntoModel.h"
 
 namespace {
 
@@ -11,18 +11,9 @@ namespace id = kvcomctl_ids::eye_mask;
 
 class MaskPageModelTest : public ::testing::Test {
 protected:
-    // Types `text` into a field and commits it: the messages it caused.
     std::vector<std::string> Typed(kv::MaskPageModel& model, int controlId,
                                    const std::string& text) {
-        m_messages.Clear();
-        model.Type(controlId, text);
-        const bool accepted = model.Commit(controlId);
-        std::vector<std::string> said;
-        for (const kv::MessageRequest& request : m_messages.Requests()) {
-            said.push_back(request.text);
-        }
-        EXPECT_EQ(accepted, said.empty()) << text;
-        return said;
+        return kv::test::TypedInto(model, m_messages, controlId, text);
     }
 
     kv::test::RecordingMessagePort m_messages;

@@ -5,9 +5,9 @@
 #include "core/eyediagram/StimulusLibrary.h"
 #include "core/stimulus/SequenceType.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
-#include "tests/support/RecordingMessagePort.h"
 #include "tests/support/ScriptedFileChooser.h"
 #include "tests/support/TestSupport.h"
+#include "tests/support/TypedIntoModel.h"
 
 namespace {
 
@@ -27,18 +27,12 @@ std::string BitsOf(const kv::BitVector& bits) {
 
 class StimulusEditPageModelTest : public ::testing::Test {
 protected:
-    // Types `text` into a field and commits it: the messages it caused, each
-    // with the page's caption.
+    // Each message the page gives carries its caption.
     Said Typed(int controlId, const std::string& text) {
-        m_messages.Clear();
-        m_model.Type(controlId, text);
-        const bool accepted = m_model.Commit(controlId);
-        Said said;
+        Said said = kv::test::TypedInto(m_model, m_messages, controlId, text);
         for (const kv::MessageRequest& request : m_messages.Requests()) {
             EXPECT_EQ(request.caption, "Edit Stimulus");
-            said.push_back(request.text);
         }
-        EXPECT_EQ(accepted, said.empty()) << text;
         return said;
     }
 
