@@ -4,12 +4,11 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <stdexcept>
-#include <string>
 #include <type_traits>
 #include <vector>
 
 #include "core/settings/IniDocument.h"
+#include "core/shared/Assert.h"
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/Jitter.h"
 #include "core/stimulus/PageMessages.h"
@@ -270,10 +269,9 @@ const StimulusRule* FindStimulusRule(std::string_view key) {
 }
 
 const StimulusRule& StimulusRuleOf(std::string_view key) {
-    if (const StimulusRule* rule = FindStimulusRule(key)) {
-        return *rule;
-    }
-    throw std::logic_error("no stimulus rule for the key " + std::string(key));
+    const StimulusRule* rule = FindStimulusRule(key);
+    KV_ASSERT_IN("StimulusRules.cpp", rule != nullptr);
+    return *rule;
 }
 
 bool IsHeld(const StimulusRule& rule, const StimulusValues& data, bool numbersOnly) {
