@@ -7,11 +7,13 @@
 
 #include "apps/python/Bindings.h"
 #include "core/settings/IniFileCheck.h"
+#include "core/shared/NumberText.h"
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/StimulusData.h"
 #include "core/stimulus/StimulusPersistence.h"
+#include "core/stimulus/StimulusRules.h"
 
 // The stimulus data object and its eye mask. Every value is a property under a Python name;
 // its docstring gives the key under which load and save store it.
@@ -22,8 +24,13 @@ namespace {
 using Stimulus = py::class_<CStimulusData>;
 using Mask = py::class_<EYEMASK>;
 
+// What a value is, where it is stored and, from its rule, the range a page takes.
 std::string Stored(const char* what, const char* key) {
-    return std::string(what) + " (stored as " + key + ")";
+    std::string text(what);
+    if (const StimulusRule* rule = FindStimulusRule(key); rule != nullptr && rule->typed) {
+        text += ", " + FormatReal(rule->typed->low) + " to " + FormatReal(rule->typed->high);
+    }
+    return text + " (stored as " + key + ")";
 }
 
 template <auto Member>
@@ -39,9 +46,11 @@ void Element(Stimulus& c, const char* name, const char* what, const char* key) {
         [](CStimulusData& d, bool value) { (d.*Array)[Index] = value; }, Stored(what, key).c_str());
 }
 
-template <auto Member>
 void MaskValue(Mask& c, const char* name, const char* what, const char* key) {
-    c.def_readwrite(name, Member, Stored(what, key).c_str());
+    double EYEMASK::*member = StimulusRuleOf(key).maskMember;
+    c.def_property(
+        name, [member](const EYEMASK& mask) { return mask.*member; },
+        [member](EYEMASK& mask, double value) { mask.*member = value; }, Stored(what, key).c_str());
 }
 
 void SetName(EYEMASK& mask, const std::string& name) {
@@ -58,30 +67,15 @@ std::optional<std::string> OrderError(const EYEMASK& mask) {
     return std::nullopt;
 }
 
-// The message of the mask page for the first placement value out of its range.
 std::optional<std::string> PlacementError(const EYEMASK& mask) {
-    if (MaskPlacementAcceptedOnOpen(mask)) {
-        return std::nullopt;
+    if (const auto error = FindMaskPlacementError(mask)) {
+        return std::string(*error);
     }
-    if (!IsValidMaskTimeOffset(mask.OffsetTime)) {
-        return std::string(kInvalidMaskTimeOffset);
-    }
-    if (!IsValidMaskVoltOffset(mask.OffsetVolt)) {
-        return std::string(kInvalidMaskVoltOffset);
-    }
-    return std::string(kInvalidMaskScale);
+    return std::nullopt;
 }
 
 bool SameMask(const EYEMASK& a, const EYEMASK& b) {
-    const auto same = [](double x, double y) { return x == y; };
-    return same(a.PTopMax, b.PTopMax) && same(a.PTopMin, b.PTopMin) &&
-           same(a.PBaseMin, b.PBaseMin) && same(a.PBaseMax, b.PBaseMax) &&
-           same(a.PCross, b.PCross) && same(a.TCross1Min, b.TCross1Min) &&
-           same(a.TCross1Max, b.TCross1Max) && same(a.TRiseDelay, b.TRiseDelay) &&
-           same(a.TCross2Max, b.TCross2Max) && same(a.TCross2Min, b.TCross2Min) &&
-           same(a.TFallDelay, b.TFallDelay) && same(a.ScaleTime, b.ScaleTime) &&
-           same(a.ScaleVolt, b.ScaleVolt) && same(a.OffsetTime, b.OffsetTime) &&
-           same(a.OffsetVolt, b.OffsetVolt) && MaskName(a) == MaskName(b);
+    return SameMaskNumbers(a, b) && MaskName(a) == MaskName(b);
 }
 
 void BindMask(py::module_& m) {
@@ -90,21 +84,21 @@ void BindMask(py::module_& m) {
               "its placement (scale and offset) and its library name. A new mask holds the\n"
               "defaults.");
     mask.def(py::init(&DefaultEyeMask));
-    MaskValue<&EYEMASK::PTopMax>(mask, "top_max", "Upper limit of the top level", "PTOPMAX");
-    MaskValue<&EYEMASK::PTopMin>(mask, "top_min", "Lower limit of the top level", "PTOPMIN");
-    MaskValue<&EYEMASK::PBaseMin>(mask, "base_min", "Lower limit of the base level", "PBASEMIN");
-    MaskValue<&EYEMASK::PBaseMax>(mask, "base_max", "Upper limit of the base level", "PBASEMAX");
-    MaskValue<&EYEMASK::PCross>(mask, "cross", "Crossing level", "PCROSS");
-    MaskValue<&EYEMASK::TCross1Min>(mask, "cross1_min", "Earliest first crossing", "TCROSS1MIN");
-    MaskValue<&EYEMASK::TCross1Max>(mask, "cross1_max", "Latest first crossing", "TCROSS1MAX");
-    MaskValue<&EYEMASK::TRiseDelay>(mask, "rise_delay", "Rise delay", "TRISEDELAY");
-    MaskValue<&EYEMASK::TCross2Max>(mask, "cross2_max", "Latest second crossing", "TCROSS2MAX");
-    MaskValue<&EYEMASK::TCross2Min>(mask, "cross2_min", "Earliest second crossing", "TCROSS2MIN");
-    MaskValue<&EYEMASK::TFallDelay>(mask, "fall_delay", "Fall delay", "TFALLDELAY");
-    MaskValue<&EYEMASK::ScaleTime>(mask, "scale_time", "Time scale, 0.5 to 2.0", "SCALETIME");
-    MaskValue<&EYEMASK::ScaleVolt>(mask, "scale_volt", "Voltage scale", "SCALEVOLT");
-    MaskValue<&EYEMASK::OffsetTime>(mask, "offset_time", "Time offset, 0 to 1000", "OFFSETTIME");
-    MaskValue<&EYEMASK::OffsetVolt>(mask, "offset_volt", "Voltage offset, -10 to 10", "OFFSETVOLT");
+    MaskValue(mask, "top_max", "Upper limit of the top level", "PTOPMAX");
+    MaskValue(mask, "top_min", "Lower limit of the top level", "PTOPMIN");
+    MaskValue(mask, "base_min", "Lower limit of the base level", "PBASEMIN");
+    MaskValue(mask, "base_max", "Upper limit of the base level", "PBASEMAX");
+    MaskValue(mask, "cross", "Crossing level", "PCROSS");
+    MaskValue(mask, "cross1_min", "Earliest first crossing", "TCROSS1MIN");
+    MaskValue(mask, "cross1_max", "Latest first crossing", "TCROSS1MAX");
+    MaskValue(mask, "rise_delay", "Rise delay", "TRISEDELAY");
+    MaskValue(mask, "cross2_max", "Latest second crossing", "TCROSS2MAX");
+    MaskValue(mask, "cross2_min", "Earliest second crossing", "TCROSS2MIN");
+    MaskValue(mask, "fall_delay", "Fall delay", "TFALLDELAY");
+    MaskValue(mask, "scale_time", "Time scale", "SCALETIME");
+    MaskValue(mask, "scale_volt", "Voltage scale", "SCALEVOLT");
+    MaskValue(mask, "offset_time", "Time offset", "OFFSETTIME");
+    MaskValue(mask, "offset_volt", "Voltage offset", "OFFSETVOLT");
     mask.def_property(
         "name", [](const EYEMASK& e) { return std::string(MaskName(e)); }, &SetName,
         "Library name, at most 20 bytes; a longer one raises ValueError (stored as MASKNAME)");
@@ -113,7 +107,7 @@ void BindMask(py::module_& m) {
              "value out of order.");
     mask.def("placement_error", &PlacementError,
              "None when the scale and offsets may be shown as they are, else the message for\n"
-             "the first one out of its range (time offset, voltage offset, scale).");
+             "the first one out of its range (scales, time offset, voltage offset).");
     mask.def(
         "__eq__", [](const EYEMASK& a, const EYEMASK& b) { return SameMask(a, b); },
         py::is_operator());
@@ -249,7 +243,7 @@ void BindValues(Stimulus& c) {
     using V = StimulusValues;
     Value<&V::m_cycleCount>(c, "cycle_count", "Simulation cycles", "CYCLECOUNT");
     Value<&V::m_skipBits>(c, "skip_bits", "Bits skipped before the eye", "SKIPBITS");
-    Value<&V::m_eyeCount>(c, "eye_count", "Eyes shown, 1 to 3", "EYECOUNT");
+    Value<&V::m_eyeCount>(c, "eye_count", "Eyes shown", "EYECOUNT");
     Value<&V::m_period>(c, "period", "Bit period in ns", "PERIOD");
     Value<&V::m_dutyCycle>(c, "duty_cycle", "Duty cycle in percent", "DUTYCYCLE");
     Value<&V::m_maxJitter>(c, "max_jitter", "Maximum jitter", "MAXJITTER");
@@ -269,7 +263,7 @@ void BindValues(Stimulus& c) {
                                    "Uniform jitter frequency is measured", "UNIFORMFREQMEAS");
     Element<&V::m_freqMeasured, 2>(c, "sine_freq_measured", "Sine jitter frequency is measured",
                                    "SINEFREQMEAS");
-    Value<&V::m_jitterType>(c, "jitter_type", "Jitter type, 0 to 2", "JITTERTYPE");
+    Value<&V::m_jitterType>(c, "jitter_type", "Jitter type", "JITTERTYPE");
     Value<&V::m_jitterRepeatable>(c, "jitter_repeatable", "Jitter repeats from run to run",
                                   "JITTERREPEATABLE");
     Element<&V::m_jitterAsTime, 0>(c, "gaussian_jitter_as_time", "Gaussian jitter given as a time",
@@ -282,7 +276,7 @@ void BindValues(Stimulus& c) {
                          "Sequence kind: 0 PRBS, 1 8B/10B, 2 toggling, 3 USB 2.0 compliance, "
                          "4 custom, 7 PRBS (construction default), 8 edge, 9 pulse",
                          "SEQTYPE");
-    Value<&V::m_initState>(c, "init_state", "First bit, 0 or 1", "INITSTATE");
+    Value<&V::m_initState>(c, "init_state", "First bit", "INITSTATE");
     Value<&V::m_polyDegree>(c, "poly_degree", "PRBS polynomial degree", "POLYDEGREE");
     c.def_readwrite("aux_flag", &V::m_auxFlag, "Auxiliary flag (not stored)");
     c.def_readwrite("list_mode", &V::m_listMode,

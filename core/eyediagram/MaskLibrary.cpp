@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <string>
 
-#include "core/eyediagram/MaskFields.h"
-#include "core/eyediagram/StimulusEditRules.h"
+#include "core/eyediagram/PageFieldText.h"
 #include "core/settings/ProfileStore.h"
 #include "core/shared/NumberText.h"
 #include "core/stimulus/EyeMask.h"
+#include "core/stimulus/StimulusRules.h"
 
 namespace kv {
 namespace {
@@ -22,8 +22,10 @@ std::string EntryName(std::size_t index) {
 
 std::string MaskText(const EYEMASK& mask) {
     std::string text;
-    for (const mask_page::MaskField& field : mask_page::MaskFields()) {
-        text.append(FormatSignificant(mask.*field.member, 17)).append(",");
+    for (const StimulusRule& rule : StimulusRules()) {
+        if (rule.IsMaskValue()) {
+            text.append(FormatSignificant(mask.*rule.maskMember, 17)).append(",");
+        }
     }
     text += MaskName(mask);
     return text;
@@ -31,16 +33,19 @@ std::string MaskText(const EYEMASK& mask) {
 
 std::optional<EYEMASK> ParseMask(std::string_view text) {
     EYEMASK mask = DefaultEyeMask();
-    for (const mask_page::MaskField& field : mask_page::MaskFields()) {
+    for (const StimulusRule& rule : StimulusRules()) {
+        if (!rule.IsMaskValue()) {
+            continue;
+        }
         const std::size_t comma = text.find(',');
         if (comma == std::string_view::npos) {
             return std::nullopt;
         }
-        const std::optional<double> value = stimulus_edit::ParseField(text.substr(0, comma));
+        const std::optional<double> value = ParseFieldValue(text.substr(0, comma));
         if (!value) {
             return std::nullopt;
         }
-        mask.*field.member = *value;
+        mask.*rule.maskMember = *value;
         text.remove_prefix(comma + 1);
     }
     if (text.empty()) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
-#include "core/eyediagram/StimulusEditRules.h"
+#include "core/eyediagram/StimulusEditPageModel.h"
 #include "core/settings/ProfileStore.h"
 #include "core/stimulus/StimulusPersistence.h"
 

@@ -1,9 +1,9 @@
 #include "core/stimulus/EyeMask.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <cstring>
+
+#include "core/stimulus/StimulusRules.h"
 
 namespace kv {
 
@@ -37,55 +37,22 @@ std::string_view MaskName(const EYEMASK& mask) {
     return {mask.MaskName, strnlen(mask.MaskName, sizeof mask.MaskName)};
 }
 
-std::optional<std::string_view> FindMaskOrderError(const EYEMASK& m) {
-    // Each rule: the upper (or later) value must not fall below the lower
-    // (or earlier) one. Listed top to bottom, then left to right.
-    struct Rule {
-        double upper;
-        double lower;
-        std::string_view message;
-    };
-    const std::array<Rule, 9> rules{{
-        {m.PTopMax, m.PTopMin, "Ptop max value less than Ptop min value"},
-        {m.PTopMin, m.PCross, "Ptop min value less than Pcross value"},
-        {m.PCross, m.PBaseMax, "Pcross value less than Pbase max value"},
-        {m.PBaseMax, m.PBaseMin, "Pbase max value less than Pbase min value"},
-        {m.TCross1Max, m.TCross1Min, "Tcross1 min value greater than Tcross1 max value"},
-        {m.TRiseDelay, m.TCross1Max, "Tcross1 max value greater than Rise delay value"},
-        {m.TFallDelay, m.TRiseDelay, "Rise delay value greater than Fall delay value"},
-        {m.TCross2Min, m.TFallDelay, "Fall delay value greater than Tcross2 min value"},
-        {m.TCross2Max, m.TCross2Min, "Tcross2 min value greater than Tcross2 max value"},
-    }};
-    for (const Rule& rule : rules) {
-        if (rule.upper < rule.lower) {
-            return rule.message;
+std::optional<std::string_view> FindMaskOrderError(const EYEMASK& mask) {
+    // Each rule: a value must not fall below its lower (or earlier)
+    // neighbour. Checked in the rules' own order, top to bottom, then left
+    // to right.
+    const std::span<const StimulusRule> rules = StimulusRules();
+    for (int number = 1;; ++number) {
+        const auto rule = std::find_if(rules.begin(), rules.end(), [number](const StimulusRule& r) {
+            return r.orderRule == number;
+        });
+        if (rule == rules.end()) {
+            return std::nullopt;
+        }
+        if (mask.*rule->maskMember < mask.*rule->below) {
+            return rule->orderMessage;
         }
     }
-    return std::nullopt;
-}
-
-bool IsValidMaskScale(double scale) {
-    return scale >= 0.5 && scale <= 2.0;
-}
-bool IsValidMaskTimeOffset(double offset) {
-    return offset >= 0 && offset <= 1000;
-}
-bool IsValidMaskVoltOffset(double offset) {
-    return offset >= -10 && offset <= 10;
-}
-
-bool MaskAcceptedOnOpen(const EYEMASK& mask) {
-    const std::array<double, 15> numbers{
-        mask.PTopMax,    mask.PTopMin,    mask.PBaseMin,   mask.PBaseMax,   mask.PCross,
-        mask.TCross1Min, mask.TCross1Max, mask.TRiseDelay, mask.TCross2Max, mask.TCross2Min,
-        mask.TFallDelay, mask.ScaleTime,  mask.ScaleVolt,  mask.OffsetTime, mask.OffsetVolt};
-    return MaskPlacementAcceptedOnOpen(mask) &&
-           std::all_of(numbers.begin(), numbers.end(), [](double v) { return std::isfinite(v); });
-}
-
-bool MaskPlacementAcceptedOnOpen(const EYEMASK& mask) {
-    return IsValidMaskTimeOffset(mask.OffsetTime) && IsValidMaskVoltOffset(mask.OffsetVolt) &&
-           IsValidMaskScale(mask.ScaleTime) && mask.ScaleVolt >= 0.5;
 }
 
 }  // namespace kv

@@ -5,8 +5,8 @@
 
 #include "kvcomctl/EyeMask.h"
 
-// Rules of the eye mask: its defaults, the order of its levels and time
-// points, and the ranges within which it may be placed on the eye.
+// The eye mask: its defaults, its name, the order of its levels and time
+// points, and what the mask page says.
 
 namespace kv {
 
@@ -20,21 +20,9 @@ std::string_view MaskName(const EYEMASK& mask);
 
 // The message of the first broken ordering rule, or none for a consistent
 // mask. Equal neighbours pass: the rules speak of one value being less or
-// greater than the next.
+// greater than the next. The rules are rows of core/stimulus/StimulusRules,
+// which also holds the mask's placement limits.
 std::optional<std::string_view> FindMaskOrderError(const EYEMASK& mask);
-
-// Whether the mask may be shown as it is when the mask page opens. The upper
-// bound of the voltage scale is deliberately not checked here, so a stored
-// voltage scale above 2.0 survives opening.
-bool MaskPlacementAcceptedOnOpen(const EYEMASK& mask);
-// The whole check on opening: the placement, and every one of the fifteen
-// numbers a number the page can show (a host may have stored any double).
-bool MaskAcceptedOnOpen(const EYEMASK& mask);
-
-// Ranges that the mask page applies while the user types.
-bool IsValidMaskScale(double scale);        // 0.5 to 2.0
-bool IsValidMaskTimeOffset(double offset);  // 0 to 1000
-bool IsValidMaskVoltOffset(double offset);  // -10 to 10
 
 inline constexpr std::string_view kMaskInvalidOnOpen =
     "One or more mask values are invalid\nUsing default values";

@@ -11,6 +11,7 @@
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/ShiftRegister.h"
 #include "core/stimulus/StimulusPersistence.h"
+#include "core/stimulus/StimulusRules.h"
 #include "core/stimulus/SymbolSource.h"
 
 namespace kv {
@@ -123,62 +124,22 @@ void CStimulusData::GenerateSequence(int initState, BitVector& bits) const {
 }
 
 std::optional<std::string_view> CStimulusData::InvalidReason(int storedSequenceLength) const {
-    const auto bitCount = static_cast<int64_t>(m_bits.size());
-    struct Rule {
-        bool (*holds)(const CStimulusData&, int64_t bitCount, int storedLength);
-        std::string_view reason;
-    };
-    // In the order Load checks them; the first that fails is named.
-    static constexpr Rule kRules[] = {
-        {[](const CStimulusData& d, int64_t, int) {
-             return d.m_cycleCount >= 1 && d.m_cycleCount <= kMaxCycleCount;
-         },
-         "the cycle count must be from 1 to 32768"},
-        {[](const CStimulusData& d, int64_t bits, int) {
-             // An empty sequence counts as one bit.
-             return d.m_skipBits >= 0 &&
-                    d.m_skipBits <= int64_t{d.m_cycleCount} * std::max<int64_t>(1, bits);
-         },
-         "the skipped bits must be from 0 to the cycle count times the bit count"},
-        {[](const CStimulusData& d, int64_t, int) {
-             return d.m_eyeCount >= 1 && d.m_eyeCount <= 3;
-         },
-         "the eye count must be from 1 to 3"},
-        {[](const CStimulusData& d, int64_t, int) {
-             return d.m_dutyCycle > 0 && d.m_dutyCycle < 100;
-         },
-         "the duty cycle must lie strictly between 0 and 100"},
-        {[](const CStimulusData& d, int64_t, int) {
-             return d.m_jitterType >= 0 && d.m_jitterType <= 2;
-         },
-         "the jitter type must be from 0 to 2"},
-        {[](const CStimulusData& d, int64_t, int) { return d.m_seqType >= 0 && d.m_seqType <= 9; },
-         "the sequence type must be from 0 to 9"},
-        {[](const CStimulusData& d, int64_t, int) {
-             return d.m_initState == 0 || d.m_initState == 1;
-         },
-         "the initial state must be 0 or 1"},
-        {[](const CStimulusData& d, int64_t, int) {
-             return d.m_polyDegree >= 3 && d.m_polyDegree <= 16;
-         },
-         "the polynomial degree must be from 3 to 16"},
-        {[](const CStimulusData& d, int64_t bits, int stored) {
-             return d.m_seqType != seq::kPrbs || bits == stored;
-         },
-         "a PRBS sequence must hold as many bits as its stored length"},
-        {[](const CStimulusData& d, int64_t bits, int) {
-             return d.m_seqType != seq::k8b10b || bits == int64_t{d.m_cycleCount} * 10;
-         },
-         "an 8B/10B sequence must hold ten bits per cycle"},
-        {[](const CStimulusData& d, int64_t bits, int) {
-             return d.m_seqType != seq::kUsbCompliance || bits == kUsbComplianceBits;
-         },
-         "a USB 2.0 compliance sequence must hold 330 bits"},
-    };
-    for (const Rule& rule : kRules) {
-        if (!rule.holds(*this, bitCount, storedSequenceLength)) {
-            return rule.reason;
+    // The limits of each value first, in the order of the keys, then the
+    // bit count each generated kind must have.
+    for (const StimulusRule& rule : StimulusRules()) {
+        if (rule.checkedOnLoad && !IsHeld(rule, *this, false)) {
+            return rule.heldReason;
         }
+    }
+    const auto bitCount = static_cast<int64_t>(m_bits.size());
+    if (m_seqType == seq::kPrbs && bitCount != storedSequenceLength) {
+        return "a PRBS sequence must hold as many bits as its stored length";
+    }
+    if (m_seqType == seq::k8b10b && bitCount != int64_t{m_cycleCount} * 10) {
+        return "an 8B/10B sequence must hold ten bits per cycle";
+    }
+    if (m_seqType == seq::kUsbCompliance && bitCount != kUsbComplianceBits) {
+        return "a USB 2.0 compliance sequence must hold 330 bits";
     }
     return std::nullopt;
 }

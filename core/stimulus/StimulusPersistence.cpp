@@ -4,7 +4,6 @@
 #include <array>
 #include <climits>
 #include <optional>
-#include <type_traits>
 
 #include "core/ports/MessagePort.h"
 #include "core/settings/IniDocument.h"
@@ -15,132 +14,30 @@
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/FixedPatterns.h"
 #include "core/stimulus/SequenceType.h"
+#include "core/stimulus/StimulusRules.h"
 #include "core/stimulus/Uuencode.h"
 
 namespace kv {
 namespace {
 
-// Where a persisted value lives in the data object. Each accessor reaches
-// the same field of a const or a mutable object.
-template <auto Member>
-struct Field_ {
-    template <typename Data>
-    static auto& In(Data& data) {
-        return data.*Member;
-    }
-};
-template <auto Array, std::size_t Index>
-struct Element_ {
-    template <typename Data>
-    static auto& In(Data& data) {
-        return (data.*Array)[Index];
-    }
-};
-template <auto Member>
-struct Mask_ {
-    template <typename Data>
-    static auto& In(Data& data) {
-        return data.m_mask.*Member;
-    }
-};
-
-enum class Kind { Int, Bool, Real };
-
-// One persisted number: its key, how it is written and read, and where it
-// lives. Integers and booleans travel as doubles, which hold them exactly.
-struct Field {
-    std::string_view key;
-    Kind kind;
-    double (*get)(const CStimulusData&);
-    void (*set)(CStimulusData&, double);
-};
-
-// The field of `key` behind `Access`; how it is written follows from the
-// member's type, so a table row cannot get it wrong.
-template <typename Access>
-constexpr Field Persisted(std::string_view key) {
-    using Value = std::remove_cvref_t<decltype(Access::In(std::declval<CStimulusData&>()))>;
-    constexpr Kind kind = std::is_same_v<Value, bool> ? Kind::Bool
-                          : std::is_integral_v<Value> ? Kind::Int
-                                                      : Kind::Real;
-    return {
-        key, kind, [](const CStimulusData& data) { return static_cast<double>(Access::In(data)); },
-        [](CStimulusData& data, double value) { Access::In(data) = static_cast<Value>(value); }};
-}
-
-using V = StimulusValues;
-
-// Keys 1 to 27, in the order Save writes them.
-const std::array kDataFields{
-    Persisted<Field_<&V::m_cycleCount>>("CYCLECOUNT"),
-    Persisted<Field_<&V::m_skipBits>>("SKIPBITS"),
-    Persisted<Field_<&V::m_eyeCount>>("EYECOUNT"),
-    Persisted<Field_<&V::m_period>>("PERIOD"),
-    Persisted<Field_<&V::m_dutyCycle>>("DUTYCYCLE"),
-    Persisted<Field_<&V::m_maxJitter>>("MAXJITTER"),
-    Persisted<Field_<&V::m_randomFreq>>("RANDOMFREQ"),
-    Persisted<Field_<&V::m_sineMag>>("SINEMAG"),
-    Persisted<Field_<&V::m_sineFreq>>("SINEFREQ"),
-    Persisted<Field_<&V::m_sineInit>>("SINEINIT"),
-    Persisted<Field_<&V::m_uniformMag>>("UNIFORMMAG"),
-    Persisted<Field_<&V::m_uniformMean>>("UNIFORMMEAN"),
-    Persisted<Element_<&V::m_addJitter, 0>>("ADDGAUSSIAN"),
-    Persisted<Element_<&V::m_addJitter, 1>>("ADDUNIFORM"),
-    Persisted<Element_<&V::m_addJitter, 2>>("ADDSINE"),
-    Persisted<Field_<&V::m_advancedJitter>>("ADVJITTER"),
-    Persisted<Element_<&V::m_freqMeasured, 0>>("GAUSSIANFREQMEAS"),
-    Persisted<Element_<&V::m_freqMeasured, 1>>("UNIFORMFREQMEAS"),
-    Persisted<Element_<&V::m_freqMeasured, 2>>("SINEFREQMEAS"),
-    Persisted<Field_<&V::m_jitterType>>("JITTERTYPE"),
-    Persisted<Field_<&V::m_jitterRepeatable>>("JITTERREPEATABLE"),
-    Persisted<Element_<&V::m_jitterAsTime, 0>>("GAUSSIANJITASTIME"),
-    Persisted<Element_<&V::m_jitterAsTime, 1>>("UNIFORMJITASTIME"),
-    Persisted<Element_<&V::m_jitterAsTime, 2>>("SINEJITASTIME"),
-    Persisted<Field_<&V::m_seqType>>("SEQTYPE"),
-    Persisted<Field_<&V::m_initState>>("INITSTATE"),
-    Persisted<Field_<&V::m_polyDegree>>("POLYDEGREE"),
-};
-static_assert(kDataFields.size() == 27);
-
-// Keys 30 to 44: the mask's levels and times.
-const std::array kMaskFields{
-    Persisted<Mask_<&EYEMASK::PTopMax>>("PTOPMAX"),
-    Persisted<Mask_<&EYEMASK::PTopMin>>("PTOPMIN"),
-    Persisted<Mask_<&EYEMASK::PBaseMin>>("PBASEMIN"),
-    Persisted<Mask_<&EYEMASK::PBaseMax>>("PBASEMAX"),
-    Persisted<Mask_<&EYEMASK::PCross>>("PCROSS"),
-    Persisted<Mask_<&EYEMASK::TCross1Min>>("TCROSS1MIN"),
-    Persisted<Mask_<&EYEMASK::TCross1Max>>("TCROSS1MAX"),
-    Persisted<Mask_<&EYEMASK::TRiseDelay>>("TRISEDELAY"),
-    Persisted<Mask_<&EYEMASK::TCross2Max>>("TCROSS2MAX"),
-    Persisted<Mask_<&EYEMASK::TCross2Min>>("TCROSS2MIN"),
-    Persisted<Mask_<&EYEMASK::TFallDelay>>("TFALLDELAY"),
-    Persisted<Mask_<&EYEMASK::ScaleTime>>("SCALETIME"),
-    Persisted<Mask_<&EYEMASK::ScaleVolt>>("SCALEVOLT"),
-    Persisted<Mask_<&EYEMASK::OffsetTime>>("OFFSETTIME"),
-    Persisted<Mask_<&EYEMASK::OffsetVolt>>("OFFSETVOLT"),
-};
-static_assert(kMaskFields.size() == 15);
+using Kind = ValueKind;
 
 constexpr std::string_view kSequenceLength = "SEQUENCELENGTH";
 constexpr std::string_view kMaskName = "MASKNAME";
 constexpr std::string_view kBitSequence = "BITSEQUENCE";
 
-const Field* FindField(std::string_view key) {
-    for (const Field& field : kDataFields) {
-        if (EqualNoCase(field.key, key)) {
-            return &field;
+// The persisted numbers of the data object (keys 1 to 27) or of its mask
+// (keys 30 to 44), in the order Save writes them.
+template <class Visit>
+void ForEachNumber(bool mask, Visit visit) {
+    for (const StimulusRule& rule : StimulusRules()) {
+        if (rule.IsMaskValue() == mask) {
+            visit(rule);
         }
     }
-    for (const Field& field : kMaskFields) {
-        if (EqualNoCase(field.key, key)) {
-            return &field;
-        }
-    }
-    return nullptr;
 }
 
-std::string FormatField(const Field& field, const CStimulusData& data) {
+std::string FormatField(const StimulusRule& field, const CStimulusData& data) {
     const double value = field.get(data);
     return field.kind == Kind::Real ? FormatReal(value) : std::to_string(static_cast<int>(value));
 }
@@ -219,9 +116,9 @@ int StoredBitCount(const CStimulusData& data) {
 
 void ReadMask(CStimulusData& data, const ValueSource& values, const CStimulusData& defaults) {
     SetMaskName(data.m_mask, values.ReadText(kMaskName, ""));
-    for (const Field& field : kMaskFields) {
+    ForEachNumber(true, [&](const StimulusRule& field) {
         field.set(data, values.Read(field.kind, field.key, field.get(defaults)));
-    }
+    });
 }
 
 // Every key into the object, as Load reads them, and the verdict of the
@@ -229,9 +126,9 @@ void ReadMask(CStimulusData& data, const ValueSource& values, const CStimulusDat
 StimulusReadResult ReadValues(CStimulusData& data, const ValueSource& values,
                               const CStimulusData& defaults) {
     StimulusReadResult result;
-    for (const Field& field : kDataFields) {
+    ForEachNumber(false, [&](const StimulusRule& field) {
         field.set(data, values.Read(field.kind, field.key, field.get(defaults)));
-    }
+    });
     const int64_t cycle = PrbsSequenceLength(data.m_polyDegree);
     const int length = static_cast<int>(
         values.Read(Kind::Int, kSequenceLength,
@@ -312,15 +209,15 @@ std::optional<BitVector> DecodeBitSequence(std::string_view text, int length) {
 std::vector<PersistedEntry> PersistedEntries(const CStimulusData& data) {
     std::vector<PersistedEntry> entries;
     entries.reserve(45);
-    for (const Field& field : kDataFields) {
+    ForEachNumber(false, [&](const StimulusRule& field) {
         entries.emplace_back(field.key, FormatField(field, data));
-    }
+    });
     const int stored = StoredBitCount(data);
     entries.emplace_back(kSequenceLength, std::to_string(stored));
     entries.emplace_back(kMaskName, std::string(MaskName(data.m_mask)));
-    for (const Field& field : kMaskFields) {
+    ForEachNumber(true, [&](const StimulusRule& field) {
         entries.emplace_back(field.key, FormatField(field, data));
-    }
+    });
     if (StoresItsBits(data.m_seqType)) {
         const BitVector first(data.m_bits.begin(), data.m_bits.begin() + stored);
         entries.emplace_back(kBitSequence, EncodeBitSequence(first));
@@ -342,12 +239,12 @@ void RegenerateBits(CStimulusData& data) {
     switch (data.m_seqType) {
         case seq::kPrbs:
         case seq::kConstructionDefault:
-            if (data.m_polyDegree >= 3 && data.m_polyDegree <= 16) {
+            if (IsHeld(StimulusRuleOf("POLYDEGREE"), data, false)) {
                 data.GenerateSequence(data.m_initState, data.m_bits);
             }
             return;
         case seq::k8b10b:
-            if (data.m_cycleCount >= 1 && data.m_cycleCount <= 32768) {
+            if (IsHeld(StimulusRuleOf("CYCLECOUNT"), data, false)) {
                 data.GenerateSequence(data.m_initState, data.m_bits);
             }
             return;
@@ -427,7 +324,7 @@ std::optional<PersistedKey> FindPersistedKey(std::string_view key) {
     if (EqualNoCase(key, kBitSequence)) {
         return PersistedKey{kBitSequence, PersistedKind::Bits};
     }
-    const Field* field = FindField(key);
+    const StimulusRule* field = FindStimulusRule(key);
     if (field == nullptr) {
         return std::nullopt;
     }
@@ -437,7 +334,7 @@ std::optional<PersistedKey> FindPersistedKey(std::string_view key) {
 }
 
 void SetPersistedNumber(CStimulusData& data, std::string_view key, double value) {
-    if (const Field* field = FindField(key)) {
+    if (const StimulusRule* field = FindStimulusRule(key)) {
         field->set(data, value);
     }
 }

@@ -10,13 +10,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "core/eyediagram/MaskFields.h"
-#include "core/eyediagram/MaskOutline.h"
-#include "core/eyediagram/StimulusEditRules.h"
-#include "core/ports/MessagePort.h"
-#include "core/settings/ProfileStore.h"
-#include "core/stimulus/EyeMask.h"
-#include "core/stimulus/StimulusData.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
 #include "ui/chart/ChartControl.h"
 #include "ui/eyediagram/PageCharts.h"
@@ -26,28 +19,21 @@ namespace kv::ui {
 namespace {
 
 namespace id = kvcomctl_ids::eye_mask;
-using mask_page::MaskField;
 
 QString Text(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-MaskLibrary LoadLibrary() {
-    const auto store = OpenProfileStore(ModuleProfile());
-    return store ? MaskLibrary::Load(*store) : MaskLibrary{};
-}
-
 }  // namespace
 
-CEyeDiagramMaskPage::CEyeDiagramMaskPage(CStimulusData& data)
-    : m_data(data), m_library(LoadLibrary()) {
+CEyeDiagramMaskPage::CEyeDiagramMaskPage(CStimulusData& data) : m_model(data) {
     setObjectName(QStringLiteral("page596"));
     auto* page = new QHBoxLayout(this);
     auto* left = new QVBoxLayout;
     auto* numbers = new QGroupBox(tr("Mask"), this);
     auto* grid = new QGridLayout(numbers);
     int row = 0;
-    for (const MaskField& field : mask_page::MaskFields()) {
+    for (const MaskField& field : MaskPageModel::Fields()) {
         auto* edit = new QLineEdit(numbers);
         edit->setObjectName(ControlObjectName(field.controlId));
         auto* label = new QLabel(Text(field.label), numbers);
@@ -55,9 +41,15 @@ CEyeDiagramMaskPage::CEyeDiagramMaskPage(CStimulusData& data)
         grid->addWidget(label, row % 8, (row / 8) * 2);
         grid->addWidget(edit, row % 8, (row / 8) * 2 + 1);
         m_fields[field.controlId] = edit;
-        connect(edit, &QLineEdit::editingFinished, this, [this, edit] { CommitField(edit); });
-        connect(edit, &QLineEdit::textChanged, this, [this] {
+        const int controlId = field.controlId;
+        connect(edit, &QLineEdit::editingFinished, this, [this, controlId] {
+            if (!m_filling && !m_model.Commit(controlId)) {
+                ReturnTo(controlId);
+            }
+        });
+        connect(edit, &QLineEdit::textChanged, this, [this, controlId](const QString& text) {
             if (!m_filling) {
+                m_model.Type(controlId, text.toStdString());
                 UpdateDrawing();
             }
         });
@@ -94,10 +86,15 @@ CEyeDiagramMaskPage::CEyeDiagramMaskPage(CStimulusData& data)
     m_drawing = MakeMaskChart(drawing);
 
     connect(m_libraryList, &QComboBox::activated, this, &CEyeDiagramMaskPage::OnLibraryChosen);
-    connect(saveAs, &QPushButton::clicked, this, &CEyeDiagramMaskPage::OnSaveAs);
-    connect(remove, &QPushButton::clicked, this, &CEyeDiagramMaskPage::OnDelete);
-    FillLibraryList();
-    ShowMask();
+    connect(saveAs, &QPushButton::clicked, this, [this] {
+        ReturnTo(m_model.SaveAs(m_name->text().toStdString()));
+        ShowModel();
+    });
+    connect(remove, &QPushButton::clicked, this, [this] {
+        m_model.Delete(m_libraryList->currentText().toStdString());
+        ShowModel();
+    });
+    ShowModel();
 }
 
 void CEyeDiagramMaskPage::showEvent(QShowEvent* event) {
@@ -105,152 +102,57 @@ void CEyeDiagramMaskPage::showEvent(QShowEvent* event) {
     // The bit interval may have changed on another page, and the grid steps
     // that end the fitted view depend on the size the chart is shown in.
     UpdateDrawing();
-    if (m_openChecked) {
-        return;
-    }
     // Checked when the page first opens, not when it is made: the sheet makes
     // the page even when it does not show it.
-    m_openChecked = true;
-    if (!MaskAcceptedOnOpen(m_data.m_mask)) {
-        ShowMessage(kMaskInvalidOnOpen, MessageIcon::Warning);
-        m_data.m_mask = DefaultEyeMask();
-        ShowMask();
+    if (!m_openChecked) {
+        m_openChecked = true;
+        if (m_model.CheckOnOpen()) {
+            ShowModel();
+        }
     }
 }
 
-void CEyeDiagramMaskPage::ShowMask() {
+void CEyeDiagramMaskPage::ShowModel() {
     m_filling = true;
-    for (const MaskField& field : mask_page::MaskFields()) {
-        m_fields[field.controlId]->setText(
-            QString::fromStdString(stimulus_edit::FormatField(ShownValue(field, m_data.m_mask))));
+    for (const auto& [controlId, field] : m_fields) {
+        field->setText(QString::fromStdString(m_model.Text(controlId)));
     }
-    m_name->setText(Text(MaskName(m_data.m_mask)));
-    m_libraryList->setCurrentIndex(m_libraryList->findText(Text(MaskName(m_data.m_mask))));
+    m_name->setText(Text(m_model.Name()));
+    m_libraryList->clear();
+    for (const std::string& name : m_model.LibraryNames()) {
+        m_libraryList->addItem(QString::fromStdString(name));
+    }
+    m_libraryList->setCurrentIndex(m_libraryList->findText(Text(m_model.Name())));
     m_filling = false;
     UpdateDrawing();
 }
 
 void CEyeDiagramMaskPage::UpdateDrawing() {
-    // The mask as the fields read now, typed values before they are checked,
-    // so the drawing moves with every keystroke.
-    EYEMASK shown = m_data.m_mask;
-    for (const MaskField& field : mask_page::MaskFields()) {
-        if (const std::optional<double> typed =
-                stimulus_edit::ParseField(m_fields[field.controlId]->text().toStdString())) {
-            mask_page::StoreShownValue(field, shown, *typed);
-        }
-    }
-    ShowMaskOutline(*m_drawing, BuildMaskOutline(shown, m_data.GetPeriod() * 1e-9));
+    ShowMaskOutline(*m_drawing, m_model.Outline());
 }
 
-bool CEyeDiagramMaskPage::CommitField(QLineEdit* field) {
-    if (m_filling) {
-        return true;
-    }
-    const MaskField* maskField = mask_page::FindMaskField(field->objectName().mid(3).toInt());
-    if (maskField == nullptr) {
-        return true;
-    }
-    const std::optional<double> typed = stimulus_edit::ParseField(field->text().toStdString());
-    const std::string shown = stimulus_edit::FormatField(ShownValue(*maskField, m_data.m_mask));
-    if (typed && stimulus_edit::ParseField(shown) == typed) {
-        return true;  // untouched: a stored mask may have equal neighbours
-    }
-    const std::optional<std::string_view> problem =
-        typed ? mask_page::CheckMaskField(*maskField, m_data.m_mask, *typed)
-              : std::optional<std::string_view>(maskField->message);
-    if (problem) {
-        RefuseField(*field, *problem, kMessageCaption, m_filling);
-        return false;
-    }
-    mask_page::StoreShownValue(*maskField, m_data.m_mask, *typed);
-    return true;
-}
-
-bool CEyeDiagramMaskPage::CommitAllFields() {
-    for (const MaskField& field : mask_page::MaskFields()) {
-        if (!CommitField(m_fields[field.controlId])) {
-            return false;
-        }
-    }
-    if (const std::optional<std::string_view> broken = FindMaskOrderError(m_data.m_mask)) {
-        ShowMessage(*broken, MessageIcon::Warning);
-        return false;
-    }
-    return true;
-}
-
-bool CEyeDiagramMaskPage::OnKillActive() {
-    return CommitAllFields();
-}
-
-bool CEyeDiagramMaskPage::OnApply() {
-    return OfferLibrarySave();
-}
-
-bool CEyeDiagramMaskPage::OfferLibrarySave() {
-    const EYEMASK* kept = m_library.Find(MaskName(m_data.m_mask));
-    if (kept == nullptr || mask_page::SameMaskValues(*kept, m_data.m_mask)) {
-        return true;
-    }
-    switch (
-        ShowMessage(kMaskDiffersFromLibrary, MessageIcon::Question, MessageButtons::YesNoCancel)) {
-        case MessageAnswer::Yes:
-            m_library.Put(m_data.m_mask);
-            SaveLibrary();
-            return true;
-        case MessageAnswer::No:
-            return true;
-        default:
-            return false;
+void CEyeDiagramMaskPage::ReturnTo(std::optional<int> refused) {
+    if (refused && *refused != 0) {
+        m_fields[*refused]->setFocus();
+        m_fields[*refused]->selectAll();
     }
 }
 
 void CEyeDiagramMaskPage::OnLibraryChosen(int index) {
-    if (index < 0 || !CommitAllFields() || !OfferLibrarySave()) {
-        ShowMask();
-        return;
+    if (index >= 0) {
+        ReturnTo(m_model.ChooseLibraryMask(m_libraryList->itemText(index).toStdString()));
     }
-    if (const EYEMASK* chosen = m_library.Find(m_libraryList->itemText(index).toStdString())) {
-        m_data.m_mask = *chosen;
-    }
-    ShowMask();
+    ShowModel();
 }
 
-void CEyeDiagramMaskPage::OnSaveAs() {
-    const std::string name = m_name->text().trimmed().toStdString();
-    if (name.empty() || !CommitAllFields()) {
-        return;
-    }
-    SetMaskName(m_data.m_mask, name);
-    m_library.Put(m_data.m_mask);
-    SaveLibrary();
-    FillLibraryList();
-    ShowMask();
+bool CEyeDiagramMaskPage::OnKillActive() {
+    const std::optional<int> refused = m_model.CommitAll();
+    ReturnTo(refused);
+    return !refused;
 }
 
-void CEyeDiagramMaskPage::OnDelete() {
-    const QString name = m_libraryList->currentText();
-    if (name.isEmpty() || !m_library.Remove(name.toStdString())) {
-        return;
-    }
-    SaveLibrary();
-    FillLibraryList();
-    ShowMask();
-}
-
-void CEyeDiagramMaskPage::FillLibraryList() {
-    m_libraryList->clear();
-    for (const EYEMASK& mask : m_library.Masks()) {
-        m_libraryList->addItem(Text(MaskName(mask)));
-    }
-}
-
-void CEyeDiagramMaskPage::SaveLibrary() {
-    const auto store = OpenProfileStore(ModuleProfile());
-    if (!store || !m_library.Save(*store)) {
-        ShowMessage("Unable to save the mask library.", MessageIcon::Warning);
-    }
+bool CEyeDiagramMaskPage::OnApply() {
+    return m_model.Apply();
 }
 
 }  // namespace kv::ui

@@ -1,26 +1,22 @@
 #pragma once
 
 #include <map>
+#include <optional>
 
-#include "core/eyediagram/MaskLibrary.h"
+#include "core/eyediagram/MaskPageModel.h"
 #include "ui/eyediagram/SheetPage.h"
 
 class QComboBox;
 class QLineEdit;
 
-namespace kv {
-class CStimulusData;
-}
-
 namespace kv::ui {
 
 class CChartControl;
 
-// The eye mask page ("Eye Mask"): the fifteen numbers of the stimulus's
-// mask, each checked against its neighbours or its placement range while it
-// is edited, the whole mask's order checked before the page is left, and the
-// library of named masks in the module's settings store, and a live drawing
-// of the mask placed on the eye (in the area "maskDrawingArea").
+// The eye mask page ("Eye Mask"): a field per number of the mask, the
+// library of named masks, and a live drawing of the mask placed on the eye
+// (in the area "maskDrawingArea"). What each field holds and when the page
+// may be left is decided by the page's model in the core.
 class CEyeDiagramMaskPage : public CSheetPage {
     Q_OBJECT
 public:
@@ -33,21 +29,14 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    void ShowMask();
+    // Shows the model's texts, name and library list.
+    void ShowModel();
     void UpdateDrawing();
-    bool CommitField(QLineEdit* field);
-    bool CommitAllFields();
-    // Asks whether to keep the current mask in the library when it differs
-    // from the library's mask of its name; false when the user cancels.
-    bool OfferLibrarySave();
+    // Puts the user back into the field the model refused.
+    void ReturnTo(std::optional<int> refused);
     void OnLibraryChosen(int index);
-    void OnSaveAs();
-    void OnDelete();
-    void FillLibraryList();
-    void SaveLibrary();
 
-    CStimulusData& m_data;
-    MaskLibrary m_library;
+    MaskPageModel m_model;
     std::map<int, QLineEdit*> m_fields;
     QComboBox* m_libraryList = nullptr;
     QLineEdit* m_name = nullptr;

@@ -14,15 +14,8 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
-#include "core/eyediagram/EyeStimulusRules.h"
-#include "core/eyediagram/StimulusEditRules.h"
-#include "core/eyediagram/StimulusOpenCheck.h"
-#include "core/eyediagram/WaveformPreview.h"
-#include "core/ports/MessagePort.h"
-#include "core/stimulus/FixedPatterns.h"
-#include "core/stimulus/PageMessages.h"
 #include "core/stimulus/SequenceType.h"
-#include "core/stimulus/StimulusData.h"
+#include "core/stimulus/StimulusRules.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
 #include "ui/bitpattern/BitPatternCtrl.h"
 #include "ui/chart/ChartControl.h"
@@ -33,8 +26,6 @@ namespace kv::ui {
 namespace {
 
 namespace id = kvcomctl_ids::eye_stimulus;
-using stimulus_edit::FormatField;
-using stimulus_edit::ParseField;
 
 constexpr const char* kComponentNames[3] = {"Gaussian (1 Sigma)", "Uniform", "Sine"};
 constexpr const char* kValue2Names[3] = {"Frequency (MHz):", "Mean:", "Frequency (MHz):"};
@@ -48,7 +39,7 @@ Widget* Named(Widget* widget, int controlId) {
 }  // namespace
 
 CEyeDiagramStimulusPage::CEyeDiagramStimulusPage(CStimulusData& data, int pageArgA, int pageArgB)
-    : m_data(data) {
+    : m_model(data) {
     (void)pageArgA;
     (void)pageArgB;
     setObjectName(QStringLiteral("page595"));
@@ -91,9 +82,9 @@ CEyeDiagramStimulusPage::CEyeDiagramStimulusPage(CStimulusData& data, int pageAr
         grid->addWidget(new QLabel(tr(kValue2Names[i]), jitter), row, 3);
         grid->addWidget(AddField(id::kComponentValue2 + i), row, 4);
         connect(m_enabled[i], &QCheckBox::toggled, this,
-                [this, i](bool on) { OnComponentEnabled(i, on); });
+                [this, i](bool on) { Forward([&] { m_model.SetComponentEnabled(i, on); }); });
         connect(m_units[i], &QComboBox::currentIndexChanged, this,
-                [this, i](int unit) { OnComponentUnit(i, unit); });
+                [this, i](int unit) { Forward([&] { m_model.SetComponentUnit(i, unit); }); });
     }
     grid->addWidget(new QLabel(tr("Initial phase:"), jitter), 4, 5);
     grid->addWidget(AddField(id::kComponentValue3 + 2), 4, 6);
@@ -112,7 +103,8 @@ CEyeDiagramStimulusPage::CEyeDiagramStimulusPage(CStimulusData& data, int pageAr
     }
     choices->addRow(tr("Se&quence:"), m_sequence);
     m_degree = Named(new QSpinBox(sequence), id::kPolyDegree);
-    m_degree->setRange(3, 16);
+    const ValueRange& degrees = *StimulusRuleOf("POLYDEGREE").typed;
+    m_degree->setRange(static_cast<int>(degrees.low), static_cast<int>(degrees.high));
     choices->addRow(tr("Polynomial &degree:"), m_degree);
     m_initState = Named(new QComboBox(sequence), id::kInitState);
     m_initState->addItems({tr("High"), tr("Low")});
@@ -137,29 +129,41 @@ CEyeDiagramStimulusPage::CEyeDiagramStimulusPage(CStimulusData& data, int pageAr
     // them when a key or button is let go over it.
     m_pattern->installEventFilter(this);
 
-    connect(m_sequence, &QComboBox::currentIndexChanged, this,
-            &CEyeDiagramStimulusPage::OnSequenceChanged);
-    connect(m_degree, &QSpinBox::valueChanged, this, [this](int degree) {
-        if (!m_filling) {
-            m_data.SetPolyDegree(degree);
-            RegeneratePattern();
+    connect(m_eyes, &QComboBox::currentIndexChanged, this,
+            [this](int index) { Forward([&] { m_model.SetEyesIndex(index); }); });
+    connect(m_simple, &QRadioButton::toggled, this,
+            [this] { Forward([&] { m_model.SetAdvanced(m_advanced->isChecked()); }); });
+    connect(m_jitterType, &QComboBox::currentIndexChanged, this,
+            [this](int type) { Forward([&] { m_model.SetJitterType(type); }); });
+    connect(m_repeatable, &QCheckBox::toggled, this,
+            [this](bool on) { Forward([&] { m_model.SetRepeatable(on); }); });
+    connect(m_sequence, &QComboBox::currentIndexChanged, this, [this](int index) {
+        if (index >= 0) {
+            Forward([&] { m_model.SetKind(m_sequence->itemData(index).toInt()); });
         }
     });
-    connect(m_initState, &QComboBox::currentIndexChanged, this, [this](int index) {
-        if (!m_filling) {
-            m_data.SetInitState(stimulus_edit::InitStateOfLevel(index));
-            RegeneratePattern();
-        }
-    });
-    connect(m_simple, &QRadioButton::toggled, this, &CEyeDiagramStimulusPage::OnJitterModeChanged);
-    ShowData();
+    connect(m_degree, &QSpinBox::valueChanged, this,
+            [this](int degree) { Forward([&] { m_model.SetPolyDegree(degree); }); });
+    connect(m_initState, &QComboBox::currentIndexChanged, this,
+            [this](int index) { Forward([&] { m_model.SetLevelIndex(index); }); });
+    ShowModel();
 }
 
 CEyeDiagramStimulusPage::~CEyeDiagramStimulusPage() = default;
 
+template <class Change>
+void CEyeDiagramStimulusPage::Forward(Change change) {
+    if (!m_filling) {
+        SyncBits();
+        change();
+        ShowModel();
+    }
+}
+
 bool CEyeDiagramStimulusPage::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_pattern &&
         (event->type() == QEvent::KeyRelease || event->type() == QEvent::MouseButtonRelease)) {
+        SyncBits();
         UpdatePreview();
     }
     return CSheetPage::eventFilter(watched, event);
@@ -171,9 +175,8 @@ void CEyeDiagramStimulusPage::showEvent(QShowEvent* event) {
     // the sheet makes the page even when it does not show it.
     if (!m_openChecked) {
         m_openChecked = true;
-        if (ReplaceValuesPagesCannotUse(m_data)) {
-            ShowMessage(kInvalidEyeDiagramData, MessageIcon::Warning);
-            ShowData();
+        if (m_model.CheckOnOpen()) {
+            ShowModel();
         }
     }
     // Fitted again at the size the chart is shown in: the grid steps, and
@@ -181,273 +184,87 @@ void CEyeDiagramStimulusPage::showEvent(QShowEvent* event) {
     UpdatePreview();
 }
 
-void CEyeDiagramStimulusPage::UpdatePreview() {
-    PreviewInput input;
-    input.bits = m_pattern->m_bits.Data();
-    input.cycleCount = m_data.GetCycleCount();
-    input.seqType = SelectedKind();
-    input.periodNs = m_data.GetPeriod();
-    input.dutyPercent = m_data.GetDutyCycle();
-    ShowWaveform(*m_preview, BuildWaveformPreview(input));
-}
-
 QLineEdit* CEyeDiagramStimulusPage::AddField(int controlId) {
     auto* field = Named(new QLineEdit(this), controlId);
     field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("0000.000")) + 12);
     m_fields[controlId] = field;
-    connect(field, &QLineEdit::editingFinished, this, [this, field] { CommitField(field); });
+    connect(field, &QLineEdit::textChanged, this, [this, controlId](const QString& text) {
+        if (!m_filling) {
+            m_model.Type(controlId, text.toStdString());
+        }
+    });
+    connect(field, &QLineEdit::editingFinished, this, [this, controlId] {
+        bool accepted = true;
+        Forward([&] { accepted = m_model.Commit(controlId); });
+        if (!accepted) {
+            ReturnTo(controlId);
+        }
+    });
     return field;
 }
 
-CJitter& CEyeDiagramStimulusPage::SimpleMaximum() {
-    return m_jitter[static_cast<std::size_t>(eye_stimulus::kSimpleMaximumComponent)];
-}
-
-int CEyeDiagramStimulusPage::SelectedKind() const {
-    return m_sequence->currentData().toInt();
-}
-
-void CEyeDiagramStimulusPage::ShowData() {
+void CEyeDiagramStimulusPage::ShowModel() {
     m_filling = true;
-    for (int i = 0; i < 3; ++i) {
-        m_jitter[static_cast<std::size_t>(i)] = eye_stimulus::JitterFromData(m_data, i);
-        m_enabled[i]->setChecked(m_jitter[static_cast<std::size_t>(i)].m_enabled);
-        m_units[i]->setCurrentIndex(m_jitter[static_cast<std::size_t>(i)].m_asTime ? 1 : 0);
-    }
-    m_eyes->setCurrentIndex(std::clamp(m_data.GetEyeCount(), 1, 3) - 1);
-    (m_data.GetAdvancedJitter() ? m_advanced : m_simple)->setChecked(true);
-    m_jitterType->setCurrentIndex(std::clamp(m_data.GetJitterType(), 0, 2));
-    m_repeatable->setChecked(m_data.GetJitterRepeatable());
-    // Kind 7 is generated as a pseudo-random sequence; kinds this list does
-    // not offer show as drawn sequences and keep their bits.
-    const int kind =
-        m_data.GetSeqType() == seq::kConstructionDefault ? seq::kPrbs : m_data.GetSeqType();
-    const int index = m_sequence->findData(kind);
-    m_sequence->setCurrentIndex(index >= 0 ? index : m_sequence->findData(seq::kCustom));
-    m_degree->setValue(std::clamp(m_data.GetPolyDegree(), 3, 16));
-    m_initState->setCurrentIndex(stimulus_edit::LevelOfInitState(m_data.GetInitState()));
-    m_pattern->SetPattern(m_data.Bits().data(), m_data.GetBitCount());
-    m_pattern->SetReadOnly(SelectedKind() != seq::kCustom);
-    m_degree->setEnabled(SelectedKind() == seq::kPrbs);
-    RefreshFields();
-    m_filling = false;
-    OnJitterModeChanged();
-    UpdatePreview();
-}
-
-void CEyeDiagramStimulusPage::RefreshFields() {
-    // Each field remembers the text it was given, so that committing a field
-    // nobody touched never replaces a value by its rounded text.
-    const auto showText = [this](int controlId, const QString& text) {
-        m_fields[controlId]->setText(text);
-        m_fields[controlId]->setProperty("shownText", text);
-    };
-    const auto show = [&showText](int controlId, double value) {
-        showText(controlId, QString::fromStdString(FormatField(value)));
-    };
-    showText(id::kCycles, QString::number(m_data.GetCycleCount()));
-    showText(id::kSkipBits, QString::number(m_data.GetSkipBits()));
-    show(id::kBitInterval, m_data.GetPeriod());
-    show(id::kDutyCycle, m_data.GetDutyCycle());
-    show(id::kMaxJitter, SimpleMaximum().m_magnitude);
-    for (int i = 0; i < 3; ++i) {
-        const CJitter& jitter = m_jitter[static_cast<std::size_t>(i)];
-        show(id::kComponentMagnitude + i, jitter.m_magnitude);
-        show(id::kComponentValue2 + i, jitter.m_value2);
-    }
-    show(id::kComponentValue3 + 2, m_jitter[2].m_value3);
-}
-
-bool CEyeDiagramStimulusPage::CommitField(QLineEdit* field) {
-    if (m_filling || !field->isEnabled() ||
-        field->text() == field->property("shownText").toString()) {
-        return true;
-    }
-    const int controlId = field->objectName().mid(3).toInt();
-    const std::optional<double> typed = ParseField(field->text().toStdString());
-    const double value = typed.value_or(-1.0e300);
-    const double period = m_data.GetPeriod();
-    std::optional<std::string_view> problem;
-    const int component = controlId % 10;
-    CJitter changed = m_jitter[static_cast<std::size_t>(component < 3 ? component : 0)];
-    switch (controlId - (controlId >= id::kComponentEnabled ? component : 0)) {
-        case id::kCycles:
-            if (!(problem = eye_stimulus::CheckCycles(value))) {
-                m_data.SetCycleCount(static_cast<int>(value));
-                if (SelectedKind() == seq::k8b10b) {
-                    RegeneratePattern();  // ten bits per cycle
-                }
-            }
-            break;
-        case id::kSkipBits:
-            if (!(problem = eye_stimulus::CheckSkipBits(value, m_data.GetCycleCount(),
-                                                        m_pattern->m_bits.GetSize()))) {
-                m_data.SetSkipBits(static_cast<int>(value));
-            }
-            break;
-        case id::kBitInterval:
-            if (!(problem = stimulus_edit::CheckPeriod(value, false))) {
-                m_data.SetPeriod(value);
-            }
-            break;
-        case id::kDutyCycle:
-            if (!(problem = stimulus_edit::CheckDutyCycle(value))) {
-                m_data.SetDutyCycle(value);
-            }
-            break;
-        case id::kMaxJitter:
-            if (!(problem =
-                      eye_stimulus::CheckSimpleJitter(value, period, m_data.GetDutyCycle()))) {
-                SimpleMaximum().m_magnitude = value;
-            }
-            break;
-        case id::kComponentMagnitude:
-            changed.m_magnitude = value;
-            if (!typed || value < 0) {
-                problem = kJitterMagnitudeTooLarge;
-            } else if (!HasBitInterval()) {
-                problem = page_message::kBitInterval;
-            } else if (!CheckJitterMagnitude(changed, period)) {
-                field->setFocus();
-                return false;  // told by the check itself
-            }
-            break;
-        case id::kComponentValue2:
-            changed.m_value2 = value;
-            break;
-        case id::kComponentValue3:
-            changed.m_value3 = value;
-            break;
-        default:
-            return true;
-    }
-    if (!problem && !typed) {
-        problem = "Invalid number";
-    }
-    if (problem) {
-        RefuseField(*field, *problem, kMessageCaption, m_filling);
-        return false;
-    }
-    if (controlId >= id::kComponentMagnitude && component < 3) {
-        m_jitter[static_cast<std::size_t>(component)] = changed;
-    }
-    RefreshFields();
-    UpdatePreview();
-    return true;
-}
-
-bool CEyeDiagramStimulusPage::CommitAll() {
     for (const auto& [controlId, field] : m_fields) {
-        if (!CommitField(field)) {
-            return false;
+        const QString text = QString::fromStdString(m_model.Text(controlId));
+        if (field->text() != text) {
+            field->setText(text);
         }
+        field->setEnabled(m_model.IsEnabled(controlId));
     }
-    return true;
-}
-
-void CEyeDiagramStimulusPage::OnSequenceChanged(int index) {
-    if (m_filling || index < 0) {
-        return;
+    m_eyes->setCurrentIndex(m_model.EyesIndex());
+    (m_model.Advanced() ? m_advanced : m_simple)->setChecked(true);
+    m_jitterType->setCurrentIndex(m_model.JitterType());
+    m_jitterType->setEnabled(m_model.IsEnabled(id::kJitterType));
+    m_repeatable->setChecked(m_model.Repeatable());
+    for (int i = 0; i < 3; ++i) {
+        m_enabled[i]->setChecked(m_model.ComponentEnabled(i));
+        m_enabled[i]->setEnabled(m_model.IsEnabled(id::kComponentEnabled + i));
+        m_units[i]->setCurrentIndex(m_model.ComponentUnit(i));
+        m_units[i]->setEnabled(m_model.IsEnabled(id::kComponentUnit + i));
     }
-    m_data.SetSeqType(SelectedKind());
-    m_pattern->SetReadOnly(SelectedKind() != seq::kCustom);
-    m_degree->setEnabled(SelectedKind() == seq::kPrbs);
-    RegeneratePattern();
-}
-
-void CEyeDiagramStimulusPage::RegeneratePattern() {
-    if (SelectedKind() != seq::kCustom) {  // else the user's own bits stay
-        const BitVector bits = stimulus_edit::ShownPattern(
-            SelectedKind(), std::max(0, m_initState->currentIndex()), false, m_data);
-        m_pattern->SetPattern(bits.data(), static_cast<int>(bits.size()));
+    m_sequence->setCurrentIndex(m_sequence->findData(m_model.Kind()));
+    m_degree->setValue(m_model.PolyDegree());
+    m_degree->setEnabled(m_model.DegreeEnabled());
+    m_initState->setCurrentIndex(m_model.LevelIndex());
+    if (m_shownBits != m_model.BitsRevision()) {
+        m_shownBits = m_model.BitsRevision();
+        m_pattern->SetPattern(m_model.Bits().data(), static_cast<int>(m_model.Bits().size()));
         m_pattern->update();
     }
+    m_pattern->SetReadOnly(m_model.PatternReadOnly());
+    m_filling = false;
     UpdatePreview();
 }
 
-void CEyeDiagramStimulusPage::OnJitterModeChanged() {
-    const bool advanced = m_advanced->isChecked();
-    if (!m_filling) {
-        m_data.SetAdvancedJitter(advanced);
-    }
-    m_fields[id::kMaxJitter]->setEnabled(!advanced);
-    m_jitterType->setEnabled(!advanced);
-    for (int i = 0; i < 3; ++i) {
-        const bool on = advanced && m_enabled[i]->isChecked();
-        m_enabled[i]->setEnabled(advanced);
-        m_fields[id::kComponentMagnitude + i]->setEnabled(on);
-        m_units[i]->setEnabled(on);
-        m_fields[id::kComponentValue2 + i]->setEnabled(on);
-    }
-    m_fields[id::kComponentValue3 + 2]->setEnabled(advanced && m_enabled[2]->isChecked());
+void CEyeDiagramStimulusPage::UpdatePreview() {
+    ShowWaveform(*m_preview, m_model.Preview());
 }
 
-// Jitter magnitudes are checked and converted against the bit interval, and the host's data
-// may hold one that is none (zero, negative, not a number).
-bool CEyeDiagramStimulusPage::HasBitInterval() const {
-    return m_data.GetPeriod() > 0;
-}
-
-void CEyeDiagramStimulusPage::OnComponentEnabled(int component, bool enabled) {
-    if (m_filling) {
-        return;
-    }
-    CJitter changed = m_jitter[static_cast<std::size_t>(component)];
-    changed.m_enabled = enabled;
-    bool refused = false;
-    if (enabled && !HasBitInterval()) {
-        ShowMessage(page_message::kBitInterval, MessageIcon::Warning, MessageButtons::Ok);
-        refused = true;
-    } else if (enabled) {
-        refused = !CheckJitterMagnitude(changed, m_data.GetPeriod());
-    }
-    if (refused) {
-        m_filling = true;
-        m_enabled[component]->setChecked(false);
-        m_filling = false;
-        return;
-    }
-    m_jitter[static_cast<std::size_t>(component)] = changed;
-    OnJitterModeChanged();
-}
-
-void CEyeDiagramStimulusPage::OnComponentUnit(int component, int unitIndex) {
-    if (m_filling) {
-        return;
-    }
-    // The same displacement, said in the other unit; without a bit interval to say it against
-    // the number stays as it is.
-    CJitter& jitter = m_jitter[static_cast<std::size_t>(component)];
-    const bool convert = HasBitInterval();
-    const double percent = convert ? MagnitudeInPercent(jitter, m_data.GetPeriod()) : 0.0;
-    jitter.m_asTime = unitIndex == 1 ? 1 : 0;
-    if (convert) {
-        jitter.m_magnitude = MagnitudeFromPercent(jitter, percent, m_data.GetPeriod());
-    }
-    RefreshFields();
-}
-
-void CEyeDiagramStimulusPage::StoreToData() {
-    for (int i = 0; i < 3; ++i) {
-        eye_stimulus::StoreJitter(m_data, i, m_jitter[static_cast<std::size_t>(i)]);
-    }
-    m_data.SetEyeCount(m_eyes->currentIndex() + 1);
-    m_data.SetJitterType(m_jitterType->currentIndex());
-    m_data.SetJitterRepeatable(m_repeatable->isChecked());
+void CEyeDiagramStimulusPage::SyncBits() {
     const auto shown = m_pattern->m_bits.Data();
-    m_data.SetBitVector(BitVector(shown.begin(), shown.end()));
+    if (!std::equal(shown.begin(), shown.end(), m_model.Bits().begin(), m_model.Bits().end())) {
+        m_model.SetBits(BitVector(shown.begin(), shown.end()));
+    }
+}
+
+void CEyeDiagramStimulusPage::ReturnTo(int controlId) {
+    m_fields[controlId]->setFocus();
+    m_fields[controlId]->selectAll();
 }
 
 bool CEyeDiagramStimulusPage::OnKillActive() {
-    if (!CommitAll()) {
-        return false;
+    SyncBits();
+    const std::optional<int> refused = m_model.Leave();
+    if (refused) {
+        ReturnTo(*refused);
     }
-    StoreToData();
-    return true;
+    return !refused;
 }
 
 bool CEyeDiagramStimulusPage::OnApply() {
-    StoreToData();
+    SyncBits();
+    m_model.Apply();
     return true;
 }
 

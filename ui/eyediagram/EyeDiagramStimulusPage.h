@@ -3,7 +3,7 @@
 #include <array>
 #include <map>
 
-#include "core/stimulus/Jitter.h"
+#include "core/eyediagram/EyeStimulusPageModel.h"
 #include "ui/eyediagram/SheetPage.h"
 
 class QCheckBox;
@@ -11,10 +11,6 @@ class QComboBox;
 class QLineEdit;
 class QRadioButton;
 class QSpinBox;
-
-namespace kv {
-class CStimulusData;
-}
 
 namespace kv::ui {
 
@@ -25,7 +21,8 @@ class CChartControl;
 // interval and duty cycle, simple or advanced jitter with its three
 // components, the sequence with the bit pattern it generates, and a preview
 // of the waveform the stimulus adaptor makes of them (in the area
-// "waveformPreviewArea").
+// "waveformPreviewArea"). What each control holds is decided by the page's
+// model in the core.
 class CEyeDiagramStimulusPage : public CSheetPage {
     Q_OBJECT
 public:
@@ -42,26 +39,19 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    void UpdatePreview();
     QLineEdit* AddField(int controlId);
-    void ShowData();
-    void RefreshFields();
-    bool CommitField(QLineEdit* field);
-    bool CommitAll();
-    void OnSequenceChanged(int index);
-    void RegeneratePattern();
-    void OnJitterModeChanged();
-    bool HasBitInterval() const;
-    void OnComponentEnabled(int component, bool enabled);
-    void OnComponentUnit(int component, int unitIndex);
-    void StoreToData();
-    int SelectedKind() const;
-    // The record that owns the simple maximum jitter.
-    CJitter& SimpleMaximum();
+    // Shows the model's state in every control.
+    void ShowModel();
+    void UpdatePreview();
+    // Hands the model the bits the user drew.
+    void SyncBits();
+    // Runs a change of the user's through the model and shows the result;
+    // nothing while the page itself fills its controls.
+    template <class Change>
+    void Forward(Change change);
+    void ReturnTo(int controlId);
 
-    CStimulusData& m_data;
-    // One record per jitter component, and a fourth kept for the host.
-    std::array<CJitter, 4> m_jitter;
+    EyeStimulusPageModel m_model;
     std::map<int, QLineEdit*> m_fields;
     QComboBox* m_eyes = nullptr;
     QRadioButton* m_simple = nullptr;
@@ -75,6 +65,7 @@ private:
     std::array<QComboBox*, 3> m_units{};
     CBitPatternCtrl* m_pattern = nullptr;
     CChartControl* m_preview = nullptr;
+    int m_shownBits = -1;  // the model's bit revision the control shows
     bool m_filling = false;
     bool m_openChecked = false;
 };

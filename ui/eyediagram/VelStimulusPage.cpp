@@ -11,15 +11,9 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <cmath>
-#include <functional>
 
-#include "core/eyediagram/StimulusEditRules.h"
-#include "core/eyediagram/StimulusLibrary.h"
-#include "core/eyediagram/StimulusOpenCheck.h"
-#include "core/ports/FileChooser.h"
-#include "core/stimulus/BitFile.h"
 #include "core/stimulus/SequenceType.h"
+#include "core/stimulus/StimulusRules.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
 #include "ui/bitpattern/BitPatternCtrl.h"
 #include "ui/ports/QtFileChooser.h"
@@ -29,7 +23,6 @@ namespace kv::ui {
 namespace {
 
 namespace id = kvcomctl_ids::stimulus_edit;
-using namespace kv::stimulus_edit;
 
 template <class Widget, class... Args>
 Widget* Make(int controlId, QWidget* parent, Args&&... args) {
@@ -46,9 +39,11 @@ QLabel* Label(int controlId, const QString& text, QWidget* parent, QWidget* budd
     return label;
 }
 
-QSpinBox* Spin(int controlId, QWidget* parent, int low, int high) {
+// A spin box over the whole values a person may type for `key`.
+QSpinBox* Spin(int controlId, QWidget* parent, std::string_view key) {
     auto* spin = Make<QSpinBox>(controlId, parent);
-    spin->setRange(low, high);
+    const ValueRange& typed = *StimulusRuleOf(key).typed;
+    spin->setRange(static_cast<int>(typed.low), static_cast<int>(typed.high));
     spin->setMaximumWidth(22);  // the arrows beside the edit, as a buddy spin
     return spin;
 }
@@ -57,18 +52,20 @@ QString Text(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-int ControlIdOf(const QWidget* widget) {
-    return widget->objectName().mid(3).toInt();
+void SetText(QLineEdit& field, const QString& text) {
+    if (field.text() != text) {  // leaves the cursor of an unchanged field alone
+        field.setText(text);
+    }
 }
 
 }  // namespace
 
-CVelStimulusPage::CVelStimulusPage(CStimulusData& data, int pageArgB)
-    : m_data(data), m_openedBits(data.Bits()) {
+CVelStimulusPage::CVelStimulusPage(CStimulusData& data, int pageArgB) : m_model(data) {
     (void)pageArgB;
     setObjectName(QStringLiteral("page4018"));
     BuildControls();
-    ShowData();
+    ConnectControls();
+    ShowModel();
 }
 
 CVelStimulusPage::~CVelStimulusPage() = default;
@@ -78,31 +75,34 @@ void CVelStimulusPage::showEvent(QShowEvent* event) {
     // Checked when the page first opens, as the mask page checks its mask.
     if (!m_openChecked) {
         m_openChecked = true;
-        if (ReplaceValuesPagesCannotUse(m_data)) {
-            Ask(kInvalidEyeDiagramData, MessageIcon::Warning, MessageButtons::Ok);
-            ShowData();
+        if (m_model.CheckOnOpen()) {
+            ShowModel();
         }
     }
 }
 
 void CVelStimulusPage::BuildControls() {
     auto* page = new QVBoxLayout(this);
+    const auto field = [this](int controlId, QWidget* parent) {
+        auto* edit = Make<QLineEdit>(controlId, parent);
+        edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("0000.000")) +
+                              12);
+        m_fields[controlId] = edit;
+        return edit;
+    };
 
     // The named stimuli kept beside the module's settings.
     auto* names = new QHBoxLayout;
-    auto* nameList = Make<QComboBox>(id::kNameList, this);
-    names->addWidget(Label(0, tr("Stimulus Name:"), this, nameList));
-    names->addWidget(nameList, 1);
-    auto* nameEdit = Make<QLineEdit>(id::kNameEdit, this);
-    nameEdit->hide();
-    names->addWidget(nameEdit, 1);
+    m_nameList = Make<QComboBox>(id::kNameList, this);
+    names->addWidget(Label(0, tr("Stimulus Name:"), this, m_nameList));
+    names->addWidget(m_nameList, 1);
+    m_nameEdit = Make<QLineEdit>(id::kNameEdit, this);
+    names->addWidget(m_nameEdit, 1);
     for (const auto& [controlId, text] :
          {std::pair{id::kOpen, tr("Open...")}, std::pair{id::kSave, tr("Save")},
           std::pair{id::kRemove, tr("Remove")}, std::pair{id::kNew, tr("New")}}) {
         names->addWidget(Make<QPushButton>(controlId, this, text));
     }
-    m_nameList = nameList;
-    m_nameEdit = nameEdit;
     page->addLayout(names);
 
     auto* patternGroup = new QGroupBox(tr("Bit pattern"), this);
@@ -119,15 +119,13 @@ void CVelStimulusPage::BuildControls() {
     kinds->addWidget(Label(id::kBitOrderLabel, tr("&Bit order:"), patternGroup, m_bitOrder));
     kinds->addWidget(m_bitOrder);
     m_level = Make<QComboBox>(id::kLevel, patternGroup);
-    m_level->addItems({tr("High"), tr("Low")});
-    m_levelLabel = Label(id::kLevelLabel, tr("&Initial state:"), patternGroup, m_level);
+    m_level->addItems({QString(), QString()});
+    m_levelLabel = Label(id::kLevelLabel, QString(), patternGroup, m_level);
     kinds->addWidget(m_levelLabel);
     kinds->addWidget(m_level);
     kinds->addStretch();
-    auto* load = Make<QPushButton>(id::kLoad, patternGroup, tr("Load..."));
-    auto* saveBits = Make<QPushButton>(id::kSaveBits, patternGroup, tr("Save..."));
-    kinds->addWidget(load);
-    kinds->addWidget(saveBits);
+    kinds->addWidget(Make<QPushButton>(id::kLoad, patternGroup, tr("Load...")));
+    kinds->addWidget(Make<QPushButton>(id::kSaveBits, patternGroup, tr("Save...")));
     patternLayout->addLayout(kinds);
     auto* placeholder = new QWidget(patternGroup);
     placeholder->setObjectName(ControlObjectName(id::kPattern));
@@ -143,45 +141,42 @@ void CVelStimulusPage::BuildControls() {
     auto* lower = new QHBoxLayout;
     auto* stimulus = Make<QGroupBox>(id::kStimulusGroup, this, tr("Stimulus"));
     auto* grid = new QGridLayout(stimulus);
-    m_period = Make<QLineEdit>(id::kPeriod, stimulus);
-    m_periodLabel = Label(id::kPeriodLabel, tr("&Bit interval:"), stimulus, m_period);
+    QLineEdit* period = field(id::kPeriod, stimulus);
+    m_periodLabel = Label(id::kPeriodLabel, QString(), stimulus, period);
     grid->addWidget(m_periodLabel, 0, 0);
-    grid->addWidget(m_period, 0, 1);
+    grid->addWidget(period, 0, 1);
     grid->addWidget(Label(id::kPeriodUnit, tr("ns"), stimulus), 0, 3);
-    m_duty = Make<QLineEdit>(id::kDuty, stimulus);
-    m_dutySpin = Spin(id::kDutySpin, stimulus, 1, 99);
-    grid->addWidget(Label(id::kDutyLabel, tr("&Duty cycle:"), stimulus, m_duty), 1, 0);
-    grid->addWidget(m_duty, 1, 1);
+    QLineEdit* duty = field(id::kDuty, stimulus);
+    m_dutySpin = Spin(id::kDutySpin, stimulus, "DUTYCYCLE");
+    grid->addWidget(Label(id::kDutyLabel, tr("&Duty cycle:"), stimulus, duty), 1, 0);
+    grid->addWidget(duty, 1, 1);
     grid->addWidget(m_dutySpin, 1, 2);
     grid->addWidget(Label(id::kDutyUnit, tr("% high"), stimulus), 1, 3);
-    m_repetitions = Make<QLineEdit>(id::kRepetitions, stimulus);
-    m_repetitionsSpin = Spin(id::kRepetitionsSpin, stimulus, 1, 2048);
-    m_frequency = Make<QLineEdit>(id::kFrequency, stimulus);
-    m_repetitionsLabel =
-        Label(id::kRepetitionsLabel, tr("Sequence &repetitions:"), stimulus, m_repetitions);
+    m_repetitionsLabel = Label(id::kRepetitionsLabel, QString(), stimulus);
+    m_repetitionsSpin = Spin(id::kRepetitionsSpin, stimulus, "CYCLECOUNT");
     grid->addWidget(m_repetitionsLabel, 2, 0);
-    grid->addWidget(m_repetitions, 2, 1);
+    grid->addWidget(field(id::kRepetitions, stimulus), 2, 1);
     grid->addWidget(m_repetitionsSpin, 2, 2);
-    grid->addWidget(m_frequency, 3, 1);
+    grid->addWidget(field(id::kFrequency, stimulus), 3, 1);
     grid->addWidget(Label(id::kFrequencyUnit, tr("MHz"), stimulus), 3, 3);
-    m_highTime = Make<QLineEdit>(id::kHighTime, stimulus);
-    grid->addWidget(Label(id::kHighLabel, tr("&High time:"), stimulus, m_highTime), 4, 0);
-    grid->addWidget(m_highTime, 4, 1);
+    QLineEdit* high = field(id::kHighTime, stimulus);
+    grid->addWidget(Label(id::kHighLabel, tr("&High time:"), stimulus, high), 4, 0);
+    grid->addWidget(high, 4, 1);
     grid->addWidget(Label(id::kHighUnit, tr("ns"), stimulus), 4, 3);
-    m_lowTime = Make<QLineEdit>(id::kLowTime, stimulus);
-    grid->addWidget(Label(id::kLowLabel, tr("&Low time:"), stimulus, m_lowTime), 5, 0);
-    grid->addWidget(m_lowTime, 5, 1);
+    QLineEdit* low = field(id::kLowTime, stimulus);
+    grid->addWidget(Label(id::kLowLabel, tr("&Low time:"), stimulus, low), 5, 0);
+    grid->addWidget(low, 5, 1);
     grid->addWidget(Label(id::kLowUnit, tr("ns"), stimulus), 5, 3);
     lower->addWidget(stimulus);
 
     auto* jitter = Make<QGroupBox>(id::kJitterGroup, this, tr("Random jitter"));
     auto* jitterGrid = new QGridLayout(jitter);
-    m_jitter = Make<QLineEdit>(id::kJitter, jitter);
-    m_jitterLabel = Label(id::kJitterLabel, tr("Amount:"), jitter, m_jitter);
+    QLineEdit* amount = field(id::kJitter, jitter);
+    m_jitterLabel = Label(id::kJitterLabel, QString(), jitter, amount);
     m_jitterUnit = Make<QComboBox>(id::kJitterUnit, jitter);
-    m_jitterUnit->addItems({tr("% of interval"), tr("ns")});
+    m_jitterUnit->addItems({QString(), QString()});
     jitterGrid->addWidget(m_jitterLabel, 0, 0);
-    jitterGrid->addWidget(m_jitter, 0, 1);
+    jitterGrid->addWidget(amount, 0, 1);
     jitterGrid->addWidget(m_jitterUnit, 0, 2);
     m_distribution = Make<QComboBox>(id::kDistribution, jitter);
     m_distribution->addItems({tr("Gaussian (1 Sigma)"), tr("Uniform"), tr("Sine")});
@@ -195,402 +190,196 @@ void CVelStimulusPage::BuildControls() {
     lower->addWidget(jitter);
     page->addLayout(lower);
     page->addStretch();
+}
 
-    connect(m_sequence, &QComboBox::currentIndexChanged, this,
-            &CVelStimulusPage::OnSequenceChanged);
-    connect(m_level, &QComboBox::currentIndexChanged, this, [this](int index) {
-        if (!m_filling && index >= 0) {
-            m_data.SetInitState(InitStateOfLevel(index));
-            RebuildPattern();
+void CVelStimulusPage::ConnectControls() {
+    const auto onIndex = [this](QComboBox* list, void (StimulusEditPageModel::*set)(int)) {
+        connect(list, &QComboBox::currentIndexChanged, this,
+                [this, set](int index) { Forward([&] { (m_model.*set)(index); }); });
+    };
+    connect(m_sequence, &QComboBox::currentIndexChanged, this, [this](int index) {
+        if (index >= 0) {
+            Forward([&] { m_model.ChoosePosition(index + 1); });
         }
     });
-    connect(m_bitOrder, &QComboBox::currentIndexChanged, this, [this] {
-        if (!m_filling) {
-            RebuildPattern();
-        }
-    });
-    connect(m_jitterUnit, &QComboBox::currentIndexChanged, this, [this] {
-        if (!m_filling) {
-            RefreshFields();
-        }
-    });
-    connect(m_distribution, &QComboBox::currentIndexChanged, this,
-            &CVelStimulusPage::OnDistributionChanged);
-    connect(m_repeatJitter, &QCheckBox::toggled, this, [this](bool repeat) {
-        if (!m_filling) {
-            m_data.SetJitterRepeatable(repeat);
-            m_modified = true;
-        }
-    });
-    for (QLineEdit* field :
-         {m_period, m_duty, m_repetitions, m_frequency, m_highTime, m_lowTime, m_jitter}) {
-        field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("0000.000")) +
-                               12);
-        connect(field, &QLineEdit::editingFinished, this, [this, field] { CommitField(field); });
-    }
-    const auto spinInto = [this](QSpinBox* spin, QLineEdit* field) {
-        connect(spin, &QSpinBox::valueChanged, this, [this, field](int value) {
+    onIndex(m_level, &StimulusEditPageModel::SetLevelIndex);
+    onIndex(m_bitOrder, &StimulusEditPageModel::SetBitOrderIndex);
+    onIndex(m_jitterUnit, &StimulusEditPageModel::SetJitterUnitIndex);
+    onIndex(m_distribution, &StimulusEditPageModel::SetDistributionIndex);
+    connect(m_repeatJitter, &QCheckBox::toggled, this,
+            [this](bool repeat) { Forward([&] { m_model.SetRepeatJitter(repeat); }); });
+    for (const auto& [controlId, field] : m_fields) {
+        const int fieldId = controlId;
+        connect(field, &QLineEdit::textChanged, this, [this, fieldId](const QString& text) {
             if (!m_filling) {
-                field->setText(QString::number(value));
-                CommitField(field);
+                m_model.Type(fieldId, text.toStdString());
             }
         });
-    };
-    spinInto(m_dutySpin, m_duty);
-    spinInto(m_repetitionsSpin, m_repetitions);
+        connect(field, &QLineEdit::editingFinished, this, [this, fieldId] {
+            bool accepted = true;
+            Forward([&] { accepted = m_model.Commit(fieldId); });
+            if (!accepted) {
+                ReturnTo(fieldId);
+            }
+        });
+    }
+    for (const auto& [spin, fieldId] :
+         {std::pair{m_dutySpin, id::kDuty}, std::pair{m_repetitionsSpin, id::kRepetitions}}) {
+        connect(spin, &QSpinBox::valueChanged, this, [this, fieldId](int value) {
+            bool accepted = true;
+            Forward([&] { accepted = m_model.Spin(fieldId, value); });
+            if (!accepted) {
+                ReturnTo(fieldId);
+            }
+        });
+    }
     connect(m_nameList, &QComboBox::activated, this, [this](int index) {
         if (index >= 0) {
-            OpenNamed(m_nameList->itemText(index));
+            Forward([&] { m_model.OpenNamed(m_nameList->itemText(index).toStdString()); });
         }
     });
-    connect(FindControl<QPushButton>(this, id::kOpen), &QPushButton::clicked, this,
-            &CVelStimulusPage::OnOpenFile);
-    connect(FindControl<QPushButton>(this, id::kSave), &QPushButton::clicked, this,
-            [this] { SaveNamed(); });
-    connect(FindControl<QPushButton>(this, id::kRemove), &QPushButton::clicked, this,
-            &CVelStimulusPage::OnRemoveNamed);
+    connect(m_nameEdit, &QLineEdit::textChanged, this, [this](const QString& text) {
+        if (!m_filling) {
+            m_model.Type(id::kNameEdit, text.toStdString());
+        }
+    });
+    const auto onClick = [this](int controlId, auto action) {
+        connect(FindControl<QPushButton>(this, controlId), &QPushButton::clicked, this,
+                [this, action] { Forward([&] { action(); }); });
+    };
+    onClick(id::kOpen, [this] { WithChooser([this](IFileChooser& c) { m_model.OpenFile(c); }); });
+    onClick(id::kSave, [this] { m_model.SaveNamed(); });
+    onClick(id::kRemove, [this] { m_model.RemoveNamed(); });
     connect(FindControl<QPushButton>(this, id::kNew), &QPushButton::clicked, this, [this] {
-        m_nameList->hide();
-        m_nameEdit->clear();
-        m_nameEdit->show();
+        Forward([&] { m_model.StartNewName(); });
         m_nameEdit->setFocus();
     });
-    FillNameList(QString());
-    connect(load, &QPushButton::clicked, this, &CVelStimulusPage::OnLoad);
-    connect(saveBits, &QPushButton::clicked, this, &CVelStimulusPage::OnSaveBits);
-}
-
-void CVelStimulusPage::ShowData() {
-    m_filling = true;
-    const int kind = m_data.GetSeqType();
-    // Kind 7 is generated as a pseudo-random sequence; 5 and 6 keep their
-    // bits, as a drawn sequence does. Neither changes the data until the
-    // user picks a kind, and the pattern behaves as the kind the list shows.
-    int position = PositionOfKind(kind);
-    if (position == 0) {
-        position = PositionOfKind(kind == seq::kConstructionDefault ? seq::kPrbs : seq::kCustom);
-    }
-    m_sequence->setCurrentIndex(position - 1);
-    m_level->setCurrentIndex(LevelOfInitState(m_data.GetInitState()));
-    m_repeatJitter->setChecked(m_data.GetJitterRepeatable());
-    const int jitterType = m_data.GetJitterType();
-    m_distribution->setCurrentIndex(
-        jitterType >= 0 && jitterType < m_distribution->count() ? jitterType : 0);
-    ApplyKind(KindAtPosition(position), position);
-    m_pattern->SetPattern(m_data.Bits().data(), m_data.GetBitCount());
-    RefreshFields();
-    m_filling = false;
-    OnDistributionChanged(m_distribution->currentIndex());
-    m_modified = false;
-}
-
-int CVelStimulusPage::SelectedKind() const {
-    return KindAtPosition(m_sequence->currentIndex() + 1);
-}
-
-void CVelStimulusPage::OnSequenceChanged(int index) {
-    if (m_filling || index < 0) {
-        return;
-    }
-    const int position = index + 1;
-    m_data.SetSeqType(KindAtPosition(position));
-    const bool wasFilling = m_filling;
-    m_filling = true;
-    ApplyKind(m_data.GetSeqType(), position);
-    m_filling = wasFilling;
-    RebuildPattern();
-    m_fileName->clear();
-}
-
-void CVelStimulusPage::ApplyKind(int kind, int position) {
-    const bool oscillator = kind == seq::kToggling;
-    m_jitterUnit->setItemText(0, oscillator ? tr("% of period") : tr("% of interval"));
-    m_periodLabel->setText(oscillator ? tr("&Period:") : tr("&Bit interval:"));
-    m_repetitionsLabel->setText(oscillator ? tr("&Frequency:") : tr("Sequence &repetitions:"));
-    m_repetitionsLabel->setBuddy(oscillator ? m_frequency : m_repetitions);
-    for (const int controlId : ControlsWithVisibility()) {
-        if (QWidget* control = FindControl<QWidget>(this, controlId)) {
-            control->setVisible(IsShown(controlId, position));
+    onClick(id::kSaveBits,
+            [this] { WithChooser([this](IFileChooser& c) { m_model.SaveBits(c); }); });
+    connect(FindControl<QPushButton>(this, id::kLoad), &QPushButton::clicked, this, [this] {
+        bool loaded = false;
+        Forward([&] { WithChooser([&](IFileChooser& c) { loaded = m_model.LoadBits(c); }); });
+        if (loaded) {
+            m_pattern->SetCaretIndex(0);
+            m_pattern->EnsureCaretVisible();
+            m_pattern->update();
         }
-    }
-    const std::optional<KindBehaviour> behaviour = BehaviourOf(kind);
-    if (!behaviour) {
-        return;
-    }
-    m_pattern->SetReadOnly(behaviour->readOnly);
-    m_pattern->SetPaintMode(behaviour->paintMode, m_data.GetCycleCount());
-    if (behaviour->levelLabel) {
-        const int selected = m_level->currentIndex();
-        m_levelLabel->setText(Text(*behaviour->levelLabel));
-        m_level->setItemText(0, Text(behaviour->levelItems[0]));
-        m_level->setItemText(1, Text(behaviour->levelItems[1]));
-        m_level->setCurrentIndex(selected);
-    }
-    m_pattern->update();
+    });
 }
 
-void CVelStimulusPage::RebuildPattern() {
-    const BitVector bits = ShownPattern(SelectedKind(), std::max(0, m_level->currentIndex()),
-                                        m_bitOrder->currentIndex() == 1, m_data);
-    m_pattern->SetPattern(bits.data(), static_cast<int>(bits.size()));
-    m_pattern->update();
-    m_modified = true;
-}
-
-double CVelStimulusPage::JitterInNs(double shown) const {
-    return m_jitterUnit->currentIndex() == 0 ? shown * m_data.GetPeriod() * 0.01 : shown;
-}
-
-void CVelStimulusPage::RefreshFields() {
-    const bool wasFilling = m_filling;
-    m_filling = true;
-    const double period = m_data.GetPeriod();
-    const double duty = m_data.GetDutyCycle();
-    m_period->setText(QString::fromStdString(FormatField(period)));
-    m_duty->setText(QString::fromStdString(FormatField(duty)));
-    // The spin box shows whole percent; a duty cycle that is no number shows as its minimum.
-    m_dutySpin->setValue(
-        static_cast<int>(std::isfinite(duty) ? std::clamp(duty, 0.0, 100.0) + 0.5 : 0.0));
-    m_repetitions->setText(QString::number(m_data.GetCycleCount()));
-    m_repetitionsSpin->setValue(m_data.GetCycleCount());
-    if (period > 0) {
-        m_frequency->setText(QString::fromStdString(FormatField(FrequencyMHz(period))));
-        m_highTime->setText(QString::fromStdString(FormatField(HighTimeNs(period, duty))));
-        m_lowTime->setText(QString::fromStdString(FormatField(period - HighTimeNs(period, duty))));
-    }
-    const double jitter = m_data.GetMaxJitter();
-    const bool percent = m_jitterUnit->currentIndex() == 0;
-    m_jitter->setText(QString::fromStdString(
-        FormatField(percent && period > 0 ? jitter * 100.0 / period : jitter)));
-    m_filling = wasFilling;
-}
-
-bool CVelStimulusPage::CommitField(QLineEdit* field) {
-    if (m_filling || field->isHidden()) {
-        return true;
-    }
-    const std::optional<double> typed = ParseField(field->text().toStdString());
-    const double value = typed.value_or(-1.0e300);
-    const double period = m_data.GetPeriod();
-    const bool oscillator = SelectedKind() == seq::kToggling;
-    std::optional<std::string_view> problem;
-    // What the accepted value changes, and whether it differs from what is
-    // shown now (an untouched field marks nothing).
-    std::function<void()> store;
-    switch (ControlIdOf(field)) {
-        case id::kPeriod:
-            problem = CheckPeriod(value, oscillator);
-            store = [&] { m_data.SetPeriod(value); };
-            break;
-        case id::kDuty:
-            problem = CheckDutyCycle(value);
-            store = [&] { m_data.SetDutyCycle(value); };
-            break;
-        case id::kRepetitions:
-            problem = CheckRepetitions(value);
-            store = [&] { OnRepetitionsChanged(static_cast<int>(value)); };
-            break;
-        case id::kFrequency:
-            problem = value > 0 ? CheckPeriod(1000.0 / value, true) : CheckPeriod(-1, true);
-            store = [&] { m_data.SetPeriod(1000.0 / value); };
-            break;
-        case id::kHighTime:
-            problem = CheckDutyCycle(value / period * 100.0);
-            store = [&] { m_data.SetDutyCycle(value / period * 100.0); };
-            break;
-        case id::kLowTime:
-            problem = CheckDutyCycle((period - value) / period * 100.0);
-            store = [&] { m_data.SetDutyCycle((period - value) / period * 100.0); };
-            break;
-        case id::kJitter:
-            problem = CheckJitter(JitterInNs(value), period);
-            store = [&] { m_data.SetMaxJitter(JitterInNs(value)); };
-            break;
-        default:
-            return true;
-    }
-    if (problem) {
-        RefuseField(*field, *problem, kCaption, m_filling);
-        return false;
-    }
-    RefreshFields();
-    if (ParseField(field->text().toStdString()) != typed) {
-        store();
-        m_modified = true;
-        RefreshFields();
-    }
-    return true;
-}
-
-bool CVelStimulusPage::CommitAllFields() {
-    for (QLineEdit* field :
-         {m_period, m_duty, m_repetitions, m_frequency, m_highTime, m_lowTime, m_jitter}) {
-        if (!CommitField(field)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-void CVelStimulusPage::OnRepetitionsChanged(int count) {
-    m_data.SetCycleCount(count);
-    const int kind = SelectedKind();
-    if (kind == seq::kPulse) {
-        m_pattern->SetPaintMode(3, count);
-        m_pattern->update();
-    } else if (kind == seq::k8b10b) {
-        // An 8B/10B sequence is as long as ten bits per repetition.
-        RebuildPattern();
-    }
-}
-
-void CVelStimulusPage::OnDistributionChanged(int index) {
-    m_jitterLabel->setText(index == 1 ? tr("Amount (p-p):") : tr("Amount:"));
+template <class Change>
+void CVelStimulusPage::Forward(Change change) {
     if (!m_filling) {
-        m_data.SetJitterType(index);
-        m_modified = true;
+        SyncBits();
+        change();
+        ShowModel();
     }
 }
 
-void CVelStimulusPage::OnLoad() {
+template <class Use>
+void CVelStimulusPage::WithChooser(Use use) {
     QtFileChooser ownDialog(this);
     IFileChooser* chooser = InstalledFileChooser();
-    FileQuery query;
-    query.defaultExtension = std::string(kBitFileExtension);
-    query.filter = std::string(kBitFileFilter);
-    query.hideReadOnly = true;
-    const std::optional<ChosenFile> chosen =
-        (chooser != nullptr ? chooser : &ownDialog)->ChooseOpenFile(query);
-    if (!chosen) {
-        return;
-    }
-    const std::string path = chosen->Path().string();
-    const std::optional<BitVector> bits = LoadPatternFile(path);
-    if (!bits) {
-        return;
-    }
-    m_pattern->SetPattern(bits->data(), static_cast<int>(bits->size()));
-    m_pattern->SetCaretIndex(0);
-    m_pattern->EnsureCaretVisible();
-    m_pattern->update();
-    m_fileName->setText(QString::fromStdString(path));
-    m_modified = true;
+    use(chooser != nullptr ? *chooser : ownDialog);
 }
 
-void CVelStimulusPage::OnSaveBits() {
-    QtFileChooser ownDialog(this);
-    IFileChooser* chooser = InstalledFileChooser();
-    FileQuery query;
-    query.defaultExtension = std::string(kBitFileExtension);
-    query.filter = std::string(kBitFileFilter);
-    const std::optional<ChosenFile> chosen =
-        (chooser != nullptr ? chooser : &ownDialog)->ChooseSaveFile(query);
-    if (!chosen) {
-        return;
+void CVelStimulusPage::ShowModel() {
+    m_filling = true;
+    QStringList names;
+    for (const std::string& name : m_model.Names()) {
+        names << QString::fromStdString(name);
     }
-    const auto data = m_pattern->m_bits.Data();
-    if (SavePatternFile(chosen->Path().string(), BitVector(data.begin(), data.end()))) {
-        m_fileName->setText(QString::fromStdString(chosen->Path().string()));
+    QStringList listed;
+    for (int i = 0; i < m_nameList->count(); ++i) {
+        listed << m_nameList->itemText(i);
     }
+    if (listed != names) {
+        m_nameList->clear();
+        m_nameList->addItems(names);
+    }
+    m_nameList->setCurrentIndex(
+        m_nameList->findText(QString::fromStdString(m_model.SelectedName())));
+    if (m_model.NamingNew() && m_nameEdit->isHidden()) {
+        m_nameEdit->clear();
+    }
+    m_nameList->setVisible(m_model.IsShown(id::kNameList));
+    m_nameEdit->setVisible(m_model.IsShown(id::kNameEdit));
+
+    m_sequence->setCurrentIndex(m_model.Position() - 1);
+    m_bitOrder->setCurrentIndex(m_model.BitOrderIndex());
+    m_levelLabel->setText(Text(m_model.Label(id::kLevelLabel)));
+    for (int item = 0; item < 2; ++item) {
+        m_level->setItemText(item, Text(m_model.ItemText(id::kLevel, item)));
+        m_jitterUnit->setItemText(item, Text(m_model.ItemText(id::kJitterUnit, item)));
+    }
+    m_level->setCurrentIndex(m_model.LevelIndex());
+    m_jitterUnit->setCurrentIndex(m_model.JitterUnitIndex());
+    m_distribution->setCurrentIndex(m_model.DistributionIndex());
+    m_repeatJitter->setChecked(m_model.RepeatJitter());
+    m_periodLabel->setText(Text(m_model.Label(id::kPeriodLabel)));
+    m_jitterLabel->setText(Text(m_model.Label(id::kJitterLabel)));
+    m_repetitionsLabel->setText(Text(m_model.Label(id::kRepetitionsLabel)));
+    m_repetitionsLabel->setBuddy(
+        m_fields[m_model.IsShown(id::kFrequency) ? id::kFrequency : id::kRepetitions]);
+    for (const int controlId : StimulusEditPageModel::ControlsWithVisibility()) {
+        if (QWidget* control = FindControl<QWidget>(this, controlId)) {
+            control->setVisible(m_model.IsShown(controlId));
+        }
+    }
+
+    for (const auto& [controlId, field] : m_fields) {
+        SetText(*field, QString::fromStdString(m_model.Text(controlId)));
+    }
+    m_dutySpin->setValue(m_model.SpinValue(id::kDutySpin));
+    m_repetitionsSpin->setValue(m_model.SpinValue(id::kRepetitionsSpin));
+    SetText(*m_fileName, QString::fromStdString(m_model.FileName()));
+
+    if (m_shownLook != m_model.LookRevision()) {
+        m_shownLook = m_model.LookRevision();
+        m_pattern->SetReadOnly(m_model.PatternReadOnly());
+        m_pattern->SetPaintMode(m_model.PaintMode(), m_model.PaintRepetitions());
+        m_pattern->update();
+    }
+    if (m_shownBits != m_model.BitsRevision()) {
+        m_shownBits = m_model.BitsRevision();
+        m_pattern->SetPattern(m_model.Bits().data(), static_cast<int>(m_model.Bits().size()));
+        m_pattern->update();
+    }
+    m_filling = false;
 }
 
-QString CVelStimulusPage::CurrentName() const {
-    return (m_nameEdit->isHidden() ? m_nameList->currentText() : m_nameEdit->text()).trimmed();
-}
-
-void CVelStimulusPage::FillNameList(const QString& selected) {
-    m_nameList->clear();
-    for (const std::string& name : stimulus_library::Names()) {
-        m_nameList->addItem(QString::fromStdString(name));
-    }
-    m_nameList->setCurrentIndex(m_nameList->findText(selected));
-    m_nameEdit->hide();
-    m_nameList->show();
-}
-
-void CVelStimulusPage::OpenNamed(const QString& name) {
-    if (stimulus_library::Open(m_data, name.toStdString())) {
-        ShowData();
-        m_modified = true;
-    }
-}
-
-bool CVelStimulusPage::SaveNamed() {
-    const QString name = CurrentName();
-    if (name.isEmpty() || !CommitAllFields()) {
-        return false;
-    }
-    StoreToData();
-    if (!stimulus_library::Save(m_data, name.toStdString())) {
-        return false;
-    }
-    FillNameList(name);
-    return true;
-}
-
-void CVelStimulusPage::OnRemoveNamed() {
-    const QString name = m_nameList->currentText();
-    if (!name.isEmpty() && stimulus_library::Remove(name.toStdString())) {
-        FillNameList(QString());
-    }
-}
-
-void CVelStimulusPage::OnOpenFile() {
-    QtFileChooser ownDialog(this);
-    IFileChooser* chooser = InstalledFileChooser();
-    FileQuery query;
-    query.defaultExtension = "ini";
-    query.filter = "Stimulus file (*.ini)|*.ini|All Files (*.*)|*.*|";
-    const std::optional<ChosenFile> chosen =
-        (chooser != nullptr ? chooser : &ownDialog)->ChooseOpenFile(query);
-    if (!chosen) {
-        return;
-    }
-    // Invalid data is told and replaced by the defaults, as every load does.
-    m_data.Load(chosen->Path().string().c_str(), true);
-    ShowData();
-    m_modified = true;
-}
-
-bool CVelStimulusPage::IsModified() const {
+void CVelStimulusPage::SyncBits() {
     const auto shown = m_pattern->m_bits.Data();
-    return m_modified ||
-           !std::equal(shown.begin(), shown.end(), m_openedBits.begin(), m_openedBits.end());
+    if (!std::equal(shown.begin(), shown.end(), m_model.Bits().begin(), m_model.Bits().end())) {
+        m_model.SetBits(BitVector(shown.begin(), shown.end()));
+    }
 }
 
-void CVelStimulusPage::StoreToData() {
-    const auto shown = m_pattern->m_bits.Data();
-    m_data.SetBitVector(BitVector(shown.begin(), shown.end()));
-    if (!m_level->isHidden()) {
-        m_data.SetInitState(InitStateOfLevel(m_level->currentIndex()));
-    }
+void CVelStimulusPage::ReturnTo(int controlId) {
+    m_fields[controlId]->setFocus();
+    m_fields[controlId]->selectAll();
 }
 
 bool CVelStimulusPage::OnKillActive() {
-    return CommitAllFields();
+    SyncBits();
+    const std::optional<int> refused = m_model.CommitAll();
+    ShowModel();
+    if (refused) {
+        ReturnTo(*refused);
+    }
+    return !refused;
 }
 
 bool CVelStimulusPage::OnApply() {
-    if (!IsModified()) {
-        return true;
-    }
-    // Saving keeps the stimulus under its name; Yes and No alike hand the
-    // edits to the sheet, which gives them to the caller. Only Cancel keeps
-    // the page open.
-    const MessageAnswer answer =
-        Ask(kApplyQuestion, MessageIcon::Warning, MessageButtons::YesNoCancel);
-    if (answer != MessageAnswer::Yes && answer != MessageAnswer::No) {
-        return false;
-    }
-    StoreToData();
-    // After Yes applying succeeds only if saving the named stimulus worked;
-    // an unnamed one has nowhere to be kept but the caller.
-    return answer == MessageAnswer::No || CurrentName().isEmpty() || SaveNamed();
+    SyncBits();
+    const bool applied = m_model.Apply();
+    ShowModel();
+    return applied;
 }
 
 bool CVelStimulusPage::OnQueryCancel() {
-    return !IsModified() || Ask(kCancelQuestion, MessageIcon::Warning, MessageButtons::OkCancel) ==
-                                MessageAnswer::Ok;
+    SyncBits();
+    return m_model.QueryCancel();
 }
 
 }  // namespace kv::ui

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QString>
+#include <map>
 
-#include "core/stimulus/StimulusData.h"
+#include "core/eyediagram/StimulusEditPageModel.h"
 #include "ui/eyediagram/SheetPage.h"
 
 class QCheckBox;
@@ -17,9 +17,10 @@ class CBitPatternCtrl;
 
 // The stimulus editing page ("Stimulus"): the sequence kind and its bit
 // pattern, the bit interval or period, the repetitions or the oscillator's
-// frequency, duty cycle and high and low times, and random jitter. It edits
-// the sheet's working copy directly; what each kind shows and how the fields
-// are checked is decided in core/eyediagram/StimulusEditRules.
+// frequency, duty cycle and high and low times, random jitter and the named
+// stimuli. What each kind shows and how the fields are checked is decided by
+// the page's model in the core; the page forwards the user's doings to it
+// and shows what it holds.
 class CVelStimulusPage : public CSheetPage {
     Q_OBJECT
 public:
@@ -32,41 +33,34 @@ public:
     bool OnApply() override;
     bool OnQueryCancel() override;
 
-    bool IsModified() const;
-    CBitPatternCtrl& PatternControl() { return *m_pattern; }
+    const StimulusEditPageModel& Model() const { return m_model; }
 
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
     void BuildControls();
-    void ShowData();
-    void OnSequenceChanged(int index);
-    void ApplyKind(int kind, int position);
-    void RebuildPattern();
-    void RefreshFields();
-    bool CommitField(QLineEdit* field);
-    bool CommitAllFields();
-    void OnRepetitionsChanged(int count);
-    void OnDistributionChanged(int index);
-    void OnLoad();
-    void OnSaveBits();
-    void StoreToData();
-    QString CurrentName() const;
-    void FillNameList(const QString& selected);
-    void OpenNamed(const QString& name);
-    bool SaveNamed();
-    void OnRemoveNamed();
-    void OnOpenFile();
-    int SelectedKind() const;
-    double JitterInNs(double shown) const;
+    void ConnectControls();
+    // Shows the model's state in every control.
+    void ShowModel();
+    // Hands the model the bits the user drew.
+    void SyncBits();
+    // Runs a change of the user's through the model and shows the result;
+    // nothing while the page itself fills its controls.
+    template <class Change>
+    void Forward(Change change);
+    void ReturnTo(int controlId);
+    // The installed file chooser, or a Qt dialog over this page.
+    template <class Use>
+    void WithChooser(Use use);
 
-    CStimulusData& m_data;
-    BitVector m_openedBits;  // the bits when the page opened, to tell an edit
-    bool m_modified = false;
+    StimulusEditPageModel m_model;
     bool m_filling = false;
     bool m_openChecked = false;
+    int m_shownBits = -1;  // the model's revisions the pattern control shows
+    int m_shownLook = -1;
 
+    std::map<int, QLineEdit*> m_fields;
     QComboBox* m_nameList = nullptr;
     QLineEdit* m_nameEdit = nullptr;
     QComboBox* m_sequence = nullptr;
@@ -76,17 +70,10 @@ private:
     CBitPatternCtrl* m_pattern = nullptr;
     QLineEdit* m_fileName = nullptr;
     QLabel* m_periodLabel = nullptr;
-    QLineEdit* m_period = nullptr;
-    QLineEdit* m_duty = nullptr;
     QSpinBox* m_dutySpin = nullptr;
     QLabel* m_repetitionsLabel = nullptr;
-    QLineEdit* m_repetitions = nullptr;
     QSpinBox* m_repetitionsSpin = nullptr;
-    QLineEdit* m_frequency = nullptr;
-    QLineEdit* m_highTime = nullptr;
-    QLineEdit* m_lowTime = nullptr;
     QLabel* m_jitterLabel = nullptr;
-    QLineEdit* m_jitter = nullptr;
     QComboBox* m_jitterUnit = nullptr;
     QComboBox* m_distribution = nullptr;
     QCheckBox* m_repeatJitter = nullptr;

@@ -5,8 +5,8 @@
 
 #include "core/ports/MessagePort.h"
 #include "core/stimulus/BitFile.h"
-#include "core/stimulus/Jitter.h"
 #include "core/stimulus/FixedPatterns.h"
+#include "core/stimulus/Jitter.h"
 #include "core/stimulus/Uuencode.h"
 #include "tests/support/RecordingMessagePort.h"
 #include "tests/support/TestSupport.h"

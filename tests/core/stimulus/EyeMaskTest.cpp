@@ -1,13 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "core/stimulus/EyeMask.h"
+#include "core/stimulus/StimulusRules.h"
 
 namespace {
 
 TEST(EyeMask, DefaultPassesEveryRuleAndEqualNeighboursPass) {
     EYEMASK mask = kv::DefaultEyeMask();
     EXPECT_FALSE(kv::FindMaskOrderError(mask).has_value());
-    EXPECT_TRUE(kv::MaskPlacementAcceptedOnOpen(mask));
+    EXPECT_TRUE(kv::MaskAcceptedOnOpen(mask));
     mask.PTopMin = mask.PTopMax;
     mask.TRiseDelay = mask.TFallDelay;
     EXPECT_FALSE(kv::FindMaskOrderError(mask).has_value());
@@ -31,18 +34,20 @@ TEST(EyeMask, FirstBrokenRuleIsReported) {
 TEST(EyeMask, OpeningCheckIgnoresTheUpperVoltageScale) {
     EYEMASK mask = kv::DefaultEyeMask();
     mask.ScaleVolt = 3.0;
-    EXPECT_TRUE(kv::MaskPlacementAcceptedOnOpen(mask));
+    EXPECT_TRUE(kv::MaskAcceptedOnOpen(mask));
     mask.ScaleVolt = 0.4;
-    EXPECT_FALSE(kv::MaskPlacementAcceptedOnOpen(mask));
+    EXPECT_FALSE(kv::MaskAcceptedOnOpen(mask));
     mask = kv::DefaultEyeMask();
     mask.ScaleTime = 3.0;
-    EXPECT_FALSE(kv::MaskPlacementAcceptedOnOpen(mask));
+    EXPECT_FALSE(kv::MaskAcceptedOnOpen(mask));
     mask = kv::DefaultEyeMask();
     mask.OffsetVolt = -10.5;
-    EXPECT_FALSE(kv::MaskPlacementAcceptedOnOpen(mask));
+    EXPECT_FALSE(kv::MaskAcceptedOnOpen(mask));
     mask.OffsetVolt = -10;
     mask.OffsetTime = 1000;
-    EXPECT_TRUE(kv::MaskPlacementAcceptedOnOpen(mask));
+    EXPECT_TRUE(kv::MaskAcceptedOnOpen(mask));
+    mask.PCross = std::nan("");  // every number must be one
+    EXPECT_FALSE(kv::MaskAcceptedOnOpen(mask));
 }
 
 TEST(EyeMask, NameKeepsTwentyCharacters) {

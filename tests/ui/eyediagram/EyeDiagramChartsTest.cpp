@@ -3,13 +3,10 @@
 // typed bits; the mask page's drawing follows the mask while it is typed and
 // the bit interval set on the other page.
 
-#include <QApplication>
 #include <QComboBox>
 #include <QDialog>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTabWidget>
-#include <QTimer>
 #include <QtTest>
 #include <functional>
 
@@ -18,6 +15,7 @@
 #include "kvcomctl/kvcomctl.h"
 #include "module/KVComCtlFactory.h"
 #include "tests/support/RecordingMessagePort.h"
+#include "tests/support/SheetRunner.h"
 #include "ui/bitpattern/BitPatternCtrl.h"
 #include "ui/chart/ChartControl.h"
 #include "ui/shared/ControlIds.h"
@@ -26,6 +24,7 @@ namespace {
 
 namespace mask_id = kvcomctl_ids::eye_mask;
 namespace stim_id = kvcomctl_ids::eye_stimulus;
+using kv::test::Type;
 using kv::ui::CChartControl;
 using kv::ui::FindControl;
 
@@ -33,36 +32,20 @@ constexpr double kNs = 1e-9;
 
 kv::module::CKVComCtlFactory g_factory;
 
-using DataPtr = std::unique_ptr<IEyeDiagramData, void (*)(IEyeDiagramData*)>;
-DataPtr NewData() {
-    return DataPtr(g_factory.CreateStimulusData(),
-                   [](IEyeDiagramData* data) { g_factory.Destroy(data); });
+kv::test::DataPtr NewData() {
+    return kv::test::NewData(g_factory);
 }
 
-// Runs the sheet on `data` while `act` works it; a sheet still open five
-// seconds later is closed so that a failed step ends the test.
+// Runs the sheet on `data` while `act` works it, then cancels it.
 void WithSheet(IEyeDiagramDialog& sheet, IEyeDiagramData* data, int flags,
                const std::function<void(QDialog&)>& act) {
-    QTimer step;
-    step.setSingleShot(true);
-    QObject::connect(&step, &QTimer::timeout, [&act] {
-        if (auto* open = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
-            open->activateWindow();
-            QVERIFY(QTest::qWaitForWindowActive(open));
-            act(*open);
-            open->done(QDialog::Rejected);
-        }
-    });
-    step.start(0);
-    QTimer watchdog;
-    watchdog.setSingleShot(true);
-    QObject::connect(&watchdog, &QTimer::timeout, [] {
-        if (auto* open = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
-            open->done(QDialog::Rejected);
-        }
-    });
-    watchdog.start(5000);
-    sheet.Edit(data, nullptr, 0, flags, 0, 0);
+    kv::test::WithSheet([&] { return sheet.Edit(data, nullptr, 0, flags, 0, 0); },
+                        [&act](QDialog& open) {
+                            open.activateWindow();
+                            QVERIFY(QTest::qWaitForWindowActive(&open));
+                            act(open);
+                            open.done(QDialog::Rejected);
+                        });
 }
 
 CChartControl& ChartIn(QDialog& sheet, const char* area) {
@@ -77,12 +60,6 @@ std::vector<VEC2> CurveNamed(const CChartControl& chart, std::string_view name) 
         }
     }
     return {};
-}
-
-void Type(QDialog& sheet, int controlId, const QString& text) {
-    auto* field = FindControl<QLineEdit>(&sheet, controlId);
-    field->setText(text);
-    emit field->editingFinished();
 }
 
 // Types into a field key by key, without finishing the edit.
