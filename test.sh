@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, runs every test through CTest, runs the
-# core, command-line, host and soak tests again under AddressSanitizer and
-# UndefinedBehaviorSanitizer, and fails when the tests left a file behind in
-# the working tree.
+# core, command-line, widget, host and soak tests again under AddressSanitizer
+# and UndefinedBehaviorSanitizer, and fails when the tests left a file behind
+# in the working tree.
 set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/common.sh
@@ -23,15 +23,16 @@ kv_build build -DCMAKE_BUILD_TYPE=Release
 ctest --test-dir build --output-on-failure -j"$(nproc)"
 
 # The sanitizers watch the library's own code: the core and command-line
-# tests, the hosts that load the library (tests/host) and the soak driver
-# (tests/soak, label "soak"). The CTest labels are set in tests/; the widget
-# tests, the package, Python and acceptance tests run once, above.
-echo "== core, command-line, host and soak tests under AddressSanitizer and UndefinedBehaviorSanitizer"
+# tests, the widget tests (a few seconds), the hosts that load the library
+# (tests/host) and the soak driver (tests/soak, label "soak"). The CTest labels
+# are set in tests/; the package, Python, acceptance and source checks run
+# once, above.
+echo "== core, command-line, widget, host and soak tests under AddressSanitizer and UndefinedBehaviorSanitizer"
 kv_build build-sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKV_SANITIZE=ON -DKV_BENCHMARKS=OFF
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
     LSAN_OPTIONS="suppressions=$PWD/tests/sanitizers/lsan.supp:print_suppressions=0" \
     UBSAN_OPTIONS=print_stacktrace=1 \
-    ctest --test-dir build-sanitize --output-on-failure -j"$(nproc)" -L '^(core|cli|host|soak)$'
+    ctest --test-dir build-sanitize --output-on-failure -j"$(nproc)" -L '^(core|cli|ui|host|soak)$'
 
 # --- fuzzing (fuzz/run.sh): every libFuzzer target for a few seconds over a
 # copy of its seed corpus; skipped with a message when clang is not installed.

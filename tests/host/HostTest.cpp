@@ -83,7 +83,7 @@ TEST(HostProgress, ReportAttachedToAHostDialog) {
     report->Attach(dialog.get(), 1001, 1002, 1003);
     EXPECT_EQ(line->text(), QStringLiteral("Routing"));
     report->SetAll(nullptr, "ignored: no second line", 40);
-    EXPECT_EQ(report->GetProgressBar()->GetPos(), 40);
+    EXPECT_EQ(report->GetPercent(), 40);
     EXPECT_EQ(report->GetProgressBar()->GetHwnd()->parentWidget(), placeholder);
     g_factory->Destroy(report);
 }
