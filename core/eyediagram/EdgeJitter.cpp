@@ -29,78 +29,78 @@ double Seconds(double magnitude, bool asTime, double periodNs) {
     return MagnitudeInPercent(jitter, periodNs) * 0.01 * periodNs * kNanosecond;
 }
 
-bool IsFinite(const EdgeJitterSpec& spec) {
-    return std::isfinite(spec.gaussianSigma) && std::isfinite(spec.uniformWidth) &&
-           std::isfinite(spec.uniformMean) && std::isfinite(spec.sineAmplitude) &&
-           std::isfinite(spec.sineFrequency) && std::isfinite(spec.sinePhase);
+bool IsFinite(const EdgeJitterSettings& settings) {
+    return std::isfinite(settings.gaussianSigma) && std::isfinite(settings.uniformWidth) &&
+           std::isfinite(settings.uniformMean) && std::isfinite(settings.sineAmplitude) &&
+           std::isfinite(settings.sineFrequency) && std::isfinite(settings.sinePhase);
 }
 
 // The sine part's frequency and phase, which the simple sine shares.
-void SetSineTiming(const IEyeDiagramData& data, EdgeJitterSpec& spec) {
-    spec.sineFrequency = data.GetSineFreq() * kMegahertz;
-    spec.sinePhase = data.GetSineInit() * std::numbers::pi / 180.0;
+void SetSineTiming(const IEyeDiagramData& data, EdgeJitterSettings& settings) {
+    settings.sineFrequency = data.GetSineFreq() * kMegahertz;
+    settings.sinePhase = data.GetSineInit() * std::numbers::pi / 180.0;
 }
 
-std::optional<EdgeJitterSpec> SimpleJitter(const IEyeDiagramData& data) {
+std::optional<EdgeJitterSettings> SimpleJitter(const IEyeDiagramData& data) {
     const double magnitude = data.GetMaxJitter() * kNanosecond;
-    EdgeJitterSpec spec;
+    EdgeJitterSettings settings;
     switch (data.GetJitterType()) {
         case kGaussian:
-            spec.gaussianSigma = magnitude;
+            settings.gaussianSigma = magnitude;
             break;
         case kUniform:
-            spec.uniform = true;
-            spec.uniformWidth = magnitude;
+            settings.uniform = true;
+            settings.uniformWidth = magnitude;
             break;
         case kSine:
-            spec.sineAmplitude = magnitude;
-            SetSineTiming(data, spec);
+            settings.sineAmplitude = magnitude;
+            SetSineTiming(data, settings);
             break;
         default:
             return std::nullopt;
     }
-    return spec;
+    return settings;
 }
 
-EdgeJitterSpec AdvancedJitter(const IEyeDiagramData& data, double periodNs) {
+EdgeJitterSettings AdvancedJitter(const IEyeDiagramData& data, double periodNs) {
     const auto seconds = [&](double magnitude, int component) {
         return Seconds(magnitude, data.GetJitterAsTime(component), periodNs);
     };
-    EdgeJitterSpec spec;
+    EdgeJitterSettings settings;
     if (data.GetAddJitter(kGaussian)) {
-        spec.gaussianSigma = seconds(data.GetMaxJitter(), kGaussian);
+        settings.gaussianSigma = seconds(data.GetMaxJitter(), kGaussian);
     }
     if (data.GetAddJitter(kUniform)) {
-        spec.uniform = true;
-        spec.uniformWidth = seconds(data.GetUniformMag(), kUniform);
-        spec.uniformMean = seconds(data.GetUniformMean(), kUniform);
+        settings.uniform = true;
+        settings.uniformWidth = seconds(data.GetUniformMag(), kUniform);
+        settings.uniformMean = seconds(data.GetUniformMean(), kUniform);
     }
     if (data.GetAddJitter(kSine)) {
-        spec.sineAmplitude = seconds(data.GetSineMag(), kSine);
-        SetSineTiming(data, spec);
+        settings.sineAmplitude = seconds(data.GetSineMag(), kSine);
+        SetSineTiming(data, settings);
     }
-    return spec;
+    return settings;
 }
 
 }  // namespace
 
-bool EdgeJitterSpec::MovesEdges() const {
+bool EdgeJitterSettings::MovesEdges() const {
     return gaussianSigma != 0.0 || (uniform && (uniformWidth != 0.0 || uniformMean != 0.0)) ||
            sineAmplitude != 0.0;
 }
 
-std::optional<EdgeJitterSpec> EdgeJitterFromData(const IEyeDiagramData& data) {
+std::optional<EdgeJitterSettings> EdgeJitterFromData(const IEyeDiagramData& data) {
     const double periodNs = data.GetPeriod();
     if (!(periodNs > 0.0) || !std::isfinite(periodNs)) {
         return std::nullopt;
     }
-    const std::optional<EdgeJitterSpec> spec =
+    const std::optional<EdgeJitterSettings> settings =
         data.GetAdvancedJitter() ? AdvancedJitter(data, periodNs) : SimpleJitter(data);
-    if (!spec || !IsFinite(*spec) || spec->gaussianSigma < 0.0 || spec->uniformWidth < 0.0 ||
-        spec->sineAmplitude < 0.0) {
+    if (!settings || !IsFinite(*settings) || settings->gaussianSigma < 0.0 ||
+        settings->uniformWidth < 0.0 || settings->sineAmplitude < 0.0) {
         return std::nullopt;
     }
-    return spec;
+    return settings;
 }
 
 int32_t EdgeJitterSeedWord(bool repeatable) {
@@ -123,21 +123,21 @@ int32_t EdgeJitterSeedWord(bool repeatable) {
 double EdgeJitter::Next(double time) {
     constexpr double kTwoPi = 2.0 * std::numbers::pi;
     double shift = 0.0;
-    if (m_spec.gaussianSigma > 0.0) {
+    if (m_settings.gaussianSigma > 0.0) {
         const double u1 = Ran1(m_seedWord);
         const double u2 = Ran1(m_seedWord);
         shift +=
-            m_spec.gaussianSigma * std::sqrt(-2.0 * std::log(1.0 - u1)) * std::cos(kTwoPi * u2);
+            m_settings.gaussianSigma * std::sqrt(-2.0 * std::log(1.0 - u1)) * std::cos(kTwoPi * u2);
     }
-    if (m_spec.uniform) {
-        if (m_spec.uniformWidth > 0.0) {
-            shift += m_spec.uniformWidth * (Ran1(m_seedWord) - 0.5);
+    if (m_settings.uniform) {
+        if (m_settings.uniformWidth > 0.0) {
+            shift += m_settings.uniformWidth * (Ran1(m_seedWord) - 0.5);
         }
-        shift += m_spec.uniformMean;
+        shift += m_settings.uniformMean;
     }
-    if (m_spec.sineAmplitude > 0.0) {
-        shift += m_spec.sineAmplitude *
-                 std::sin(kTwoPi * (m_spec.sineFrequency * time) + m_spec.sinePhase);
+    if (m_settings.sineAmplitude > 0.0) {
+        shift += m_settings.sineAmplitude *
+                 std::sin(kTwoPi * (m_settings.sineFrequency * time) + m_settings.sinePhase);
     }
     return shift;
 }

@@ -14,7 +14,7 @@ namespace kv {
 
 // The jitter's parts in SI units: seconds, hertz, radians. A part that is
 // zero draws nothing.
-struct EdgeJitterSpec {
+struct EdgeJitterSettings {
     double gaussianSigma = 0.0;
     bool uniform = false;
     double uniformWidth = 0.0;  // peak to peak
@@ -31,7 +31,7 @@ struct EdgeJitterSpec {
 // waveform can take: a period that is not a positive finite number, a used
 // value that is not finite (or is once converted), a negative magnitude, or
 // a simple jitter type outside 0 to 2. Reads only the values in use.
-std::optional<EdgeJitterSpec> EdgeJitterFromData(const IEyeDiagramData& data);
+std::optional<EdgeJitterSettings> EdgeJitterFromData(const IEyeDiagramData& data);
 
 // The generator's seed word for one build: minus the stored jitter seed when
 // the jitter is repeatable (the generator restarts from it), else minus a
@@ -41,14 +41,15 @@ int32_t EdgeJitterSeedWord(bool repeatable);
 // Displacements of successive edges, asked in time order.
 class EdgeJitter {
 public:
-    EdgeJitter(const EdgeJitterSpec& spec, int32_t seedWord) : m_spec(spec), m_seedWord(seedWord) {}
+    EdgeJitter(const EdgeJitterSettings& settings, int32_t seedWord)
+        : m_settings(settings), m_seedWord(seedWord) {}
 
     // Seconds by which the edge that nominally starts at `time` (seconds)
     // moves; not finite only when the sine's phase overflows.
     double Next(double time);
 
 private:
-    EdgeJitterSpec m_spec;
+    EdgeJitterSettings m_settings;
     int32_t m_seedWord;
 };
 

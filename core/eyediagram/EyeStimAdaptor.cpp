@@ -20,15 +20,15 @@ int32_t CEyeStimAdaptor::BuildJittered(IEyeDiagramData* data, double lowLevel, d
     }
     // Checked before any conversion: the jitter's own conversions take a
     // positive period for granted.
-    const std::optional<EdgeJitterSpec> spec = EdgeJitterFromData(*data);
-    if (!spec) {
+    const std::optional<EdgeJitterSettings> settings = EdgeJitterFromData(*data);
+    if (!settings) {
         return -1;
     }
     const Shape shape{lowLevel, highLevel, riseTime, fallTime};
-    if (!spec->MovesEdges()) {
+    if (!settings->MovesEdges()) {
         return BuildWaveform(data, shape, {});
     }
-    EdgeJitter jitter(*spec, EdgeJitterSeedWord(data->GetJitterRepeatable()));
+    EdgeJitter jitter(*settings, EdgeJitterSeedWord(data->GetJitterRepeatable()));
     return BuildWaveform(data, shape, [&jitter](double time) { return jitter.Next(time); });
 }
 

@@ -69,7 +69,8 @@ public:
             return text ? ParseFileValue(kind, *text).value_or(defaultValue) : defaultValue;
         }
         if (kind == Kind::Real) {
-            // atof of the stored text: a stored text that is no number is 0.
+            // The number that starts the stored text, read by NumberText; a stored
+            // text that starts with no number reads as 0.
             return ParseRealOrZero(
                 GetProfileString(*m_store, kStimulusSection, key, FormatReal(defaultValue)));
         }
