@@ -32,10 +32,6 @@ std::string AtLine(std::size_t line) {
     return "line " + std::to_string(line) + ": ";
 }
 
-bool IsBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v';
-}
-
 // "out" finds "v(out)" too: the simulator names node voltages that way.
 bool NameMatches(std::string_view candidate, std::string_view wanted) {
     return EqualNoCase(candidate, wanted) ||
@@ -96,7 +92,7 @@ public:
         if (separator == ' ') {
             std::size_t at = 0;
             while (true) {
-                while (at < text.size() && IsBlank(text[at])) {
+                while (at < text.size() && IsAsciiSpace(text[at])) {
                     ++at;
                 }
                 if (at == text.size()) {
@@ -224,12 +220,12 @@ public:
 
     // The next blank-separated word; empty at the end. `line` is its line.
     std::string_view NextWord(std::size_t& line) {
-        while (m_at < m_bytes.size() && IsBlank(m_bytes[m_at])) {
+        while (m_at < m_bytes.size() && IsAsciiSpace(m_bytes[m_at])) {
             m_line += m_bytes[m_at] == '\n' ? 1 : 0;
             ++m_at;
         }
         const std::size_t start = m_at;
-        while (m_at < m_bytes.size() && !IsBlank(m_bytes[m_at])) {
+        while (m_at < m_bytes.size() && !IsAsciiSpace(m_bytes[m_at])) {
             ++m_at;
         }
         line = m_line;
@@ -416,7 +412,8 @@ Waveform ReadRaw(std::string_view bytes, std::string_view vector) {
 }
 
 bool IsRawFile(std::string_view bytes) {
-    const std::size_t start = std::find_if_not(bytes.begin(), bytes.end(), IsBlank) - bytes.begin();
+    const std::size_t start =
+        std::find_if_not(bytes.begin(), bytes.end(), IsAsciiSpace) - bytes.begin();
     return EqualNoCase(bytes.substr(start, 6), "Title:");
 }
 
