@@ -1,10 +1,9 @@
-// The axis arithmetic of the chart, case by case: range widening, interval
-// counting, the step chooser, label intervals, decade lines, prefixes and
-// the texts built from them.
+// The axis arithmetic of the chart: range widening, interval counting, the
+// step chooser, label intervals, decade lines, prefixes and the texts built
+// from them.
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <stdexcept>
 #include <vector>
 
@@ -17,25 +16,21 @@ using namespace kv;
 
 namespace {
 
-struct WideningCase {
-    Range given;
-    bool logarithmic;
-    Range expected;
-};
-
 TEST(ChartAxisTest, DegenerateRangesWidenAndOthersStay) {
-    const WideningCase cases[] = {
+    const struct {
+        Range given;
+        bool logarithmic;
+        Range expected;
+    } cases[] = {
         {{0.0, 0.0}, false, {-0.5, 0.5}},
         {{0.0, 0.0}, true, {0.0, 0.0}},  // both ends scaled, 0 stays 0
-        {{5.0, 5.0}, false, {4.5, 5.5}},
         {{5.0, 5.0}, true, {0.5, 50.0}},
         {{1.0, 1.0 + 1e-13}, false, {0.5, 1.5 + 1e-13}},  // below 1e-12 of the sum
         {{1.0, 1.0 + 1e-11}, false, {1.0, 1.0 + 1e-11}},
         {{-1.0, 1.0}, false, {-1.0, 1.0}},  // a sum of 0 is no degenerate range
-        {{-0.0, 0.0}, false, {-0.5, 0.5}},
-        {{2.0, 1.0}, false, {1.5, 1.5}},  // reversed counts as degenerate
+        {{2.0, 1.0}, false, {1.5, 1.5}},    // reversed counts as degenerate
     };
-    for (const WideningCase& c : cases) {
+    for (const auto& c : cases) {
         const Range widened = WidenRange(c.given, c.logarithmic);
         EXPECT_DOUBLE_EQ(widened.lo, c.expected.lo) << c.given.lo << " " << c.given.hi;
         EXPECT_DOUBLE_EQ(widened.hi, c.expected.hi) << c.given.lo << " " << c.given.hi;
@@ -56,85 +51,58 @@ TEST(ChartAxisTest, CountingSnapsToLinesWithinRoundingAndCapsTheCount) {
     EXPECT_EQ(plain->first, -2.0);
     EXPECT_EQ(plain->last, 8.0);
     EXPECT_EQ(plain->count, 5);
-    EXPECT_EQ(plain->Span(), 10.0);
 
     EXPECT_EQ(CountIntervals(0.0, 1e10, 1e-3)->count, 2147483647);
     EXPECT_FALSE(CountIntervals(0.0, 1.0, 0.0));
-    EXPECT_FALSE(CountIntervals(0.0, 1.0, -0.1));
     EXPECT_FALSE(CountIntervals(2.0, 1.0, 0.5));  // reversed
 }
 
-struct StepCase {
-    double lo;
-    double hi;
-    int pixels;
-    double step;
-};
-
 TEST(ChartAxisTest, LinearStepWastesLeastRoomAndPrefersTheFiner) {
-    const StepCase cases[] = {
-        {0.0, 1.0, 200, 0.1},    {0.0, 0.93, 100, 0.2},  {0.0, 7.0, 100, 2.5},
-        {-7.0, 0.0, 100, 2.5},   {0.0, 100.0, 400, 5.0}, {0.0, 1.0, 40, 0.5},
-        {0.0, 1.0, 59, 0.5},     {0.0, 1.0, 0, 0.5},     {-0.5, 0.5, 100, 0.25},
-        {0.0, 1e-9, 200, 1e-10},
+    const struct {
+        double lo;
+        double hi;
+        int pixels;
+        double step;
+    } cases[] = {
+        {0.0, 1.0, 200, 0.1},  {0.0, 0.93, 100, 0.2},  {0.0, 7.0, 100, 2.5},
+        {-7.0, 0.0, 100, 2.5}, {0.0, 100.0, 400, 5.0}, {0.0, 1.0, 59, 0.5},
+        {0.0, 0.3, 60, 0.1},   {-0.5, 0.5, 100, 0.25}, {0.0, 1e-9, 200, 1e-10},
     };
-    for (const StepCase& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_DOUBLE_EQ(ChooseLinearStep(c.lo, c.hi, c.pixels), c.step)
             << "[" << c.lo << ", " << c.hi << "] over " << c.pixels;
     }
-    EXPECT_EQ(MaxIntervalCount(100), 5);
-    EXPECT_EQ(MaxIntervalCount(59), 2);
-    EXPECT_EQ(MaxIntervalCount(60), 3);
-
-    // [0, 0.93] over 100 pixels: four candidates, each rounding the span to 1.
-    const std::vector<double> candidates = StepCandidates(0.0, 0.93, 100);
-    ASSERT_EQ(candidates.size(), 4u);
-    EXPECT_DOUBLE_EQ(candidates[0], 1.0);
-    EXPECT_DOUBLE_EQ(candidates[1], 0.2);
-    EXPECT_DOUBLE_EQ(candidates[2], 0.25);
-    EXPECT_DOUBLE_EQ(candidates[3], 0.5);
-
+    // Scored in this order, which decides between near equals.
+    EXPECT_EQ(StepCandidates(0.0, 0.93, 100), (std::vector<double>{1.0, 0.2, 0.25, 0.5}));
     EXPECT_THROW(ChooseLinearStep(3.0, 3.0, 100), std::invalid_argument);
-    EXPECT_THROW(ChooseLinearStep(0.0, 0.0, 100), std::invalid_argument);
 }
-
-TEST(ChartAxisTest, MantissaIsTheStepsLeadingDigits) {
-    const std::pair<double, int> cases[] = {{0.1, 10},  {0.2, 20},    {0.25, 25},
-                                            {0.5, 50},  {2.5e-7, 25}, {5e12, 50},
-                                            {1e15, 10}, {1e-4, 10},   {20.0, 20}};
-    for (const auto& [step, mantissa] : cases) {
-        EXPECT_EQ(StepMantissa(step), mantissa) << step;
-    }
-}
-
-struct LabelCase {
-    double step;
-    int intervals;
-    int pixels;
-    int spacing;
-    bool logarithmic;
-    int expected;
-};
 
 TEST(ChartAxisTest, LabelIntervalFallsOnRoundMultiples) {
-    const LabelCase cases[] = {
-        {0.1, 10, 200, 56, false, 5},   // 3 -> 4 -> 5 for digits 1
-        {0.2, 10, 200, 56, false, 5},   // and for 2
-        {0.25, 10, 200, 56, false, 4},  // 3 -> 4, right for 2.5
-        {0.5, 10, 200, 56, false, 4},   // 3 -> 4, right for 5
-        {0.1, 10, 200, 56, true, 3},    // logarithmic: as counted
-        {0.1, 10, 200, 0, false, 1},    // any room is enough
-        {1.0, 10, 200, 40, false, 2},   // 20 + 20 reaches 40
-        {2.5, 20, 200, 55, false, 8},   // 6 -> 8: every 20 units of 2.5
-        {2.5, 20, 200, 45, false, 8},   // 5 -> 8
-        {2.5, 20, 200, 85, false, 10},  // 9 -> 10
-        {1.0, 20, 200, 55, false, 10},  // 6 -> 10
-        {5.0, 20, 200, 45, false, 5},   // 5 stays
-        {1.0, 3, 300, 1000, false, 5},  // stops at the interval count, then 3 -> 4 -> 5
-        {1.0, 3, 300, 1000, true, 3},  {1.0, 100, 100, 1000, true, 10},  // never beyond 10
+    const struct {
+        double step;
+        int intervals;
+        int pixels;
+        int spacing;
+        bool logarithmic;
+        int expected;
+    } cases[] = {
+        {1e15, 10, 200, 56, false, 5},    // 3 -> 4 -> 5 for digits 1
+        {2e-9, 10, 200, 56, false, 5},    // and for 2
+        {0.25, 10, 200, 56, false, 4},    // 3 -> 4, right for 2.5
+        {5e12, 10, 200, 56, false, 4},    // 3 -> 4, right for 5
+        {0.1, 10, 200, 56, true, 3},      // logarithmic: as counted
+        {0.1, 10, 200, 0, false, 1},      // any room is enough
+        {1.0, 10, 200, 40, false, 2},     // 20 + 20 reaches 40
+        {2.5e-7, 20, 200, 55, false, 8},  // 6 -> 8: every 20 units of 2.5
+        {2.5, 20, 200, 45, false, 8},     // 5 -> 8
+        {2.5, 20, 200, 85, false, 10},    // 9 -> 10
+        {1.0, 20, 200, 55, false, 10},    // 6 -> 10
+        {5.0, 20, 200, 45, false, 5},     // 5 stays
+        {1.0, 3, 300, 1000, false, 5},    // stops at the interval count, then 3 -> 4 -> 5
+        {1.0, 100, 100, 1000, true, 10},  // never beyond 10
         {1.0, 0, 100, 50, false, 1},
     };
-    for (const LabelCase& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(LabelInterval(c.step, c.intervals, c.pixels, c.spacing, c.logarithmic),
                   c.expected)
             << c.step << " " << c.intervals << " " << c.pixels << " " << c.spacing;
@@ -142,11 +110,6 @@ TEST(ChartAxisTest, LabelIntervalFallsOnRoundMultiples) {
 }
 
 TEST(ChartAxisTest, DecadeLinesSubdivideTheDecadeBelow) {
-    const std::vector<double> tenths = DecadeLineValues(100.0, 0.1);
-    ASSERT_EQ(tenths.size(), 8u);
-    for (int i = 0; i < 8; ++i) {
-        EXPECT_DOUBLE_EQ(tenths[static_cast<size_t>(i)], 10.0 * (i + 2));
-    }
     const std::vector<double> fifths = DecadeLineValues(1e-6, 0.2);
     ASSERT_EQ(fifths.size(), 4u);
     EXPECT_DOUBLE_EQ(fifths.front(), 2e-7);
@@ -156,41 +119,31 @@ TEST(ChartAxisTest, DecadeLinesSubdivideTheDecadeBelow) {
     EXPECT_TRUE(DecadeLineValues(10.0, 0.0).empty());
 }
 
-TEST(ChartAxisTest, PrefixRowsAndTheirLetterCells) {
-    const char* texts[] = {"f", "p", "n", "u", "m", "", "k", "M", "G", "T", "P", "E", "Z", "Y"};
-    const double factors[] = {1e-15, 1e-12, 1e-9, 1e-6, 1e-3, 1,    1e3,
-                              1e6,   1e9,   1e12, 1e15, 1e18, 1e21, 1e24};
-    const auto& rows = SiPrefixes();
-    for (size_t i = 0; i < rows.size(); ++i) {
-        EXPECT_STREQ(rows[i].text, texts[i]);
-        EXPECT_EQ(rows[i].factor, factors[i]);
+TEST(ChartAxisTest, PrefixesFromFemtoToYottaAndTheLabelsBuiltOnThem) {
+    // Twice each row's factor, labelled in that row: a letter from pico to
+    // tera, exponent notation beyond.
+    const char* twice[] = {" 2.00e-15 ", " 2p ",       " 2n ",       " 2u ",      " 2m ",
+                           " 2 ",        " 2k ",       " 2M ",       " 2G ",      " 2T ",
+                           " 2.00e+15 ", " 2.00e+18 ", " 2.00e+21 ", " 2.00e+24 "};
+    for (int row = 0; row < kSiPrefixCount; ++row) {
+        EXPECT_EQ(LabelText(2 * SiPrefixes()[static_cast<size_t>(row)].factor, row, ""),
+                  twice[row]);
     }
-    // The lettered rows point into one table of four-byte cells, "Y" first.
-    EXPECT_EQ(rows[0].text - rows[13].text, 12 * 4);
-    EXPECT_EQ(rows[6].text - rows[7].text, 4);
-    EXPECT_EQ(std::memcmp(rows[13].text, "Y\0\0\0", 4), 0);
-
+    // The row whose next factor first reaches the magnitude.
     const std::pair<double, int> choices[] = {
-        {1000.0, 5}, {1000.5, 6}, {1e-12, 0}, {1.1e-12, 1}, {0.001, 3}, {-0.0005, 3},
-        {1.0, 4},    {0.0, 5},    {1e24, 12}, {1e27, 13},   {1e40, 13}, {1e-20, 0},
+        {1000.0, 5}, {1000.5, 6}, {1e-12, 0}, {1.1e-12, 1}, {-0.0005, 3},
+        {0.0, 5},    {1e24, 12},  {1e27, 13}, {1e40, 13},   {1e-20, 0},
     };
     for (const auto& [magnitude, row] : choices) {
         EXPECT_EQ(ChoosePrefixRow(magnitude, true), row) << magnitude;
     }
     EXPECT_EQ(ChoosePrefixRow(0.001, false), kNoPrefixRow);
-}
 
-TEST(ChartAxisTest, LabelTextsAtTheBandEdgesOfThePrefixTable) {
     EXPECT_EQ(LabelText(0.0005, ChoosePrefixRow(0.001, true), "V"), " 500uV ");
     EXPECT_EQ(LabelText(12345.0, kNoPrefixRow, "V"), " 1.23e+04V ");
     EXPECT_EQ(LabelText(1000.0, ChoosePrefixRow(1000.0, true), ""), " 1000 ");
-    EXPECT_EQ(LabelText(1e-12, ChoosePrefixRow(1e-12, true), "s"), " 1.00e-12s ");  // "f"
-    EXPECT_EQ(LabelText(5e-12, 1, "s"), " 5ps ");                                   // "p"
-    EXPECT_EQ(LabelText(2e12, 9, "Hz"), " 2THz ");                                  // "T"
-    EXPECT_EQ(LabelText(2e15, 10, "Hz"), " 2.00e+15Hz ");                           // "P"
     EXPECT_EQ(LabelText(5.0, kNoPrefixRow, "deg"), " 5.00e+00deg ");  // an "e" in the unit
     EXPECT_EQ(LabelText(5.0, kNoPrefixRow, "E"), " 5E ");             // only lower case counts
-    EXPECT_EQ(LabelText(0.00001, kNoPrefixRow, ""), " 1.00e-05 ");
     EXPECT_EQ(LabelText(-0.25, 4, "A"), " -250mA ");
 }
 
@@ -203,7 +156,6 @@ TEST(ChartAxisTest, ReadoutWithAndWithoutACurveName) {
     request.curveName = "sine";
     EXPECT_EQ(ReadoutText(request), "sine   1.5us ,250mV");
     request.curveName = "";
-    EXPECT_EQ(ReadoutText(request), "   1.5us ,250mV");
     request.x = 2e15;  // "P" lies outside the band
     request.y = 0.0;
     EXPECT_EQ(ReadoutText(request), "   2.000e+15s ,0V");
@@ -243,7 +195,6 @@ TEST(ChartAxisTest, LogarithmicAxisOverManyDecades) {
     request.minLabelSpacing = 56;
     const AxisScale scale = ScaleAxis(request);
     EXPECT_EQ(scale.step, 1.0);
-    EXPECT_EQ(scale.intervals, 12);
     EXPECT_EQ(scale.labelInterval, 4);  // 17 pixels a decade
     ASSERT_EQ(scale.lines.size(), 13u);
     EXPECT_DOUBLE_EQ(scale.lines.front().value, 1e-9);
@@ -258,8 +209,6 @@ TEST(ChartAxisTest, LogarithmicAxisOverManyDecades) {
     // exponent notation.
     EXPECT_EQ(labels, (std::vector<std::string>{" 1.00e-09 ", " 1.00e-05 ", " 0.1 ", " 1000 "}));
 
-    request.lo = 0.0;
-    EXPECT_THROW(ScaleAxis(request), std::invalid_argument);
     request.lo = -5.0;
     EXPECT_THROW(ScaleAxis(request), std::invalid_argument);
 }

