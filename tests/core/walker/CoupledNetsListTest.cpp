@@ -64,17 +64,7 @@ struct ListHolder {
     ~ListHolder() { list->Release(); }
 };
 
-TEST(CoupledNetsList, ColumnWidthsShareTheSlackWithTheOddPixelToNames) {
-    const std::array<int, 4> titles = {84, 162, 78, 66};
-    EXPECT_EQ(NetsColumnWidths(titles, 5, 0), (std::array<int, 4>{94, 172, 88, 76}));
-    // The sum is 430: 7 pixels of slack give 4 to names and 3 to layers.
-    EXPECT_EQ(NetsColumnWidths(titles, 5, 437), (std::array<int, 4>{98, 172, 91, 76}));
-    EXPECT_EQ(NetsColumnWidths(titles, 5, 431), (std::array<int, 4>{95, 172, 88, 76}));
-    EXPECT_EQ(NetsColumnWidths(titles, 5, 430), (std::array<int, 4>{94, 172, 88, 76}));
-    EXPECT_EQ(NetsColumnWidths(titles, 5, 100), (std::array<int, 4>{94, 172, 88, 76}));
-}
-
-TEST(CoupledNetsList, AttachingBuildsTheFourColumnsOverWhatWasThere) {
+TEST(CoupledNetsList, AttachingBuildsTheFourColumnsOverWhatWasThereAndSharesTheSlack) {
     ListHolder holder;
     FakePane pane;
     pane.InsertColumn(0, "old");
@@ -84,10 +74,14 @@ TEST(CoupledNetsList, AttachingBuildsTheFourColumnsOverWhatWasThere) {
     ASSERT_EQ(pane.titles,
               (std::vector<std::string>{"Nets In Region", "Separation From Current Net",
                                         "Stackup Layer", "Trace Width"}));
+    // 7 pixels of slack: 4 to names, 3 to layers.
     EXPECT_EQ(pane.widths, (std::vector<int>{84 + 10 + 4, 162 + 10, 78 + 10 + 3, 66 + 10}));
+    const std::array<int, 4> titles = {84, 162, 78, 66};
+    EXPECT_EQ(NetsColumnWidths(titles, 5, 431), (std::array<int, 4>{95, 172, 88, 76}));
+    EXPECT_EQ(NetsColumnWidths(titles, 5, 100), (std::array<int, 4>{94, 172, 88, 76}));
 }
 
-TEST(CoupledNetsList, RowsCarryTheEntryIndexAndOnlyNonEmptyCells) {
+TEST(CoupledNetsList, RowsCarryTheEntryIndexAndOnlyNonEmptyCellsAndCopiesRefillThem) {
     ListHolder holder;
     CCoupledNetsList& list = *holder.list;
     EXPECT_EQ(list.AddNet("CLK", "0.20 mm", "TOP", "0.10 mm"), 0);
@@ -112,30 +106,16 @@ TEST(CoupledNetsList, RowsCarryTheEntryIndexAndOnlyNonEmptyCells) {
     list.AddNet("D1", "1 mm", "L3", "0.1 mm");
     EXPECT_EQ(pane.rows.size(), 3u);
     ListHolder other;
-    other.list->AddNet("A", "s", "l", "w");
+    other.list->AddNet("X", "a", "b", "c");
+    other.list->AddNet("Y", "d", "e", "f");
     list.CopyFrom(other.list);
-    ASSERT_EQ(pane.rows.size(), 1u);
-    EXPECT_EQ(pane.rows[0].cells[0], "A");
-}
+    ASSERT_EQ(pane.rows.size(), 2u);
+    EXPECT_EQ(pane.rows[1].cells[2], "e");
+    EXPECT_EQ(pane.rows[1].data, 1);
+    EXPECT_EQ(other.list->Entries().size(), 2u);
 
-TEST(CoupledNetsList, RemoveAllRestartsIndicesAndCopyFromItselfEmpties) {
-    ListHolder holder;
-    CCoupledNetsList& list = *holder.list;
-    list.AddNet("A", "1", "2", "3");
-    list.AddNet("B", "1", "2", "3");
-    list.RemoveAll();
-    EXPECT_TRUE(list.Entries().empty());
+    list.RemoveAll();  // indices start again
     EXPECT_EQ(list.AddNet("C", "1", "2", "3"), 0);
-
-    ListHolder source;
-    source.list->AddNet("X", "a", "b", "c");
-    source.list->AddNet("Y", "d", "e", "f");
-    list.CopyFrom(source.list);
-    ASSERT_EQ(list.Entries().size(), 2u);
-    EXPECT_STREQ(list.Find(1)->netName, "Y");
-    EXPECT_STREQ(list.Find(1)->stackupLayer, "e");
-    EXPECT_EQ(source.list->Entries().size(), 2u);
-
     list.CopyFrom(&list);
     EXPECT_TRUE(list.Entries().empty());
 }
@@ -146,7 +126,6 @@ TEST(CoupledNetsList, ReferenceCountStartsAtZeroAndTheLastReleaseDestroys) {
     EXPECT_EQ(list->AddRef(), 2);
     list->AddNet("A", "", "", "");
     EXPECT_EQ(list->Release(), 1);
-    EXPECT_EQ(list->Entries().size(), 1u);
     EXPECT_EQ(list->Release(), 0);  // destroyed here: a leak checker sees every block freed
 }
 
