@@ -47,11 +47,11 @@ struct Board {
     CrossSectionData data = CrossSectionData::Copy(&stackup, traces, 4);
 };
 
-TEST(CrossSection, BandsTileTheStackupToOneScale) {
+TEST(CrossSection, BandsAndTracesToOneScaleInTheirColoursWithTheSeparationDimensioned) {
     Board board;
-    RecordingCanvas metrics;
+    RecordingCanvas canvas;
     const Rect client{0, 0, 400, 300};
-    const CrossSectionLayout layout = ComputeCrossSectionLayout(board.data, client, "", metrics);
+    const CrossSectionLayout layout = ComputeCrossSectionLayout(board.data, client, "X", canvas);
     ASSERT_EQ(layout.bands.size(), 4u);
     for (std::size_t i = 1; i < layout.bands.size(); ++i) {
         EXPECT_EQ(layout.bands[i].rect.top, layout.bands[i - 1].rect.bottom);
@@ -75,40 +75,27 @@ TEST(CrossSection, BandsTileTheStackupToOneScale) {
     EXPECT_NEAR(victim.Width(), 0.0002 * layout.pixelsPerMetre, 1.0);
     EXPECT_EQ(layout.traces[2].rect.top, layout.bands[2].rect.top);
     EXPECT_LT(layout.traces[2].rect.right, layout.centreX);
-}
-
-TEST(CrossSection, RolesAndTheHighlightedNetGetTheirColours) {
-    Board board;
-    RecordingCanvas canvas;
-    const Rect client{0, 0, 400, 300};
-    CrossSectionLayout layout = ComputeCrossSectionLayout(board.data, client, "", canvas);
     EXPECT_EQ(layout.traces[0].color, color::kCurrentNet);
     EXPECT_EQ(layout.traces[1].color, color::kCoupledNet);
-    EXPECT_EQ(layout.traces[2].color, color::kOtherNet);
+    EXPECT_TRUE(layout.traces[2].highlighted);
+    EXPECT_FALSE(layout.traces[1].highlighted);
+    EXPECT_EQ(ComputeCrossSectionLayout(board.data, client, "", canvas).traces[2].color,
+              color::kOtherNet);
 
-    layout = ComputeCrossSectionLayout(board.data, client, "D0", canvas);
-    EXPECT_TRUE(layout.traces[1].highlighted);
-    EXPECT_FALSE(layout.traces[0].highlighted);
-    PaintCrossSection(canvas, layout);
-    const auto fills = canvas.Of(RecordingCanvas::Kind::FillRect, color::kHighlighted);
-    ASSERT_EQ(fills.size(), 1u);
-    EXPECT_EQ(fills[0].rect, layout.traces[1].rect);
-    // Drawn over everything else and outlined.
-    EXPECT_EQ(canvas.Of(RecordingCanvas::Kind::Rectangle).size(), 1u);
-}
-
-TEST(CrossSection, SeparationsAreDimensionedEdgeToEdgeOnTheCurrentLayer) {
-    Board board;
-    RecordingCanvas canvas;
-    const CrossSectionLayout layout =
-        ComputeCrossSectionLayout(board.data, {0, 0, 400, 300}, "", canvas);
-    ASSERT_EQ(layout.dimensions.size(), 1u);  // the other net is on another layer
+    // Only the coupled net shares the current layer: one dimension, edge to edge, above it.
+    ASSERT_EQ(layout.dimensions.size(), 1u);
     const CrossSectionDimension& d = layout.dimensions[0];
     EXPECT_EQ(d.text, "0.300 mm");
     EXPECT_EQ(d.x1, layout.traces[0].rect.right);
     EXPECT_EQ(d.x2, layout.traces[1].rect.left);
     EXPECT_LT(d.y, layout.bands[0].rect.top);
+
+    // The highlighted trace is drawn over everything else and outlined.
     PaintCrossSection(canvas, layout);
+    const auto fills = canvas.Of(RecordingCanvas::Kind::FillRect);
+    ASSERT_EQ(fills.back().color, color::kHighlighted);
+    EXPECT_EQ(fills.back().rect, layout.traces[2].rect);
+    EXPECT_EQ(canvas.Of(RecordingCanvas::Kind::Rectangle).size(), 1u);
     const auto texts = canvas.Texts();
     EXPECT_NE(std::find(texts.begin(), texts.end(), "0.300 mm"), texts.end());
     EXPECT_NE(std::find(texts.begin(), texts.end(), "GND"), texts.end());
