@@ -209,15 +209,18 @@ TEST(EyeColourMap, EveryCellShownZoomedOutAndNoGapZoomedIn) {
     std::vector<int> pixelsOfCell(10);
     for (size_t p = 0; p + 1 < narrow.size(); ++p) {
         ASSERT_EQ(narrow[p].first, narrow[p].last) << "pixel " << p;
+        EXPECT_GE(narrow[p].first, p > 0 ? narrow[p - 1].first : 0);
         ++pixelsOfCell[static_cast<size_t>(narrow[p].first)];
     }
     EXPECT_TRUE(narrow.back().Empty());
     for (const int count : pixelsOfCell) {
         EXPECT_NEAR(count, 10, 1);
     }
-    // A view far from the grid shows nothing.
-    const auto none = kv::CellsOfPixels({{1e300, 1.1e300}, false, 0, 99}, 0, 100, 0.0, 1.0, 10);
-    EXPECT_TRUE(std::all_of(none.begin(), none.end(), [](auto s) { return s.Empty(); }));
+    // A view beside the grid, and one far from it, show nothing.
+    for (const kv::Range away : {kv::Range{-20.0, -10.0}, kv::Range{1e300, 1.1e300}}) {
+        const auto none = kv::CellsOfPixels({away, false, 0, 99}, 0, 100, 0.0, 1.0, 10);
+        EXPECT_TRUE(std::all_of(none.begin(), none.end(), [](auto s) { return s.Empty(); }));
+    }
 
     // Counts coloured on a logarithmic scale.
     const kv::DensityPalette palette(10000);
