@@ -199,7 +199,7 @@ TEST(EyeAnalysis, RefusesWhatItCannotRead) {
     for (const kv::EyeTiming timing :
          {kv::EyeTiming{0.0, 1, 0}, kv::EyeTiming{nan, 1, 0}, kv::EyeTiming{1 * kNs, 0, 0},
           kv::EyeTiming{1 * kNs, 4, 0}, kv::EyeTiming{1 * kNs, 1, -1},
-          kv::EyeTiming{1 * kNs, 1, 10}, kv::EyeTiming{1e-300, 1, 0}}) {
+          kv::EyeTiming{1 * kNs, 1, 10}, kv::EyeTiming{1e-15, 1, 0}}) {
         kv::EyeRequest r = request;
         r.timing = timing;
         EXPECT_TRUE(refused(good, r)) << timing.interval << " " << timing.eyes;
