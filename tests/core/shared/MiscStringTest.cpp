@@ -7,7 +7,6 @@
 #include <ctime>
 #include <limits>
 #include <string>
-#include <vector>
 
 namespace {
 
