@@ -53,23 +53,16 @@ std::vector<uint8_t> Blockwise(int degree, std::size_t count, bool invert) {
 }
 
 TEST(RegisterFill, BlockFillMatchesTheRegisterForEveryDegreeAndInversion) {
-    // Long enough to pass through every doubling stage into the final one.
     for (int degree = 3; degree <= 32; ++degree) {
-        const std::size_t count = 140000 + static_cast<std::size_t>(degree) * 37;
-        for (bool invert : {false, true}) {
-            EXPECT_EQ(Blockwise(degree, count, invert), Stepwise(degree, count, invert))
-                << "degree " << degree << " invert " << invert;
-        }
-    }
-}
-
-TEST(RegisterFill, ShortBuffersAroundTheDegreeAreExact) {
-    for (int degree : {3, 12, 32}) {
-        for (std::size_t count :
-             {std::size_t{0}, std::size_t{1}, std::size_t(degree - 1), std::size_t(degree),
-              std::size_t(degree + 1), std::size_t(2 * degree + 3)}) {
-            EXPECT_EQ(Blockwise(degree, count, true), Stepwise(degree, count, true))
-                << "degree " << degree << " count " << count;
+        const auto d = static_cast<std::size_t>(degree);
+        // Around the degree, and long enough to pass through every doubling
+        // stage into the final one.
+        for (const std::size_t count :
+             {std::size_t{0}, std::size_t{1}, d - 1, d, d + 1, 2 * d + 3, 140000 + d * 37}) {
+            for (bool invert : {false, true}) {
+                EXPECT_EQ(Blockwise(degree, count, invert), Stepwise(degree, count, invert))
+                    << "degree " << degree << " count " << count << " invert " << invert;
+            }
         }
     }
 }
