@@ -67,16 +67,6 @@ TEST(MaskOutline, ScaledAboutTheOriginThenOffset) {
     ExpectPolyline(outline.secondCrossing, {{5.0, 0.25}, {5.4, 0.25}});
 }
 
-TEST(WaveformPreview, DataBitsWithTenthOfIntervalRamps) {
-    const std::vector<uint8_t> bits{0, 1, 1, 0};
-    kv::PreviewInput input;
-    input.bits = bits;
-    input.seqType = kv::seq::kCustom;
-    input.periodNs = 2.0;
-    ExpectWaveform(kv::BuildWaveformPreview(input),
-                   {{0, 0}, {2, 0}, {2.2, 5}, {6, 5}, {6.2, 0}, {8, 0}});
-}
-
 TEST(WaveformPreview, TogglingShapedByTheDutyCycle) {
     const std::vector<uint8_t> bits{1, 0};
     kv::PreviewInput input;
