@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <span>
 #include <vector>
 
 #include "core/stimulus/Random.h"
