@@ -36,17 +36,6 @@ void ExpectWaveform(const std::vector<STIMPOINT>& points, const std::vector<Expe
     ExpectPolyline(asVectors, expected);
 }
 
-TEST(MaskOutline, DefaultMaskOnOneNanosecondInterval) {
-    const kv::MaskOutline outline = kv::BuildMaskOutline(kv::DefaultEyeMask(), 1 * kNs);
-    ExpectPolyline(
-        outline.opening,
-        {{0.1, 2.5}, {0.2, 4.5}, {0.9, 4.5}, {1.0, 2.5}, {0.9, 0.5}, {0.2, 0.5}, {0.1, 2.5}});
-    ExpectPolyline(outline.topLimit, {{0.0, 5.5}, {1.1, 5.5}});
-    ExpectPolyline(outline.baseLimit, {{0.0, -0.5}, {1.1, -0.5}});
-    ExpectPolyline(outline.firstCrossing, {{0.0, 2.5}, {0.1, 2.5}});
-    ExpectPolyline(outline.secondCrossing, {{1.0, 2.5}, {1.1, 2.5}});
-}
-
 TEST(MaskOutline, ScaledAboutTheOriginThenOffset) {
     EYEMASK mask = kv::DefaultEyeMask();
     mask.ScaleTime = 2.0;
@@ -64,6 +53,7 @@ TEST(MaskOutline, ScaledAboutTheOriginThenOffset) {
                                      {1.4, 0.25}});
     ExpectPolyline(outline.topLimit, {{1.0, 1.75}, {5.4, 1.75}});
     ExpectPolyline(outline.baseLimit, {{1.0, -1.25}, {5.4, -1.25}});
+    ExpectPolyline(outline.firstCrossing, {{1.0, 0.25}, {1.4, 0.25}});
     ExpectPolyline(outline.secondCrossing, {{5.0, 0.25}, {5.4, 0.25}});
 }
 
