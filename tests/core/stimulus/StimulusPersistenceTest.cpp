@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <clocale>
+#include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "core/ports/MessagePort.h"
@@ -17,6 +19,7 @@
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/StimulusData.h"
 #include "core/stimulus/StimulusPersistence.h"
+#include "core/stimulus/Uuencode.h"
 #include "tests/support/RecordingMessagePort.h"
 #include "tests/support/TestSupport.h"
 
@@ -306,6 +309,69 @@ TEST_F(Persistence, CustomSequencesAsTextUuencodedAndCapped) {
                   kv::BitVector(data.Bits().begin(),
                                 data.Bits().begin() + static_cast<std::ptrdiff_t>(stored)));
     }
+}
+
+TEST_F(Persistence, UuencodedValueDecodesWithGnuUudecode) {
+    if (std::system("command -v uudecode >/dev/null 2>&1") != 0) {
+        GTEST_SKIP() << "uudecode (sharutils) is not installed";
+    }
+    for (std::size_t count : {2048u, 32000u}) {
+        CStimulusData data;
+        data.SetSeqType(kv::seq::kCustom);
+        data.SetBitVector(SomeBits(count, 7));
+        const std::string path = m_folder.File("uu.ini");
+        ASSERT_TRUE(data.Save(path.c_str(), true));
+        // The value as a plain INI reader returns it, wrapped as a file.
+        auto store = kv::OpenProfileStore(kv::AppProfile::File(path));
+        const std::string value = kv::GetProfileString(*store, "EYEDIAGRAM", "BITSEQUENCE", "");
+        const std::string encoded = m_folder.File("bits.uu");
+        const std::string decoded = m_folder.File("bits.bin");
+        WriteText(encoded, "begin 644 " + decoded + "\n" + value + "\n`\nend\n");
+        ASSERT_EQ(std::system(("uudecode -o " + decoded + " " + encoded).c_str()), 0);
+        const std::string bytes = ReadText(decoded);
+        const auto packed = kv::PackBits(data.Bits());
+        ASSERT_EQ(bytes.size(), count / 8 + 2);
+        EXPECT_TRUE(std::equal(packed.begin(), packed.end(), bytes.begin(),
+                               [](uint8_t a, char b) { return a == static_cast<uint8_t>(b); }));
+    }
+}
+
+TEST_F(Persistence, PlainIniReaderSeesTheSameKeysAndValues) {
+    if (std::system("command -v python3 >/dev/null 2>&1") != 0) {
+        GTEST_SKIP() << "python3 is not installed";
+    }
+    CStimulusData data;
+    data.SetSeqType(kv::seq::kCustom);
+    data.SetBitVector(SomeBits(5000, 3));
+    data.SetPeriod(1.0 / 3);
+    const std::string path = m_folder.File("plain.ini");
+    ASSERT_TRUE(data.Save(path.c_str(), true));
+    const std::string script = m_folder.File("read.py");
+    WriteText(script,
+              "import configparser, sys\n"
+              "p = configparser.RawConfigParser(interpolation=None)\n"
+              "p.optionxform = str\n"
+              "p.read(sys.argv[1])\n"
+              "for k, v in p.items('EYEDIAGRAM'):\n"
+              "    print(k + '=' + v.replace('\\n', '|'))\n");
+    std::string expected;
+    for (const auto& [key, value] : kv::PersistedEntries(data)) {
+        std::string flat;
+        std::string_view rest = value;
+        while (!rest.empty() && (rest.back() == '\n' || rest.back() == '\r')) {
+            rest.remove_suffix(1);
+        }
+        for (std::size_t i = 0; i < rest.size(); ++i) {
+            if (rest.substr(i, 2) == "\r\n") {
+                flat += '|';
+                ++i;
+            } else {
+                flat += rest[i];
+            }
+        }
+        expected += std::string(key) + "=" + flat + "\n";
+    }
+    EXPECT_EQ(RunShell("python3 " + script + " " + path).out, expected);
 }
 
 TEST_F(Persistence, OlderAndDamagedFilesLoadWhatTheyHold) {
