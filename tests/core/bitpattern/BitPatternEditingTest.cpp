@@ -73,15 +73,21 @@ TEST_F(BitPatternEditingTest, LaysOutFromTheClientAndTheTextSize) {
               (std::vector{10, 20, 60, 0}));
 }
 
-TEST_F(BitPatternEditingTest, ResizingKeepsTheCaretOnItsBitClampedToTheCount) {
+TEST_F(BitPatternEditingTest, CaretKeepsItsBitOnResizingAndGoesWithTheFocus) {
     SetBits("10110");
     editor.OnFocusGained();
+    EXPECT_TRUE(window.caretExists);
+    EXPECT_EQ(window.caretHeight, 13);
     editor.SetCaretIndex(4);
     editor.SetTextMetrics(20, 13);
     EXPECT_EQ(editor.GetCaretIndex(), 4);
     EXPECT_EQ(window.caretPosition, (Point{13 + 80, editor.Layout().digitRow.top}));
     editor.SetCaretIndex(99);
-    EXPECT_EQ(editor.GetCaretIndex(), 5);
+    EXPECT_EQ(editor.GetCaretIndex(), 5);  // clamped to the count
+    Key(BitKey::Home, false, true);
+    editor.OnFocusLost();
+    EXPECT_FALSE(editor.HasSelection());
+    EXPECT_FALSE(window.caretExists);
 }
 
 TEST_F(BitPatternEditingTest, EmptyPatternIsStartedByDraggingAStartSquare) {
@@ -212,7 +218,9 @@ TEST_F(BitPatternEditingTest, TypingReplacesTheSelectionAndBackspaceStopsAtTheSt
     EXPECT_EQ(editor.GetCaretIndex(), 0);
 }
 
-TEST_F(BitPatternEditingTest, PasteGoesToTheCaretIndexFromBeforeTheSelectionWasRemoved) {
+// Paste goes to the caret index from before the selection was removed, and
+// a refused paste still moves the caret by the text's length.
+TEST_F(BitPatternEditingTest, PasteMovesTheCaretFromWhereItWas) {
     SetBits("000000");
     editor.OnFocusGained();
     ClickDigit(1);
@@ -229,11 +237,8 @@ TEST_F(BitPatternEditingTest, PasteGoesToTheCaretIndexFromBeforeTheSelectionWasR
     editor.Paste();
     EXPECT_EQ(Bits(), "0011");
     EXPECT_EQ(editor.GetCaretIndex(), 4);
-}
 
-TEST_F(BitPatternEditingTest, RefusedPasteStillMovesTheCaretByTheTextLength) {
     SetBits("10101");
-    editor.OnFocusGained();
     ClickDigit(1);
     clipboard.text = "012";
     editor.Paste();
@@ -289,17 +294,6 @@ TEST_F(BitPatternEditingTest, ContextMenuMovesTheCaretAndOffersWhatApplies) {
               (std::vector{false, false, false, true}));
 }
 
-TEST_F(BitPatternEditingTest, FocusLossDropsTheSelectionAndTheCaret) {
-    SetBits("1010");
-    editor.OnFocusGained();
-    EXPECT_TRUE(window.caretExists);
-    EXPECT_EQ(window.caretHeight, 13);
-    Key(BitKey::End, false, true);
-    editor.OnFocusLost();
-    EXPECT_FALSE(editor.HasSelection());
-    EXPECT_FALSE(window.caretExists);
-}
-
 TEST_F(BitPatternEditingTest, ScrollingStaysWithinTheRangeAndFollowsTheCaret) {
     editor.OnHScroll(ScrollRequest::LineLeft, 0);
     EXPECT_EQ(window.scroll.position, 0);
@@ -317,18 +311,6 @@ TEST_F(BitPatternEditingTest, ScrollingStaysWithinTheRangeAndFollowsTheCaret) {
     EXPECT_EQ(window.caretPosition.x, 587);
     Key(BitKey::Home);
     EXPECT_EQ(window.scroll.position, 0);
-}
-
-TEST_F(BitPatternEditingTest, PaintModesChooseTheirScrollRange) {
-    editor.SetPaintMode(1, 0);
-    EXPECT_EQ(window.scroll.maximum, 0);
-    EXPECT_EQ(window.scroll.page, 0);
-    EXPECT_FALSE(editor.Painter().ShowsSequenceLength());
-    editor.SetPaintMode(7, 0);  // unknown mode: same painter
-    EXPECT_FALSE(editor.Painter().ShowsSequenceLength());
-    editor.SetPaintMode(0, 0);
-    EXPECT_EQ(window.scroll.maximum, 14 * 32768);
-    EXPECT_TRUE(editor.Painter().ShowsSequenceLength());
 }
 
 }  // namespace

@@ -110,9 +110,14 @@ TEST_F(BitPatternPaintTest, CyclePassesAdvanceByCountMinusOneCellsPlusTheLeftMar
     const auto cells = canvas.Of(Kind::CentredText);
     EXPECT_EQ(cells[2].rect, (Rect{40, 67, 54, 80}));
     EXPECT_TRUE(canvas.Of(Kind::Text).empty());  // no sequence length
+    EXPECT_EQ(window.scroll.maximum, 0);         // and nothing to scroll
+    editor.SetPaintMode(7, 0);                   // an unknown mode keeps the painter
+    EXPECT_EQ(Digits(Paint()).size(), 44u);
+    editor.SetPaintMode(0, 0);
+    EXPECT_EQ(window.scroll.maximum, 14 * 32768);
 }
 
-TEST_F(BitPatternPaintTest, RepetitionDrawsItsPassesExactlyAndCarriesTheLastLevel) {
+TEST_F(BitPatternPaintTest, RepetitionAndContinuousCarryTheLastLevelToTheEdge) {
     SetBits("1001");
     editor.SetPaintMode(3, 2);
     auto wave = Waveform(Paint());
@@ -123,15 +128,14 @@ TEST_F(BitPatternPaintTest, RepetitionDrawsItsPassesExactlyAndCarriesTheLastLeve
     EXPECT_EQ(Digits(Paint()).size(), 8u);
 
     editor.SetPaintMode(3, 0);
-    const auto canvas = Paint();
+    auto canvas = Paint();
     EXPECT_EQ(Waveform(canvas), (std::vector<Segment>{{{13, 61}, {587, 12}}}));
     EXPECT_TRUE(Digits(canvas).empty());
-}
 
-TEST_F(BitPatternPaintTest, ContinuousDrawsOnePassWithoutDigitsToTheRightEdge) {
+    // Continuous: one pass without digits, its last level to the right edge.
     SetBits("10");
     editor.SetPaintMode(2, 0);
-    const auto canvas = Paint();
+    canvas = Paint();
     EXPECT_EQ(Waveform(canvas), (std::vector<Segment>{{{13, 61}, {13, 12}},
                                                       {{13, 12}, {27, 12}},
                                                       {{27, 12}, {27, 61}},
@@ -140,7 +144,7 @@ TEST_F(BitPatternPaintTest, ContinuousDrawsOnePassWithoutDigitsToTheRightEdge) {
     EXPECT_TRUE(Digits(canvas).empty());
 }
 
-TEST_F(BitPatternPaintTest, HoverBeyondTheEndShowsRubberBandMarkerAndBitsToAdd) {
+TEST_F(BitPatternPaintTest, HoverAndDragBeyondTheEndNameTheBitsToAdd) {
     SetBits("101");
     editor.OnMouseMove({CellMiddle(7), 63});
     const auto canvas = Paint();
@@ -154,15 +158,14 @@ TEST_F(BitPatternPaintTest, HoverBeyondTheEndShowsRubberBandMarkerAndBitsToAdd) 
     const auto marker = canvas.Of(Kind::FillRect, color::kMarker);
     ASSERT_EQ(marker.size(), 1u);
     EXPECT_EQ(marker[0].rect, (Rect{107, 57, 115, 65}));
-}
 
-TEST_F(BitPatternPaintTest, DraggingTheEndNamesTheBitsInSeries) {
+    // Dragging the end names the bits in series, and shows no start squares.
     SetBits("100");
     editor.OnMouseDown({55, 61});
     editor.OnMouseMove({CellMiddle(5), 14});
-    const auto canvas = Paint();
-    EXPECT_EQ(canvas.Of(Kind::Text).back().text, "bit 6, 2 High-state in series");
-    EXPECT_TRUE(canvas.Of(Kind::FillRect, color::kStartSquare).empty());
+    const auto dragged = Paint();
+    EXPECT_EQ(dragged.Of(Kind::Text).back().text, "bit 6, 2 High-state in series");
+    EXPECT_TRUE(dragged.Of(Kind::FillRect, color::kStartSquare).empty());
 }
 
 TEST_F(BitPatternPaintTest, ReadOnlyUsesTheButtonFaceAndHidesTheEditingAids) {

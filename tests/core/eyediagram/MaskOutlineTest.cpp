@@ -36,17 +36,6 @@ void ExpectWaveform(const std::vector<STIMPOINT>& points, const std::vector<Expe
     ExpectPolyline(asVectors, expected);
 }
 
-TEST(MaskOutline, DefaultMaskOnOneNanosecondInterval) {
-    const kv::MaskOutline outline = kv::BuildMaskOutline(kv::DefaultEyeMask(), 1 * kNs);
-    ExpectPolyline(
-        outline.opening,
-        {{0.1, 2.5}, {0.2, 4.5}, {0.9, 4.5}, {1.0, 2.5}, {0.9, 0.5}, {0.2, 0.5}, {0.1, 2.5}});
-    ExpectPolyline(outline.topLimit, {{0.0, 5.5}, {1.1, 5.5}});
-    ExpectPolyline(outline.baseLimit, {{0.0, -0.5}, {1.1, -0.5}});
-    ExpectPolyline(outline.firstCrossing, {{0.0, 2.5}, {0.1, 2.5}});
-    ExpectPolyline(outline.secondCrossing, {{1.0, 2.5}, {1.1, 2.5}});
-}
-
 TEST(MaskOutline, ScaledAboutTheOriginThenOffset) {
     EYEMASK mask = kv::DefaultEyeMask();
     mask.ScaleTime = 2.0;
@@ -64,17 +53,8 @@ TEST(MaskOutline, ScaledAboutTheOriginThenOffset) {
                                      {1.4, 0.25}});
     ExpectPolyline(outline.topLimit, {{1.0, 1.75}, {5.4, 1.75}});
     ExpectPolyline(outline.baseLimit, {{1.0, -1.25}, {5.4, -1.25}});
+    ExpectPolyline(outline.firstCrossing, {{1.0, 0.25}, {1.4, 0.25}});
     ExpectPolyline(outline.secondCrossing, {{5.0, 0.25}, {5.4, 0.25}});
-}
-
-TEST(WaveformPreview, DataBitsWithTenthOfIntervalRamps) {
-    const std::vector<uint8_t> bits{0, 1, 1, 0};
-    kv::PreviewInput input;
-    input.bits = bits;
-    input.seqType = kv::seq::kCustom;
-    input.periodNs = 2.0;
-    ExpectWaveform(kv::BuildWaveformPreview(input),
-                   {{0, 0}, {2, 0}, {2.2, 5}, {6, 5}, {6.2, 0}, {8, 0}});
 }
 
 TEST(WaveformPreview, TogglingShapedByTheDutyCycle) {

@@ -12,7 +12,6 @@
 #include "core/stimulus/Random.h"
 #include "core/stimulus/SequenceType.h"
 #include "core/stimulus/StimulusData.h"
-#include "tests/support/TestSupport.h"
 
 namespace {
 
@@ -48,194 +47,127 @@ std::vector<double> Displacements(const kv::CEyeStimAdaptor& adaptor, int cycles
     return shifts;
 }
 
-struct Moments {
+// One way to set the jitter, and the parts it must come to in seconds,
+// hertz and radians, worked by hand for a bit interval of 1 ns.
+struct JitterCase {
+    const char* name;
+    void (*set)(kv::CStimulusData&);
+    double sigma = 0;
+    double width = 0;  // uniform, peak to peak
     double mean = 0;
-    double rms = 0;  // about zero
-    double variance = 0;
+    double amplitude = 0;
+    double hertz = 0;
+    double radians = 0;
 };
 
-Moments MomentsOf(const std::vector<double>& values) {
-    Moments m;
-    for (const double v : values) {
-        m.mean += v;
-        m.rms += v * v;
-    }
-    m.mean /= static_cast<double>(values.size());
-    m.rms = std::sqrt(m.rms / static_cast<double>(values.size()));
-    m.variance = m.rms * m.rms - m.mean * m.mean;
-    return m;
-}
-
-TEST(StimJitter, WithoutJitterTheWaveformIsBuilds) {
-    kv::CEyeStimAdaptor adaptor;
-    std::vector<kv::CStimulusData> stimuli;
-    for (const int type : {0, 1, 2}) {  // simple jitter of every kind, magnitude 0
-        stimuli.push_back(Toggling(3));
-        stimuli.back().SetJitterType(type);
-    }
-    // Advanced jitter ignores the simple magnitude; its components are off
-    // or zero.
-    stimuli.push_back(Toggling(3));
-    stimuli.back().SetMaxJitter(0.3);
-    stimuli.back().SetAdvancedJitter(true);
-    stimuli.push_back(stimuli.back());
-    for (int component = 0; component < 3; ++component) {
-        stimuli.back().SetAddJitter(component, true);
-    }
-    stimuli.back().SetMaxJitter(0.0);
-    for (const int kind : {kv::seq::kToggling, kv::seq::kEdge}) {
-        stimuli.push_back(Toggling(3));
-        stimuli.back().SetSeqType(kind);
-    }
-    for (std::size_t i = 0; i < stimuli.size(); ++i) {
-        ASSERT_GT(adaptor.Build(&stimuli[i], -1, 2, kRamp, 2 * kRamp), 0) << i;
-        const std::vector<STIMPOINT> built = Points(adaptor);
-        ASSERT_EQ(adaptor.BuildJittered(&stimuli[i], -1, 2, kRamp, 2 * kRamp),
-                  static_cast<int32_t>(built.size()))
-            << i;
-        const std::vector<STIMPOINT> jittered = Points(adaptor);
-        for (std::size_t p = 0; p < built.size(); ++p) {
-            EXPECT_EQ(jittered[p].time, built[p].time) << i << " point " << p;
-            EXPECT_EQ(jittered[p].level, built[p].level) << i << " point " << p;
-        }
-    }
-}
-
-TEST(StimJitter, RepeatableJitterDrawsFromTheStoredSeed) {
-    kv::ModuleProfile().registryKey = "Velmorine";
-    const TestFolder folder;
-    const std::string first = folder.File("first.cir");
-    const std::string second = folder.File("second.cir");
-    kv::CEyeStimAdaptor adaptor;
-    auto data = Toggling(50);
+void Advanced(kv::CStimulusData& data, int component) {
     data.SetAdvancedJitter(true);
-    data.SetAddJitter(0, true);
-    data.SetMaxJitter(5.0);  // percent of the bit interval
-    data.SetAddJitter(1, true);
-    data.SetUniformMag(0.1);
-    data.SetJitterAsTime(1, true);  // ns
-    const auto write = [&](const std::string& path) {
-        ASSERT_GT(adaptor.BuildJittered(&data, 0, 1, kRamp, kRamp), 0);
-        ASSERT_TRUE(adaptor.WritePwl(path.c_str(), "STIM", "in"));
-    };
+    data.SetAddJitter(component, true);
+}
 
+const JitterCase kJitterCases[] = {
+    {"simple Gaussian in ns", [](kv::CStimulusData& d) { d.SetMaxJitter(0.02); }, 0.02 * kNs},
+    {"simple uniform ignores the mean",
+     [](kv::CStimulusData& d) {
+         d.SetJitterType(1);
+         d.SetMaxJitter(0.2);
+         d.SetUniformMean(5.0);
+     },
+     0, 0.2 * kNs},
+    {"simple sine shares frequency and phase",
+     [](kv::CStimulusData& d) {
+         d.SetJitterType(2);
+         d.SetMaxJitter(0.1);
+         d.SetSineFreq(37.0);
+         d.SetSineInit(30.0);
+     },
+     0, 0, 0, 0.1 * kNs, 37e6, std::numbers::pi / 6},
+    {"advanced Gaussian in percent",
+     [](kv::CStimulusData& d) {
+         Advanced(d, 0);
+         d.SetMaxJitter(5.0);
+     },
+     0.05 * kNs},
+    {"advanced Gaussian in ns",
+     [](kv::CStimulusData& d) {
+         Advanced(d, 0);
+         d.SetJitterAsTime(0, true);
+         d.SetMaxJitter(0.02);
+     },
+     0.02 * kNs},
+    {"advanced parts add up",
+     [](kv::CStimulusData& d) {
+         Advanced(d, 0);
+         Advanced(d, 1);
+         Advanced(d, 2);
+         d.SetMaxJitter(2.0);
+         d.SetJitterAsTime(1, true);
+         d.SetUniformMag(0.1);
+         d.SetUniformMean(-0.03);
+         d.SetSineMag(8.0);
+         d.SetSineFreq(11.0);
+     },
+     0.02 * kNs, 0.1 * kNs, -0.03 * kNs, 0.08 * kNs, 11e6},
+    // Advanced jitter ignores the simple magnitude; its parts are off or zero.
+    {"advanced without parts",
+     [](kv::CStimulusData& d) {
+         d.SetAdvancedJitter(true);
+         d.SetMaxJitter(0.3);
+     }},
+    {"advanced parts of zero",
+     [](kv::CStimulusData& d) {
+         for (int component = 0; component < 3; ++component) {
+             Advanced(d, component);
+         }
+         d.SetMaxJitter(0.0);
+     }},
+};
+
+// From the stored seed the documented draws per edge: u1 and u2 for the
+// Gaussian part, then u for the uniform one; the sine over the nominal edge
+// times.
+TEST(StimJitter, EachEdgeMovesByTheDocumentedDrawsFromTheStoredSeed) {
+    kv::ModuleProfile().registryKey = "Velmorine";
     auto store = kv::OpenProfileStore(kv::ModuleProfile());
     kv::WriteProfileInt(*store, "STIMULUSDATA", "jitterSeed", 4242);
-    write(first);
-    // The documented draws: from the stored seed, per edge u1 and u2 for the
-    // Gaussian part, then u for the uniform one.
-    int32_t word = -4242;
-    const std::vector<double> shifts = Displacements(adaptor, 50);
-    for (std::size_t k = 0; k < 5; ++k) {
-        const double u1 = kv::Ran1(word);
-        const double u2 = kv::Ran1(word);
-        const double u = kv::Ran1(word);
-        const double expected =
-            0.05 * kNs * std::sqrt(-2 * std::log(1 - u1)) * std::cos(2 * std::numbers::pi * u2) +
-            0.1 * kNs * (u - 0.5);
-        EXPECT_NEAR(shifts[k], expected, 1e-21) << "edge " << k;
-    }
-    write(second);
-    EXPECT_EQ(ReadText(first), ReadText(second));
-
-    kv::WriteProfileInt(*store, "STIMULUSDATA", "jitterSeed", 12345);
-    write(second);
-    EXPECT_NE(ReadText(first), ReadText(second));
-
-    data.SetJitterRepeatable(false);
-    write(first);
-    write(second);
-    EXPECT_NE(ReadText(first), ReadText(second));
-}
-
-TEST(StimJitter, EachDistributionHasItsDefinedShape) {
-    constexpr int kCycles = 5001;  // 10^4 edges
-    constexpr double kSigma = 0.02 * kNs;
     kv::CEyeStimAdaptor adaptor;
-
-    // Gaussian: the simple one in ns, the advanced one in percent or ns.
-    for (int variant = 0; variant < 3; ++variant) {
-        auto data = Toggling(kCycles);
-        data.SetAdvancedJitter(variant > 0);
-        data.SetAddJitter(0, true);
-        data.SetJitterAsTime(0, variant == 2);
-        data.SetMaxJitter(variant == 1 ? 2.0 : 0.02);
-        ASSERT_GT(adaptor.BuildJittered(&data, 0, 1, kRamp, kRamp), 0);
-        const Moments m = MomentsOf(Displacements(adaptor, kCycles));
-        EXPECT_NEAR(m.rms, kSigma, 0.05 * kSigma) << "variant " << variant;
-        EXPECT_NEAR(m.mean, 0.0, 0.05 * kSigma) << "variant " << variant;
-    }
-
-    // Uniform: peak to peak 0.2 ns around a mean of 5 % of the interval; the
-    // simple one around 0.
-    for (const bool advanced : {true, false}) {
-        auto data = Toggling(kCycles);
-        data.SetAdvancedJitter(advanced);
-        data.SetJitterType(1);
-        data.SetMaxJitter(0.2);
-        data.SetAddJitter(1, true);
-        data.SetUniformMag(20.0);
-        data.SetUniformMean(5.0);
-        ASSERT_GT(adaptor.BuildJittered(&data, 0, 1, kRamp, kRamp), 0);
-        const std::vector<double> shifts = Displacements(adaptor, kCycles);
-        const double mean = advanced ? 0.05 * kNs : 0.0;
-        double lowest = 1, highest = -1;
-        for (const double s : shifts) {
-            lowest = std::min(lowest, s);
-            highest = std::max(highest, s);
-        }
-        EXPECT_GE(lowest, mean - 0.1 * kNs - 1e-18);
-        EXPECT_LT(lowest, mean - 0.099 * kNs);
-        EXPECT_LE(highest, mean + 0.1 * kNs + 1e-18);
-        EXPECT_GT(highest, mean + 0.099 * kNs);
-        const Moments m = MomentsOf(shifts);
-        EXPECT_NEAR(m.mean, mean, 0.003 * kNs) << advanced;
-        EXPECT_NEAR(std::sqrt(m.variance), 0.2 * kNs / std::sqrt(12.0), 0.002 * kNs);
-    }
-
-    // Sine: amplitude 0.1 ns at 37 MHz from 30 degrees, over the nominal edge
-    // times; the simple sine shares the frequency and phase.
-    for (const bool advanced : {true, false}) {
-        auto data = Toggling(kCycles);
-        data.SetAdvancedJitter(advanced);
-        data.SetJitterType(2);
-        data.SetMaxJitter(0.1);
-        data.SetAddJitter(2, true);
-        data.SetJitterAsTime(2, true);
-        data.SetSineMag(0.1);
-        data.SetSineFreq(37.0);
-        data.SetSineInit(30.0);
-        ASSERT_GT(adaptor.BuildJittered(&data, 0, 1, kRamp, kRamp), 0);
-        const std::vector<double> shifts = Displacements(adaptor, kCycles);
+    for (const JitterCase& c : kJitterCases) {
+        auto data = Toggling(50);
+        c.set(data);
+        ASSERT_GT(adaptor.BuildJittered(&data, 0, 1, kRamp, kRamp), 0) << c.name;
+        const std::vector<double> shifts = Displacements(adaptor, 50);
+        int32_t word = -4242;
         for (std::size_t k = 0; k < shifts.size(); ++k) {
+            double expected = c.mean;
+            if (c.sigma > 0) {
+                const double u1 = kv::Ran1(word);
+                const double u2 = kv::Ran1(word);
+                expected += c.sigma * std::sqrt(-2 * std::log(1 - u1)) *
+                            std::cos(2 * std::numbers::pi * u2);
+            }
+            if (c.width > 0) {
+                expected += c.width * (kv::Ran1(word) - 0.5);
+            }
             const double t = static_cast<double>(k + 1) * kNs;
-            const double expected =
-                0.1 * kNs * std::sin(2 * std::numbers::pi * 37e6 * t + std::numbers::pi / 6);
-            ASSERT_NEAR(shifts[k], expected, 1e-20) << "edge " << k;
+            expected += c.amplitude * std::sin(2 * std::numbers::pi * c.hertz * t + c.radians);
+            ASSERT_NEAR(shifts[k], expected, 1e-20) << c.name << " edge " << k;
         }
     }
 
-    // The three together add up: the sine taken away leaves the Gaussian's
-    // and the uniform's variances and the uniform's mean.
-    auto data = Toggling(kCycles);
-    data.SetAdvancedJitter(true);
-    data.SetMaxJitter(2.0);
-    data.SetUniformMag(10.0);
-    data.SetUniformMean(-3.0);
-    data.SetSineMag(8.0);
-    data.SetSineFreq(11.0);
-    for (int component = 0; component < 3; ++component) {
-        data.SetAddJitter(component, true);
-    }
-    ASSERT_GT(adaptor.BuildJittered(&data, 0, 1, kRamp, kRamp), 0);
-    std::vector<double> rest = Displacements(adaptor, kCycles);
-    for (std::size_t k = 0; k < rest.size(); ++k) {
-        rest[k] -= 0.08 * kNs * std::sin(2 * std::numbers::pi * 11e6 * (k + 1.0) * kNs);
-    }
-    const Moments m = MomentsOf(rest);
-    EXPECT_NEAR(m.mean, -0.03 * kNs, 0.002 * kNs);
-    const double sigma = std::sqrt(kSigma * kSigma + 0.1 * kNs * 0.1 * kNs / 12);
-    EXPECT_NEAR(std::sqrt(m.variance), sigma, 0.05 * sigma);
+    // The same seed draws the same again, another seed or none other edges.
+    auto data = Toggling(50);
+    data.SetMaxJitter(0.1);
+    const auto build = [&] {
+        EXPECT_GT(adaptor.BuildJittered(&data, 0, 1, kRamp, kRamp), 0);
+        return Displacements(adaptor, 50);
+    };
+    const std::vector<double> first = build();
+    EXPECT_EQ(build(), first);
+    kv::WriteProfileInt(*store, "STIMULUSDATA", "jitterSeed", 12345);
+    EXPECT_NE(build(), first);
+    data.SetJitterRepeatable(false);
+    EXPECT_NE(build(), build());
+    kv::ModuleProfile().registryKey.clear();
 }
 
 TEST(StimJitter, HugeJitterKeepsEveryEdgeInOrder) {

@@ -107,29 +107,15 @@ TEST(FixedSequences, UsbPatternAndToggling) {
     EXPECT_EQ(kv::TogglingBits(1), (kv::BitVector{0, 1}));
 }
 
-TEST(Jitter, ConversionsAndTheMagnitudeBound) {
+// The bound and the conversions as a page meets them are the stimulus
+// page's; here what no page reaches.
+TEST(Jitter, SwitchedOffAnyMagnitudeIsAllowedButNoPeriodIsAProgrammingError) {
     kv::CJitter jitter;
-    EXPECT_FALSE(jitter.m_enabled);
-    EXPECT_EQ(jitter.m_magnitude, 0.0);
-    jitter.m_enabled = true;
-    jitter.m_magnitude = 50;
-    EXPECT_FALSE(kv::IsJitterMagnitudeAllowed(jitter, 3.3));
-    jitter.m_magnitude = 49.9;
-    EXPECT_TRUE(kv::IsJitterMagnitudeAllowed(jitter, 3.3));
     jitter.m_asTime = 1;
-    jitter.m_magnitude = 1.5;
-    EXPECT_NEAR(kv::MagnitudeInPercent(jitter, 3.3), 45.4545, 1e-4);
-    EXPECT_TRUE(kv::IsJitterMagnitudeAllowed(jitter, 3.3));
-    EXPECT_NEAR(kv::MagnitudeFromPercent(jitter, 45.4545454545, 3.3), 1.5, 1e-9);
-
-    kv::test::RecordingMessagePort messages;
-    kv::ScopedMessagePort port(messages);
     jitter.m_magnitude = 2.0;
-    EXPECT_FALSE(kv::CheckJitterMagnitude(jitter, 3.3));
-    EXPECT_EQ(messages.Requests().at(0).text,
-              "The jitter magnitude must be less that 0.5 of the bit interval.");
-    jitter.m_enabled = false;
-    EXPECT_TRUE(kv::CheckJitterMagnitude(jitter, 3.3));
+    EXPECT_TRUE(kv::IsJitterMagnitudeAllowed(jitter, 3.3));
+    jitter.m_enabled = true;
+    EXPECT_FALSE(kv::IsJitterMagnitudeAllowed(jitter, 3.3));
     EXPECT_DEATH(kv::MagnitudeInPercent(jitter, 0.0), "Jitter");
 }
 

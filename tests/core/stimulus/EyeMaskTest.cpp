@@ -7,15 +7,6 @@
 
 namespace {
 
-TEST(EyeMask, DefaultPassesEveryRuleAndEqualNeighboursPass) {
-    EYEMASK mask = kv::DefaultEyeMask();
-    EXPECT_FALSE(kv::FindMaskOrderError(mask).has_value());
-    EXPECT_TRUE(kv::MaskAcceptedOnOpen(mask));
-    mask.PTopMin = mask.PTopMax;
-    mask.TRiseDelay = mask.TFallDelay;
-    EXPECT_FALSE(kv::FindMaskOrderError(mask).has_value());
-}
-
 TEST(EyeMask, FirstBrokenRuleIsReported) {
     EYEMASK mask = kv::DefaultEyeMask();
     mask.PTopMin = 2.0;  // below the crossing level of 2.5

@@ -5,9 +5,7 @@
 #include <cstring>
 #include <vector>
 
-#include "core/stimulus/Code8b10b.h"
 #include "core/stimulus/Random.h"
-#include "core/stimulus/SymbolSource.h"
 
 namespace {
 
@@ -63,49 +61,11 @@ TEST(Random, SeedEqualToTheModulusDrawsZeroThenFollowsSeedOne) {
     for (std::size_t i = 0; i < rest.size(); ++i) {
         EXPECT_EQ(rest[i], kv::Ran1(fromOne)) << i;
     }
-
-    // Random bits: the first is a zero (0 is below one half).
-    kv::SymbolSourceConfig bits;
-    bits.seed = kModulus;
-    kv::SymbolSource source(bits);
-    int symbol = 0;
-    ASSERT_EQ(source.NextSymbol(symbol), 1);
-    EXPECT_EQ(symbol, -1);
-
-    // 8B/10B: the 6-bit row of the first group is row 0, its 4-bit row the
-    // one seed 1 draws first.
-    kv::SymbolSource code(kv::Code8b10bConfig(kModulus));
-    int32_t one = -1;
-    const int r4 = kv::Row4FromUniform(kv::Ran1(one));
-    const kv::EncodedGroup& group = kv::EncodeGroup(1, 0, r4);
-    for (int i = 0; i < 10; ++i) {
-        ASSERT_EQ(code.NextSymbol(symbol), 1);
-        EXPECT_EQ(symbol, group.symbols[static_cast<std::size_t>(i)]) << i;
-    }
-}
-
-TEST(Random, CodeGroupBlocksGiveTheSymbolsOfSingleReadsOverLongRuns) {
-    constexpr std::size_t kSymbols = 1'000'000;
-    for (const int32_t seed : {1, 12345, kv::kFixed8b10bSeed, kModulus - 1, kModulus}) {
-        kv::SymbolSource single(kv::Code8b10bConfig(seed));
-        std::vector<int8_t> expected(kSymbols);
-        for (int8_t& s : expected) {
-            int symbol = 0;
-            ASSERT_EQ(single.NextSymbol(symbol), 1);
-            s = static_cast<int8_t>(symbol);
-        }
-        kv::SymbolSource blocks(kv::Code8b10bConfig(seed));
-        std::vector<int8_t> got(kSymbols);
-        int status = 0;
-        std::size_t done = 0;
-        for (std::size_t piece = 5; done < kSymbols; piece = piece * 2 + 3) {
-            const std::size_t count = std::min(piece, kSymbols - done);
-            ASSERT_EQ(blocks.ReadSymbols(std::span(got.data() + done, count), status), count);
-            done += count;
-        }
-        EXPECT_TRUE(got == expected) << "seed " << seed;
-        EXPECT_EQ(blocks.RunningDisparity(), single.RunningDisparity());
-    }
+    // A positive word continues the shared table instead of restarting.
+    int32_t continuing = 777;
+    const double next = kv::Ran1(continuing);
+    int32_t restarted = -777;
+    EXPECT_NE(kv::Ran1(restarted), next);
 }
 
 }  // namespace
