@@ -14,6 +14,8 @@
 #include "ui/bitpattern/BitPatternCtrl.h"
 #include "ui/canvas/QtCanvas.h"
 
+using namespace Qt::StringLiterals;
+
 using kv::ui::CBitPatternCtrl;
 
 namespace {
@@ -48,20 +50,20 @@ private slots:
 
     void keysEditThroughTheClipboard() {
         QTest::keyClicks(m_control.get(), "1011");
-        QCOMPARE(BitsOf(*m_control), QStringLiteral("1011"));
+        QCOMPARE(BitsOf(*m_control), u"1011"_s);
         QTest::keyClick(m_control.get(), Qt::Key_1, Qt::KeypadModifier);  // not the main keyboard
-        QCOMPARE(BitsOf(*m_control), QStringLiteral("1011"));
+        QCOMPARE(BitsOf(*m_control), u"1011"_s);
         QTest::keyClick(m_control.get(), Qt::Key_Left, Qt::ShiftModifier);
         QTest::keyClick(m_control.get(), Qt::Key_Left, Qt::ShiftModifier);
         QTest::keyClick(m_control.get(), Qt::Key_C, Qt::ControlModifier);
-        QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("11"));
+        QCOMPARE(QApplication::clipboard()->text(), u"11"_s);
         QTest::keyClick(m_control.get(), Qt::Key_End);
         QTest::keyClick(m_control.get(), Qt::Key_V, Qt::ControlModifier);
-        QCOMPARE(BitsOf(*m_control), QStringLiteral("101111"));
+        QCOMPARE(BitsOf(*m_control), u"101111"_s);
         QTest::keyClick(m_control.get(), Qt::Key_Home, Qt::ShiftModifier);
         QTest::keyClick(m_control.get(), Qt::Key_X, Qt::ControlModifier);
         QCOMPARE(BitsOf(*m_control), QString());
-        QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("101111"));
+        QCOMPARE(QApplication::clipboard()->text(), u"101111"_s);
     }
 
     void mouseCursorsAndTheAutoScrollTimerReachTheEditor() {
@@ -72,7 +74,7 @@ private slots:
         QTest::mouseMove(m_control.get(), beyond);
         QCOMPARE(m_control->cursor().shape(), Qt::BitmapCursor);
         QTest::mouseClick(m_control.get(), Qt::LeftButton, {}, beyond);
-        QCOMPARE(BitsOf(*m_control), QStringLiteral("101000000"));
+        QCOMPARE(BitsOf(*m_control), u"101000000"_s);
         QTest::mouseMove(m_control.get(), QPoint(l.CellX(1), l.digitRow.top + 2));
         QCOMPARE(m_control->cursor().shape(), Qt::IBeamCursor);
 
@@ -96,7 +98,7 @@ private slots:
         const uint8_t bits[] = {1, 1, 0, 0};
         m_control->SetPattern(bits, 4);
         QTest::keyClick(m_control.get(), Qt::Key_End, Qt::ShiftModifier);
-        QApplication::clipboard()->setText(QStringLiteral("0101"));
+        QApplication::clipboard()->setText(u"0101"_s);
         const kv::BitPatternLayout& l = m_control->Editor().Layout();
         const QPoint at(l.CellX(2) + 3, l.digitRow.top + 3);
         QStringList offered;
@@ -116,7 +118,7 @@ private slots:
         QCOMPARE(offered, (QStringList{"Cu&t\tCtrl+X+", "&Copy\tCtrl+C+", "&Paste\tCtrl-V+",
                                        "&Delete\tDel+"}));
         QVERIFY(keptSelection);
-        QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("1100"));
+        QCOMPARE(QApplication::clipboard()->text(), u"1100"_s);
         QCOMPARE(BitsOf(*m_control), QString());
         QVERIFY(m_control->Editor().IsCaretShown());
     }
@@ -186,15 +188,14 @@ private slots:
         dialog.setFont(font);
         auto* layout = new QVBoxLayout(&dialog);
         auto* placeholder = new QWidget;
-        placeholder->setObjectName(QStringLiteral("ctl1000"));
+        placeholder->setObjectName(u"ctl1000"_s);
         layout->addWidget(placeholder);
         auto* control = new CBitPatternCtrl;
         QVERIFY(control->AttachToDlgItem(1000, &dialog));
-        QCOMPARE(dialog.findChildren<QWidget*>(QStringLiteral("ctl1000")),
-                 (QList<QWidget*>{control}));
+        QCOMPARE(dialog.findChildren<QWidget*>(u"ctl1000"_s), (QList<QWidget*>{control}));
         QCOMPARE(layout->indexOf(control), 0);
         QCOMPARE(control->Editor().Layout().cellWidth,
-                 QFontMetrics(font).horizontalAdvance(QStringLiteral("00")));
+                 QFontMetrics(font).horizontalAdvance(u"00"_s));
         QVERIFY(!control->AttachToDlgItem(1001, &dialog));
     }
 

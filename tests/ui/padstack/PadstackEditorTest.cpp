@@ -22,6 +22,8 @@
 #include "ui/shared/ControlIds.h"
 #include "ui/via/ViaVisualizerCtrl.h"
 
+using namespace Qt::StringLiterals;
+
 using kv::TableShape;
 using kv::ui::CPadstackEditorDlg;
 using kv::ui::FindControl;
@@ -187,13 +189,13 @@ private slots:
         const PADSTACK before = *m_data.GetPadstack();
         const std::vector<PADDATA> pads(before.pads, before.pads + before.padCount);
         const int32_t result = EditWith([this](CPadstackEditorDlg& dialog) {
-            QVERIFY(Type(dialog, 1, kPadWidth, QStringLiteral("25")));
+            QVERIFY(Type(dialog, 1, kPadWidth, u"25"_s));
             QVERIFY(m_port.apply->isEnabled());
-            QVERIFY(!Type(dialog, 1, kPadWidth, QStringLiteral("0")));
-            QCOMPARE(Cell(dialog, 1, kPadWidth), QStringLiteral("25.00"));
-            QVERIFY(!Type(dialog, 2, kPadHeight, QStringLiteral("11")));
-            QCOMPARE(Cell(dialog, 2, kPadHeight), QStringLiteral("16.00"));
-            TypeDrill(dialog, QStringLiteral("8"));
+            QVERIFY(!Type(dialog, 1, kPadWidth, u"0"_s));
+            QCOMPARE(Cell(dialog, 1, kPadWidth), u"25.00"_s);
+            QVERIFY(!Type(dialog, 2, kPadHeight, u"11"_s));
+            QCOMPARE(Cell(dialog, 2, kPadHeight), u"16.00"_s);
+            TypeDrill(dialog, u"8"_s);
             Click(dialog, CPadstackEditorDlg::kAddRowId);
             Click(dialog, CPadstackEditorDlg::kCancelId);
         });
@@ -217,28 +219,28 @@ private slots:
         PADDATA defaultPad = Pad(TableShape::Round, 18, 18, TableShape::Round, 28);
         m_editor->SetDefaultPad(&defaultPad);
         const int32_t result = EditWith([](CPadstackEditorDlg& dialog) {
-            QVERIFY(Type(dialog, 1, kPadWidth, QStringLiteral("25")));
+            QVERIFY(Type(dialog, 1, kPadWidth, u"25"_s));
             // The bottom rectangle turned round through the shape cell's combo box.
             auto* view = FindControl<QTableView>(&dialog, CPadstackEditorDlg::kTableId);
             const QModelIndex shape = view->model()->index(2, kPadShape);
             QWidget* editor = view->itemDelegate()->createEditor(view->viewport(), {}, shape);
             auto* combo = qobject_cast<QComboBox*>(editor);
             QVERIFY(combo != nullptr);
-            combo->setCurrentText(QStringLiteral("Round"));
+            combo->setCurrentText(u"Round"_s);
             view->itemDelegate()->setModelData(combo, view->model(), shape);
             delete editor;
-            QCOMPARE(Cell(dialog, 2, kPadShape), QStringLiteral("Round"));
+            QCOMPARE(Cell(dialog, 2, kPadShape), u"Round"_s);
 
             Click(dialog, CPadstackEditorDlg::kUndoId);
-            QCOMPARE(Cell(dialog, 2, kPadShape), QStringLiteral("Rectangular"));
+            QCOMPARE(Cell(dialog, 2, kPadShape), u"Rectangular"_s);
             Click(dialog, CPadstackEditorDlg::kUndoId);
-            QCOMPARE(Cell(dialog, 1, kPadWidth), QStringLiteral("20.00"));
+            QCOMPARE(Cell(dialog, 1, kPadWidth), u"20.00"_s);
             QVERIFY(!FindControl<QPushButton>(&dialog, CPadstackEditorDlg::kApplyId)->isEnabled());
             Click(dialog, CPadstackEditorDlg::kRedoId);
-            QCOMPARE(Cell(dialog, 1, kPadWidth), QStringLiteral("25.00"));
+            QCOMPARE(Cell(dialog, 1, kPadWidth), u"25.00"_s);
 
             // The default row's pad gets wider too.
-            QVERIFY(Type(dialog, 0, kPadWidth, QStringLiteral("22")));
+            QVERIFY(Type(dialog, 0, kPadWidth, u"22"_s));
             Click(dialog, CPadstackEditorDlg::kOkId);
         });
         QCOMPARE(result, 1);
@@ -255,15 +257,15 @@ private slots:
         m_editor->SetMetric(true);
         const int32_t result = EditWith([this](CPadstackEditorDlg& dialog) {
             QCOMPARE(FindControl<QLineEdit>(&dialog, CPadstackEditorDlg::kDrillId)->text(),
-                     QStringLiteral("0.25"));
-            TypeDrill(dialog, QStringLiteral("0.75"));  // through every anti-pad
+                     u"0.25"_s);
+            TypeDrill(dialog, u"0.75"_s);  // through every anti-pad
             Click(dialog, CPadstackEditorDlg::kOkId);
             QVERIFY(dialog.isVisible());
             QCOMPARE(m_port.recorded.Requests().back().text,
                      std::string("Actual drill size must be less then all anti-pad sizes!"));
-            TypeDrill(dialog, QStringLiteral("0.3"));
+            TypeDrill(dialog, u"0.3"_s);
             auto* last = FindControl<QComboBox>(&dialog, CPadstackEditorDlg::kLastLayerId);
-            QCOMPARE(last->currentText(), QStringLiteral("<bottom>"));
+            QCOMPARE(last->currentText(), u"<bottom>"_s);
             Click(dialog, CPadstackEditorDlg::kOkId);
         });
         QCOMPARE(result, 1);
@@ -276,23 +278,22 @@ private slots:
         const PADDATA defaultPad = Pad(TableShape::Oval, 18, 22, TableShape::Round, 28);
         m_editor->SetDefaultPad(&defaultPad);
         EditWith([](CPadstackEditorDlg& dialog) {
-            auto* preview =
-                dialog.findChild<kv::ui::CPadTopViewCtrl*>(QStringLiteral("padPreviewArea"));
+            auto* preview = dialog.findChild<kv::ui::CPadTopViewCtrl*>(u"padPreviewArea"_s);
             QVERIFY(preview != nullptr);
             auto* table = FindControl<QTableView>(&dialog, CPadstackEditorDlg::kTableId);
             table->setCurrentIndex(table->model()->index(2, kPadWidth));
             QCOMPARE(preview->Input().pad->shape, PAD_SHAPE_RECTANGLE);
             QCOMPARE(preview->Input().drill, Mils(10));
-            QCOMPARE(QString::fromStdString(preview->Input().title), QStringLiteral("BOTTOM"));
+            QCOMPARE(QString::fromStdString(preview->Input().title), u"BOTTOM"_s);
             table->setCurrentIndex(table->model()->index(1, kPadWidth));
-            QVERIFY(Type(dialog, 1, kPadWidth, QStringLiteral("26")));
+            QVERIFY(Type(dialog, 1, kPadWidth, u"26"_s));
             QCOMPARE(preview->Input().pad->pad_x, Mils(26));
             // An "<Auto>" pad is drawn as the "<default>" row's.
-            QVERIFY(Type(dialog, 1, kPadShape, QStringLiteral("<Auto>")));
+            QVERIFY(Type(dialog, 1, kPadShape, u"<Auto>"_s));
             QCOMPARE(dialog.SelectedPad().shape, PAD_SHAPE_UNSET);
             QCOMPARE(preview->Input().pad->shape, PAD_SHAPE_OVAL);
             QCOMPARE(preview->Input().pad->pad_y, Mils(22));
-            TypeDrill(dialog, QStringLiteral("8"));
+            TypeDrill(dialog, u"8"_s);
             QCOMPARE(preview->Input().drill, Mils(8));
         });
     }

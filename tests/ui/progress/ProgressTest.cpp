@@ -19,6 +19,8 @@
 #include "ui/progress/ProgressReport.h"
 #include "ui/shared/ControlIds.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using kv::ui::FindControl;
@@ -166,17 +168,17 @@ private slots:
         report.SetPercent(30);
         HostDialog host;
         report.Attach(host.dialog, 100, 101, 102);
-        QCOMPARE(host.first->text(), QStringLiteral("Reading nets"));
+        QCOMPARE(host.first->text(), u"Reading nets"_s);
         QCOMPARE(host.second->text(), QString());
         auto* bar = dynamic_cast<kv::ui::CProgressBarCtrl*>(report.GetProgressBar());
         QCOMPARE(bar->parentWidget(), host.placeholder);
         QCOMPARE(bar->GetPos(), 30);
         report.SetAll(nullptr, "Net GND", -1);  // only the second line changes
-        QCOMPARE(host.first->text(), QStringLiteral("Reading nets"));
-        QCOMPARE(host.second->text(), QStringLiteral("Net GND"));
+        QCOMPARE(host.first->text(), u"Reading nets"_s);
+        QCOMPARE(host.second->text(), u"Net GND"_s);
         QCOMPARE(report.GetPercent(), 30);
         report.SetFirstText("Layer 2");
-        QCOMPARE(host.first->text(), QStringLiteral("Layer 2"));
+        QCOMPARE(host.first->text(), u"Layer 2"_s);
         report.SetPercent(-1);
         QCOMPARE(report.GetPercent(), 30);
         // A report without a progress dialog has no pump: the flag is as set.
@@ -194,7 +196,7 @@ private slots:
         report.Attach(b.dialog, 100, 0, 102);
         report.SetAll("to b", "second", 5);
         QCOMPARE(a.first->text(), QString());
-        QCOMPARE(b.first->text(), QStringLiteral("to b"));
+        QCOMPARE(b.first->text(), u"to b"_s);
         QCOMPARE(b.second->text(), QString());  // id 0: not taken over
         QCOMPARE(bar->GetHwnd()->parentWidget(), b.placeholder);
         delete b.dialog;
@@ -208,7 +210,7 @@ private slots:
     void dialogKeepsItsControlIdsAndCancelText() {
         kv::ui::CProgressDlg dialog;
         QWidget* placeholder = FindControl<QWidget>(&dialog, 1438);
-        QCOMPARE(CancelButton(dialog)->text(), QStringLiteral("Cancel"));
+        QCOMPARE(CancelButton(dialog)->text(), u"Cancel"_s);
         // The template is wider than high, and the button sits below the bar.
         QVERIFY(dialog.width() > 2 * dialog.height());
         QVERIFY(CancelButton(dialog)->y() > placeholder->geometry().bottom());
@@ -216,12 +218,12 @@ private slots:
         QVERIFY(dialog.Create(host.owner, 0));
         QCOMPARE(dialog.GetProgressBar()->GetHwnd()->parentWidget(), placeholder);
         dialog.GetReport()->SetAll("first", "second", 25);
-        QCOMPARE(FindControl<QLabel>(&dialog, 534)->text(), QStringLiteral("first"));
-        QCOMPARE(FindControl<QLabel>(&dialog, 421)->text(), QStringLiteral("second"));
+        QCOMPARE(FindControl<QLabel>(&dialog, 534)->text(), u"first"_s);
+        QCOMPARE(FindControl<QLabel>(&dialog, 421)->text(), u"second"_s);
         dialog.SetCancelText("Stop");
-        QCOMPARE(CancelButton(dialog)->text(), QStringLiteral("Stop"));
+        QCOMPARE(CancelButton(dialog)->text(), u"Stop"_s);
         dialog.SetCancelText("");
-        QCOMPARE(CancelButton(dialog)->text(), QStringLiteral("Cancel"));
+        QCOMPARE(CancelButton(dialog)->text(), u"Cancel"_s);
         dialog.Destroy();
     }
 
@@ -239,7 +241,7 @@ private slots:
         HostWindows host;
         QVERIFY(dialog.Create(host.owner, 1000));
         QVERIFY(!dialog.isVisible());
-        auto* timer = dialog.findChild<QTimer*>(QStringLiteral("delayTimer"));
+        auto* timer = dialog.findChild<QTimer*>(u"delayTimer"_s);
         QVERIFY(timer->isActive());
         dialog.GetReport()->SetAll(nullptr, nullptr, percent);
         clock.ticks += 200;
@@ -253,7 +255,7 @@ private slots:
         kv::ui::CProgressDlg dialog(&clock);
         HostWindows host;
         QVERIFY(dialog.Create(host.owner, 0xFFFFFFFFu));
-        QVERIFY(!dialog.findChild<QTimer*>(QStringLiteral("delayTimer"))->isActive());
+        QVERIFY(!dialog.findChild<QTimer*>(u"delayTimer"_s)->isActive());
         QVERIFY(!dialog.isVisible());
         dialog.Show(1);
         QVERIFY(dialog.isVisible());

@@ -21,6 +21,8 @@
 #include "ui/shared/WidgetClassRegistry.h"
 #include "ui/via/ViaVisualizerCtrl.h"
 
+using namespace Qt::StringLiterals;
+
 class ModuleSupportTest : public QObject {
     Q_OBJECT
 
@@ -45,7 +47,7 @@ class ModuleSupportTest : public QObject {
                 dialog.reject();
                 return;
             }
-            auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+            auto* edit = dialog.findChild<QLineEdit*>(u"fileNameEdit"_s);
             edit->setText(name);
             QTest::keyClick(edit, Qt::Key_Return);
         });
@@ -70,17 +72,17 @@ private slots:
             const kv::MessageAnswer expected =
                 button == QMessageBox::Yes ? kv::MessageAnswer::Yes : kv::MessageAnswer::No;
             QCOMPARE(port.Show(request), expected);
-            QCOMPARE(shownText, QStringLiteral("Overwrite the file?"));
+            QCOMPARE(shownText, u"Overwrite the file?"_s);
             QCOMPARE(shownDefault, QMessageBox::No);
         }
     }
 
     void filtersBecomeQtFilters() {
         QCOMPARE(kv::ui::QtFileFilter("Bit sequence file (*.bit)|*.bit|All Files (*.*) | *.*|"),
-                 QStringLiteral("Bit sequence file (*.bit);;All Files (*.*)"));
+                 u"Bit sequence file (*.bit);;All Files (*.*)"_s);
         QCOMPARE(kv::ui::QtFileFilter("SPICE files (*.cir;*.inc)|*.cir; *.inc||"),
-                 QStringLiteral("SPICE files (*.cir *.inc)"));
-        QCOMPARE(kv::ui::QtFileFilter("Plain|*.txt|"), QStringLiteral("Plain (*.txt)"));
+                 u"SPICE files (*.cir *.inc)"_s);
+        QCOMPARE(kv::ui::QtFileFilter("Plain|*.txt|"), u"Plain (*.txt)"_s);
         QCOMPARE(kv::ui::QtFileFilter(""), QString());
     }
 
@@ -88,21 +90,19 @@ private slots:
         QTemporaryDir folder;
         kv::ui::QtFileChooser chooser;
         kv::FileQuery query;
-        query.defaultFileName = folder.filePath(QStringLiteral("proposed.bit")).toStdString();
+        query.defaultFileName = folder.filePath(u"proposed.bit"_s).toStdString();
         query.defaultExtension = "bit";
         query.filter = "Bit sequence file (*.bit)|*.bit|All Files (*.*) | *.*|";
         QStringList offered;
-        TypeIntoNextFileDialog(folder.filePath(QStringLiteral("typed")), &offered);
+        TypeIntoNextFileDialog(folder.filePath(u"typed"_s), &offered);
         const std::optional<kv::ChosenFile> saved = chooser.ChooseSaveFile(query);
         QVERIFY(saved.has_value());
-        QCOMPARE(QString::fromStdString(saved->Path().string()),
-                 folder.filePath(QStringLiteral("typed.bit")));
-        QCOMPARE(offered, QStringList({QStringLiteral("Bit sequence file (*.bit)"),
-                                       QStringLiteral("All Files (*.*)")}));
+        QCOMPARE(QString::fromStdString(saved->Path().string()), folder.filePath(u"typed.bit"_s));
+        QCOMPARE(offered, QStringList({u"Bit sequence file (*.bit)"_s, u"All Files (*.*)"_s}));
         TypeIntoNextFileDialog(QString());
         QVERIFY(!chooser.ChooseSaveFile(query).has_value());
 
-        QFile file(folder.filePath(QStringLiteral("pattern.bit")));
+        QFile file(folder.filePath(u"pattern.bit"_s));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.close();
         TypeIntoNextFileDialog(file.fileName());

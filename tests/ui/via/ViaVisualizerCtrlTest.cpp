@@ -20,6 +20,8 @@
 #include "ui/shared/ControlIds.h"
 #include "ui/via/ViaVisualizerCtrl.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using kv::ui::CViaVisualizerCtrl;
@@ -65,7 +67,7 @@ private slots:
         QVERIFY(control.Create(&parent, 1300));
         QCOMPARE(control.GetWindow(), &control);
         QCOMPARE(control.parentWidget(), &parent);
-        QCOMPARE(control.objectName(), QStringLiteral("ctl1300"));
+        QCOMPARE(control.objectName(), u"ctl1300"_s);
         QVERIFY(!control.Create(nullptr, 1301));
         QCOMPARE(control.parentWidget(), &parent);
         control.setParent(nullptr);
@@ -85,7 +87,7 @@ private slots:
             QCOMPARE(input.vias[v].elements.size(), pair.vias[v].elements.size());
             QCOMPARE(input.vias[v].ports.size(), pair.vias[v].ports.size());
         }
-        const QString path = m_folder->filePath(QStringLiteral("pair.cir"));
+        const QString path = m_folder->filePath(u"pair.cir"_s);
         QVERIFY(control->ExportToSpiceFile(path.toUtf8().constData()));
         QVERIFY(ReadText(path.toStdString()).find(".SUBCKT " + pair.subcircuit + "\n") !=
                 std::string::npos);
@@ -101,11 +103,11 @@ private slots:
         QVERIFY(QDir(m_folder->path()).isEmpty());
 
         control->SetNames("SUB", "board", nullptr);
-        AnswerWith(QStringLiteral("board.cir"));
+        AnswerWith(u"board.cir"_s);
         QVERIFY(control->ExportToSpice());
         QCOMPARE(m_chooser.queries.size(), std::size_t{2});
         QCOMPARE(m_chooser.queries.back().defaultFileName, std::string("board.cir"));
-        const QString path = m_folder->filePath(QStringLiteral("board.cir"));
+        const QString path = m_folder->filePath(u"board.cir"_s);
         QVERIFY(ReadText(path.toStdString()).find(".SUBCKT SUB\n") != std::string::npos);
         QVERIFY(m_messages.Requests().empty());
     }
@@ -113,9 +115,9 @@ private slots:
     void emptyControlExportsNothing() {
         CViaVisualizerCtrl control;
         control.SetFileChooser(&m_chooser);
-        AnswerWith(QStringLiteral("empty.cir"));
+        AnswerWith(u"empty.cir"_s);
         QVERIFY(!control.ExportToSpice());
-        QVERIFY(!control.ExportToSpiceFile(m_folder->filePath(QStringLiteral("e.cir")).toUtf8()));
+        QVERIFY(!control.ExportToSpiceFile(m_folder->filePath(u"e.cir"_s).toUtf8()));
         QVERIFY(!control.ExportToSpiceFile(nullptr));
         QVERIFY(m_chooser.queries.empty());
         QVERIFY(QDir(m_folder->path()).isEmpty());
@@ -131,10 +133,8 @@ private slots:
                 texts << action->text();
             }
         }
-        QCOMPARE(texts,
-                 QStringList({QStringLiteral("Export to Spice..."), QStringLiteral("Side view"),
-                              QStringLiteral("Top view"), QStringLiteral("Copy image"),
-                              QStringLiteral("Save image...")}));
+        QCOMPARE(texts, QStringList({u"Export to Spice..."_s, u"Side view"_s, u"Top view"_s,
+                                     u"Copy image"_s, u"Save image..."_s}));
         menu->actions().at(3)->trigger();  // "Top view"
         QCOMPARE(control->Model().View(), kv::ViaView::Top);
         // The copied picture is the one the window shows.
@@ -142,10 +142,10 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32),
                  control->grab().toImage().convertToFormat(QImage::Format_RGB32));
 
-        AnswerWith(QStringLiteral("top.png"));
+        AnswerWith(u"top.png"_s);
         menu->actions().at(6)->trigger();  // "Save image..."
         QCOMPARE(m_chooser.queries.back().defaultFileName, std::string("via.png"));
-        QCOMPARE(QImage(m_folder->filePath(QStringLiteral("top.png"))).size(), QSize(800, 500));
+        QCOMPARE(QImage(m_folder->filePath(u"top.png"_s)).size(), QSize(800, 500));
     }
 
     void hoverNamesTheLayerUnderTheMouse() {
@@ -162,11 +162,11 @@ private slots:
             previous = text;
         }
         QCOMPARE(seen.size(), 11);
-        QCOMPARE(seen.first(), QStringLiteral("1 TOP"));
-        QCOMPARE(seen.last(), QStringLiteral("11 BOTTOM"));
+        QCOMPARE(seen.first(), u"1 TOP"_s);
+        QCOMPARE(seen.last(), u"11 BOTTOM"_s);
         control->SetView(1);
         control->SetTopViewLayer(2);
-        QVERIFY(control->HoverText(QPoint(10, 10)).startsWith(QStringLiteral("3 GND2: plane")));
+        QVERIFY(control->HoverText(QPoint(10, 10)).startsWith(u"3 GND2: plane"_s));
     }
 
     void padTopViewShowsOnePadOnItsOwn() {
@@ -176,7 +176,7 @@ private slots:
         pad.padType = PAD_TYPE_PAD;
         pad.shape = PAD_SHAPE_ROUND;
         pad.pad_x = pad.pad_y = 600e-6;
-        view.SetPad(&pad, 200e-6, 25e-6, true, QStringLiteral("layer 1 TOP"));
+        view.SetPad(&pad, 200e-6, 25e-6, true, u"layer 1 TOP"_s);
         const QImage image = view.grab().toImage();
         // Between the plated hole and the pad's rim, the pad's copper shows.
         int copper = 0;
