@@ -1,8 +1,9 @@
 // The eye-diagram sheet as a host drives it through the factory: which pages
 // each flag combination shows, the page flags, hook and help, write-back on OK
-// only, and each page's controls and charts reaching its model and showing
-// what it holds. The models' rules are tested without a window
-// (tests/core/eyediagram). Every modal is answered by the test.
+// only and the pages working together; then each page on its own, its
+// controls and charts reaching its model and showing what it holds. The
+// models' rules are tested without a window (tests/core/eyediagram). Every
+// modal is answered by the test.
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -19,6 +20,7 @@
 #include "core/bitpattern/PatternPainters.h"
 #include "core/stimulus/EyeMask.h"
 #include "core/stimulus/SequenceType.h"
+#include "core/stimulus/StimulusData.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
 #include "module/KVComCtlFactory.h"
 #include "tests/support/RecordingMessagePort.h"
@@ -27,7 +29,9 @@
 #include "tests/support/TestSupport.h"
 #include "ui/bitpattern/BitPatternCtrl.h"
 #include "ui/chart/ChartControl.h"
+#include "ui/eyediagram/EyeDiagramMaskPage.h"
 #include "ui/eyediagram/EyeDiagramSheet.h"
+#include "ui/eyediagram/EyeDiagramStimulusPage.h"
 #include "ui/eyediagram/VelStimulusPage.h"
 
 using namespace Qt::StringLiterals;
@@ -81,7 +85,7 @@ QTabWidget& Pages(QDialog& sheet) {
 }
 
 // The points of the curve the legend lists under `name`; empty without one.
-std::vector<VEC2> CurveNamed(QDialog& sheet, const char* area, std::string_view name) {
+std::vector<VEC2> CurveNamed(QWidget& sheet, const char* area, std::string_view name) {
     const kv::Chart& chart = sheet.findChild<QWidget*>(QString::fromLatin1(area))
                                  ->findChild<CChartControl*>()
                                  ->GetChart();
@@ -93,12 +97,16 @@ std::vector<VEC2> CurveNamed(QDialog& sheet, const char* area, std::string_view 
     return {};
 }
 
+QString TextOf(QWidget& page, int controlId) {
+    return FindControl<QLineEdit>(&page, controlId)->text();
+}
+
 bool AtNs(double seconds, double nanoseconds) {
     return qAbs(seconds / 1e-9 - nanoseconds) < 1e-9;
 }
 
 // Types into a field key by key, without finishing the edit.
-void KeyIn(QDialog& sheet, int controlId, const QString& text) {
+void KeyIn(QWidget& sheet, int controlId, const QString& text) {
     auto* field = FindControl<QLineEdit>(&sheet, controlId);
     field->setFocus();
     field->selectAll();
@@ -274,68 +282,86 @@ private slots:
         QCOMPARE(BitsOf(*data), u"0110"_s);
     }
 
-    // Every control of the editing page shows what the model holds, for every
-    // kind, and the user's doings reach it.
-    void editingPageShowsItsModel() {
+    // Leaving a page commits what was typed on it, a page that refuses to be
+    // left keeps the sheet open, and the mask page draws for the bit interval
+    // set on the stimulus page.
+    void pagesShareTheStimulusAcrossTabs() {
         auto data = kv::test::NewData(g_factory);
-        m_messages.QueueAnswer(kv::MessageAnswer::Ok);  // the cancel question
-        bool ran = false;
-        QVERIFY(!Edit(data.get(), 0x80, [&](QDialog& sheet) {
-            ran = true;
-            const kv::StimulusEditPageModel& model =
-                sheet.findChild<kv::ui::CVelStimulusPage*>()->Model();
-            auto* sequence = FindControl<QComboBox>(&sheet, id::kSequence);
-            auto* pattern = FindControl<CBitPatternCtrl>(&sheet, id::kPattern);
-            for (int position = 1; position <= kv::stimulus_edit::kListPositions; ++position) {
-                sequence->setCurrentIndex(position - 1);
-                QCOMPARE(model.Position(), position);
-                for (const int controlId : kv::StimulusEditPageModel::ControlsWithVisibility()) {
-                    QVERIFY2(
-                        FindControl<QWidget>(&sheet, controlId)->isHidden() !=
-                            model.IsShown(controlId),
-                        qPrintable(u"control %1 at position %2"_s.arg(controlId).arg(position)));
-                }
-                for (const int label :
-                     {id::kPeriodLabel, id::kRepetitionsLabel, id::kLevelLabel, id::kJitterLabel}) {
-                    QCOMPARE(FindControl<QLabel>(&sheet, label)->text().toStdString(),
-                             std::string(model.Label(label)));
-                }
-                for (const int list : {id::kLevel, id::kJitterUnit}) {
-                    QCOMPARE(FindControl<QComboBox>(&sheet, list)->itemText(0).toStdString(),
-                             std::string(model.ItemText(list, 0)));
-                }
-                QCOMPARE(pattern->IsReadOnly(), model.PatternReadOnly());
-                QCOMPARE(BitsOf(pattern->m_bits.Data()), BitsOf(model.Bits()));
-            }
-            FindControl<QComboBox>(&sheet, id::kLevel)->setCurrentIndex(1);
-            QCOMPARE(model.LevelIndex(), 1);
-            FindControl<QComboBox>(&sheet, id::kDistribution)->setCurrentIndex(1);
-            QCOMPARE(model.DistributionIndex(), 1);
-            FindControl<QComboBox>(&sheet, id::kJitterUnit)->setCurrentIndex(1);
-            QCOMPARE(model.JitterUnitIndex(), 1);
-            FindControl<QCheckBox>(&sheet, id::kRepeatJitter)->setChecked(false);
-            QVERIFY(!model.RepeatJitter());
-            // Fields and spin boxes show the model's texts and refuse through it.
-            sequence->setCurrentIndex(0);  // Oscillator
-            Type(sheet, id::kHighTime, "1.32");
-            QCOMPARE(FindControl<QLineEdit>(&sheet, id::kDuty)->text(), u"40.000"_s);
-            FindControl<QSpinBox>(&sheet, id::kDutySpin)->setValue(30);
-            QCOMPARE(FindControl<QLineEdit>(&sheet, id::kHighTime)->text(), u"0.990"_s);
-            m_messages.Clear();
-            Type(sheet, id::kPeriod, "0");
-            QCOMPARE(m_messages.Requests().size(), std::size_t{1});
-            QCOMPARE(FindControl<QLineEdit>(&sheet, id::kPeriod)->text(), u"0"_s);
-            Type(sheet, id::kPeriod, "3.3");
-            // Repetitions reach the Pulse painter.
-            sequence->setCurrentIndex(2);
-            FindControl<QSpinBox>(&sheet, id::kRepetitionsSpin)->setValue(7);
-            const auto* painter =
-                dynamic_cast<const kv::CRepetitionPaint*>(&pattern->Editor().Painter());
-            QVERIFY(painter != nullptr);
-            QCOMPARE(painter->Repetitions(), 7);
-            Click(sheet, kvcomctl_ids::kSheetCancel);
+        data->SetPeriod(1.0);
+        std::vector<VEC2> opening;
+        bool stayed = false;
+        QVERIFY(Edit(data.get(), 0x03, [&](QDialog& sheet) {
+            Type(sheet, stim_id::kBitInterval, "2");
+            FindControl<QLineEdit>(&sheet, stim_id::kMaxJitter)->setText("0.5");  // not committed
+            Pages(sheet).setCurrentIndex(1);
+            opening = CurveNamed(sheet, "maskDrawingArea", "Mask opening");
+            Type(sheet, mask_id::kCross, "4.5");  // refused: not below the top level
+            Click(sheet, kvcomctl_ids::kSheetOk);
+            stayed = sheet.isVisible();
+            Type(sheet, mask_id::kCross, "2.5");
+            Click(sheet, kvcomctl_ids::kSheetOk);
         }));
-        QVERIFY(ran);
+        QVERIFY(stayed);
+        QVERIFY(AtNs(opening.at(3).x, 2.0));
+        QCOMPARE(data->GetPeriod(), 2.0);
+        QCOMPARE(data->GetMaxJitter(), 0.5);
+    }
+
+    // Every control of the editing page shows what its model holds, for every
+    // kind, and the user's doings reach the model.
+    void editingPageShowsItsModel() {
+        kv::CStimulusData data;
+        kv::ui::CVelStimulusPage page(data, 0);
+        page.show();
+        const kv::StimulusEditPageModel& model = page.Model();
+        auto* sequence = FindControl<QComboBox>(&page, id::kSequence);
+        auto* pattern = FindControl<CBitPatternCtrl>(&page, id::kPattern);
+        for (int position = 1; position <= kv::stimulus_edit::kListPositions; ++position) {
+            sequence->setCurrentIndex(position - 1);
+            QCOMPARE(model.Position(), position);
+            for (const int controlId : kv::StimulusEditPageModel::ControlsWithVisibility()) {
+                QVERIFY2(
+                    FindControl<QWidget>(&page, controlId)->isHidden() != model.IsShown(controlId),
+                    qPrintable(u"control %1 at position %2"_s.arg(controlId).arg(position)));
+            }
+            for (const int label :
+                 {id::kPeriodLabel, id::kRepetitionsLabel, id::kLevelLabel, id::kJitterLabel}) {
+                QCOMPARE(FindControl<QLabel>(&page, label)->text().toStdString(),
+                         std::string(model.Label(label)));
+            }
+            for (const int list : {id::kLevel, id::kJitterUnit}) {
+                QCOMPARE(FindControl<QComboBox>(&page, list)->itemText(0).toStdString(),
+                         std::string(model.ItemText(list, 0)));
+            }
+            QCOMPARE(pattern->IsReadOnly(), model.PatternReadOnly());
+            QCOMPARE(BitsOf(pattern->m_bits.Data()), BitsOf(model.Bits()));
+        }
+        FindControl<QComboBox>(&page, id::kLevel)->setCurrentIndex(1);
+        QCOMPARE(model.LevelIndex(), 1);
+        FindControl<QComboBox>(&page, id::kDistribution)->setCurrentIndex(1);
+        QCOMPARE(model.DistributionIndex(), 1);
+        FindControl<QComboBox>(&page, id::kJitterUnit)->setCurrentIndex(1);
+        QCOMPARE(model.JitterUnitIndex(), 1);
+        FindControl<QCheckBox>(&page, id::kRepeatJitter)->setChecked(false);
+        QVERIFY(!model.RepeatJitter());
+        // Fields and spin boxes show the model's texts and refuse through it.
+        sequence->setCurrentIndex(0);  // Oscillator
+        Type(page, id::kHighTime, "1.32");
+        QCOMPARE(TextOf(page, id::kDuty), u"40.000"_s);
+        FindControl<QSpinBox>(&page, id::kDutySpin)->setValue(30);
+        QCOMPARE(TextOf(page, id::kHighTime), u"0.990"_s);
+        Type(page, id::kPeriod, "0");  // refused, and left as typed
+        QCOMPARE(m_messages.Requests().size(), std::size_t{1});
+        QCOMPARE(TextOf(page, id::kPeriod), u"0"_s);
+        QVERIFY(!page.OnKillActive());
+        Type(page, id::kPeriod, "3.3");
+        // Repetitions reach the Pulse painter.
+        sequence->setCurrentIndex(2);
+        FindControl<QSpinBox>(&page, id::kRepetitionsSpin)->setValue(7);
+        const auto* painter =
+            dynamic_cast<const kv::CRepetitionPaint*>(&pattern->Editor().Painter());
+        QVERIFY(painter != nullptr);
+        QCOMPARE(painter->Repetitions(), 7);
     }
 
     void editingPageFilesAndNames() {
@@ -347,172 +373,126 @@ private slots:
             chooser.answer = kv::ChosenFile{folder.path().toStdString(), name};
             return folder.filePath(QString::fromLatin1(name));
         };
-        auto data = kv::test::NewData(g_factory);
-        data->SetSeqType(4);
-        m_messages.QueueAnswer(kv::MessageAnswer::No);  // the apply question
-        QVERIFY(Edit(data.get(), 0x80, [&](QDialog& sheet) {
-            choose("good.bit");
-            Click(sheet, id::kLoad);
-            QCOMPARE(BitsOf(FindControl<CBitPatternCtrl>(&sheet, id::kPattern)->m_bits.Data()),
-                     u"101"_s);
-            const QString saved = choose("saved.bit");
-            Click(sheet, id::kSaveBits);
-            QCOMPARE(ReadText(saved.toStdString()), std::string("101"));
-            QCOMPARE(FindControl<QLineEdit>(&sheet, id::kFileName)->text(), saved);
+        kv::CStimulusData data;
+        data.SetSeqType(4);
+        kv::ui::CVelStimulusPage page(data, 0);
+        page.show();
+        choose("good.bit");
+        Click(page, id::kLoad);
+        QCOMPARE(BitsOf(FindControl<CBitPatternCtrl>(&page, id::kPattern)->m_bits.Data()),
+                 u"101"_s);
+        const QString saved = choose("saved.bit");
+        Click(page, id::kSaveBits);
+        QCOMPARE(ReadText(saved.toStdString()), std::string("101"));
+        QCOMPARE(TextOf(page, id::kFileName), saved);
 
-            auto* names = FindControl<QComboBox>(&sheet, id::kNameList);
-            auto* nameEdit = FindControl<QLineEdit>(&sheet, id::kNameEdit);
-            Click(sheet, id::kNew);
-            QVERIFY(!nameEdit->isHidden() && names->isHidden());
-            nameEdit->setText("clock");
-            Click(sheet, id::kSave);
-            QCOMPARE(names->currentText(), u"clock"_s);
-            Type(sheet, id::kPeriod, "7");
-            emit names->activated(names->findText("clock"));
-            QCOMPARE(FindControl<QLineEdit>(&sheet, id::kPeriod)->text(), u"3.300"_s);
-            Click(sheet, id::kRemove);
-            QCOMPARE(names->count(), 0);
-            Click(sheet, kvcomctl_ids::kSheetOk);
-        }));
-        QCOMPARE(BitsOf(*data), u"101"_s);
-        QCOMPARE(m_messages.Requests().size(), std::size_t{1});
+        auto* names = FindControl<QComboBox>(&page, id::kNameList);
+        auto* nameEdit = FindControl<QLineEdit>(&page, id::kNameEdit);
+        Click(page, id::kNew);
+        QVERIFY(!nameEdit->isHidden() && names->isHidden());
+        nameEdit->setText("clock");
+        Click(page, id::kSave);
+        QCOMPARE(names->currentText(), u"clock"_s);
+        Type(page, id::kPeriod, "7");
+        emit names->activated(names->findText("clock"));
+        QCOMPARE(TextOf(page, id::kPeriod), u"3.300"_s);
+        Click(page, id::kRemove);
+        QCOMPARE(names->count(), 0);
+        m_messages.QueueAnswer(kv::MessageAnswer::No);  // the apply question
+        QVERIFY(page.OnApply());
+        QCOMPARE(BitsOf(static_cast<IEyeDiagramData&>(data)), u"101"_s);
     }
 
     void maskPageWiring() {
-        auto data = kv::test::NewData(g_factory);
+        kv::CStimulusData data;
+        data.SetPeriod(1.0);
         EYEMASK mask = kv::DefaultEyeMask();
         mask.ScaleTime = 3.0;
-        data->SetMask(mask);
-        // Made but not shown: nothing is checked.
-        QVERIFY(!Edit(data.get(), 0x01,
-                      [&](QDialog& sheet) { Click(sheet, kvcomctl_ids::kSheetCancel); }));
-        QVERIFY(m_messages.Requests().empty());
-        QVERIFY(Edit(data.get(), 0x02, [&](QDialog& sheet) {
-            QCOMPARE(m_messages.Requests().size(), std::size_t{1});  // the mask was replaced
-            QCOMPARE(FindControl<QLineEdit>(&sheet, mask_id::kScaleTime)->text(), u"100.000"_s);
-            Type(sheet, mask_id::kCross, "4.5");  // refused: not below the top level
-            QCOMPARE(FindControl<QLineEdit>(&sheet, mask_id::kCross)->text(), u"4.5"_s);
-            QCOMPARE(m_messages.Requests().size(), std::size_t{2});
-            Click(sheet, kvcomctl_ids::kSheetOk);  // the refused text keeps the sheet open
-            QVERIFY(sheet.isVisible());
-            Type(sheet, mask_id::kCross, "2.0");
-            FindControl<QLineEdit>(&sheet, mask_id::kName)->setText("Low cross");
-            Click(sheet, mask_id::kSaveAs);
-            auto* library = FindControl<QComboBox>(&sheet, mask_id::kLibrary);
-            QCOMPARE(library->currentText(), u"Low cross"_s);
-            Type(sheet, mask_id::kCross, "2.25");
-            emit library->activated(0);  // the question: Yes keeps the change
-            QCOMPARE(FindControl<QLineEdit>(&sheet, mask_id::kCross)->text(), u"2.250"_s);
-            Click(sheet, mask_id::kDelete);
-            QCOMPARE(library->count(), 0);
-            Click(sheet, kvcomctl_ids::kSheetOk);
-        }));
-        QCOMPARE(data->GetMask()->PCross, 2.25);
-        QCOMPARE(data->GetMask()->ScaleTime, 1.0);
+        data.SetMask(mask);
+        kv::ui::CEyeDiagramMaskPage page(data);
+        QVERIFY(m_messages.Requests().empty());  // made but not shown: nothing is checked
+        page.show();
+        QCOMPARE(m_messages.Requests().size(), std::size_t{1});  // the mask was replaced
+        QCOMPARE(TextOf(page, mask_id::kScaleTime), u"100.000"_s);
+        // The drawing follows a value while it is typed.
+        const auto opening = [&] { return CurveNamed(page, "maskDrawingArea", "Mask opening"); };
+        QVERIFY(AtNs(opening().at(0).x, 0.1));
+        QCOMPARE(CurveNamed(page, "maskDrawingArea", "Level limits").size(), std::size_t{2});
+        KeyIn(page, mask_id::kCross1Max, "15");
+        QVERIFY(AtNs(opening().at(0).x, 0.15));
+        Type(page, mask_id::kCross1Max, "10");
+        Type(page, mask_id::kCross, "4.5");  // refused, and left as typed
+        QCOMPARE(TextOf(page, mask_id::kCross), u"4.5"_s);
+        QCOMPARE(m_messages.Requests().size(), std::size_t{2});
+        QVERIFY(!page.OnKillActive());
+        Type(page, mask_id::kCross, "2.0");
+        FindControl<QLineEdit>(&page, mask_id::kName)->setText("Low cross");
+        Click(page, mask_id::kSaveAs);
+        auto* library = FindControl<QComboBox>(&page, mask_id::kLibrary);
+        QCOMPARE(library->currentText(), u"Low cross"_s);
+        Type(page, mask_id::kCross, "2.25");
+        emit library->activated(0);  // the question: Yes keeps the change
+        QCOMPARE(TextOf(page, mask_id::kCross), u"2.250"_s);
+        Click(page, mask_id::kDelete);
+        QCOMPARE(library->count(), 0);
+        QVERIFY(page.OnKillActive() && page.OnApply());
+        QCOMPARE(data.GetMask()->PCross, 2.25);
+        QCOMPARE(data.GetMask()->ScaleTime, 1.0);
     }
 
-    void eyeStimulusPageWiring() {
-        auto data = kv::test::NewData(g_factory);
-        QVERIFY(Edit(data.get(), 0x03, [&](QDialog& sheet) {
-            Type(sheet, stim_id::kCycles, "2049");  // refused, and left as typed
-            QCOMPARE(FindControl<QLineEdit>(&sheet, stim_id::kCycles)->text(), u"2049"_s);
-            Type(sheet, stim_id::kCycles, "2");
-            auto* maximum = FindControl<QLineEdit>(&sheet, stim_id::kMaxJitter);
-            maximum->setText("0.5");  // typed, not yet committed
-            Pages(sheet).setCurrentIndex(1);
-            Pages(sheet).setCurrentIndex(0);
-            FindControl<QRadioButton>(&sheet, stim_id::kAdvancedJitter)->setChecked(true);
-            auto* uniform = FindControl<QCheckBox>(&sheet, stim_id::kComponentEnabled + 1);
-            auto* magnitude = FindControl<QLineEdit>(&sheet, stim_id::kComponentMagnitude + 1);
-            QVERIFY(!maximum->isEnabled() && uniform->isEnabled() && !magnitude->isEnabled());
-            uniform->setChecked(true);
-            auto* unit = FindControl<QComboBox>(&sheet, stim_id::kComponentUnit + 1);
-            unit->setCurrentIndex(1);  // ns
-            Type(sheet, stim_id::kComponentMagnitude + 1, "1.5");
-            unit->setCurrentIndex(0);
-            QCOMPARE(magnitude->text(), u"45.455"_s);
-            auto* sequence = FindControl<QComboBox>(&sheet, stim_id::kSequence);
-            auto* pattern = FindControl<CBitPatternCtrl>(&sheet, stim_id::kPattern);
-            sequence->setCurrentIndex(1);  // 8B/10B
-            QCOMPARE(pattern->m_bits.GetSize(), 20);
-            sequence->setCurrentIndex(0);  // PRBS
-            FindControl<QSpinBox>(&sheet, stim_id::kPolyDegree)->setValue(3);
-            QCOMPARE(pattern->m_bits.GetSize(), 7);
-            Click(sheet, kvcomctl_ids::kSheetOk);
-        }));
+    // The eye-diagram stimulus page and its waveform preview, which follows
+    // the typed bits and the fields.
+    void eyeStimulusPageWiringAndPreview() {
+        kv::CStimulusData data;
+        data.SetSeqType(kv::seq::kCustom);
+        data.SetBits(nullptr, 0);
+        data.SetPeriod(2.0);
+        data.SetCycleCount(1);
+        // In a window, as in the sheet: the page watches its pattern control, which must not
+        // outlive it.
+        QWidget window;
+        auto& page = *new kv::ui::CEyeDiagramStimulusPage(data, 0, 0);
+        page.setParent(&window);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const auto preview = [&] { return CurveNamed(page, "waveformPreviewArea", "Stimulus"); };
+        QVERIFY(preview().empty());
+        auto* pattern = FindControl<CBitPatternCtrl>(&page, stim_id::kPattern);
+        pattern->setFocus();
+        QTest::keyClicks(pattern, "0110");
+        QVERIFY(AtNs(preview().back().x, 8.0));  // four bits of 2 ns
+        Type(page, stim_id::kBitInterval, "4");
+        QVERIFY(AtNs(preview().back().x, 16.0));
+        Type(page, stim_id::kCycles, "2049");  // refused, and left as typed
+        QCOMPARE(TextOf(page, stim_id::kCycles), u"2049"_s);
+        Type(page, stim_id::kCycles, "2");
+        auto* maximum = FindControl<QLineEdit>(&page, stim_id::kMaxJitter);
+        maximum->setText("0.5");  // typed, not yet committed
+        QVERIFY(page.OnKillActive());
+        FindControl<QRadioButton>(&page, stim_id::kAdvancedJitter)->setChecked(true);
+        auto* uniform = FindControl<QCheckBox>(&page, stim_id::kComponentEnabled + 1);
+        auto* magnitude = FindControl<QLineEdit>(&page, stim_id::kComponentMagnitude + 1);
+        QVERIFY(!maximum->isEnabled() && uniform->isEnabled() && !magnitude->isEnabled());
+        uniform->setChecked(true);
+        auto* unit = FindControl<QComboBox>(&page, stim_id::kComponentUnit + 1);
+        unit->setCurrentIndex(1);  // ns
+        Type(page, stim_id::kComponentMagnitude + 1, "1.5");
+        unit->setCurrentIndex(0);
+        QCOMPARE(magnitude->text(), u"37.500"_s);
+        auto* sequence = FindControl<QComboBox>(&page, stim_id::kSequence);
+        sequence->setCurrentIndex(sequence->findData(kv::seq::k8b10b));
+        QCOMPARE(pattern->m_bits.GetSize(), 20);
+        sequence->setCurrentIndex(sequence->findData(kv::seq::kPrbs));
+        FindControl<QSpinBox>(&page, stim_id::kPolyDegree)->setValue(3);
+        QCOMPARE(pattern->m_bits.GetSize(), 7);
+        QVERIFY(page.OnApply());
         QCOMPARE(m_messages.Requests().size(), std::size_t{1});
-        QCOMPARE(data->GetCycleCount(), 2);
-        QCOMPARE(data->GetMaxJitter(), 0.5);
-        QVERIFY(data->GetAdvancedJitter() && data->GetAddJitter(1));
-        QCOMPARE(data->GetUniformMag(), 1.5 * 100 / 3.3);
-        QCOMPARE(data->GetBitCount(), 7);
-    }
-
-    // The stimulus page's waveform preview follows the typed bits and the fields.
-    void previewFollowsTypedBitsAndTheStimulusFields() {
-        auto data = kv::test::NewData(g_factory);
-        data->SetSeqType(kv::seq::kCustom);
-        data->SetBits(nullptr, 0);
-        data->SetPeriod(2.0);
-        data->SetCycleCount(1);
-        data->SetDutyCycle(50.0);
-        std::vector<std::vector<VEC2>> seen;
-        QVERIFY(!Edit(data.get(), 0x01, [&](QDialog& sheet) {
-            const auto record = [&] {
-                seen.push_back(CurveNamed(sheet, "waveformPreviewArea", "Stimulus"));
-            };
-            record();
-            auto* pattern = FindControl<CBitPatternCtrl>(&sheet, stim_id::kPattern);
-            pattern->setFocus();
-            QTest::keyClicks(pattern, "0110");
-            record();
-            Type(sheet, stim_id::kBitInterval, "4");
-            record();
-            Type(sheet, stim_id::kCycles, "3");
-            record();
-            auto* sequence = FindControl<QComboBox>(&sheet, stim_id::kSequence);
-            sequence->setCurrentIndex(sequence->findData(kv::seq::kToggling));
-            Type(sheet, stim_id::kDutyCycle, "25");
-            record();
-            sheet.done(QDialog::Rejected);
-        }));
-        QCOMPARE(seen.size(), std::size_t{5});
-        QVERIFY(seen[0].empty());
-        QVERIFY(AtNs(seen[1].back().x, 8.0));   // four bits of 2 ns
-        QVERIFY(AtNs(seen[2].back().x, 16.0));  // of 4 ns
-        QVERIFY(AtNs(seen[3].back().x, 48.0));  // three cycles
-        QVERIFY(AtNs(seen[4][1].x, 1.0));       // toggling: high for a quarter of 4 ns
-    }
-
-    // The mask page's drawing follows the mask while it is typed and the bit
-    // interval set on the stimulus page.
-    void maskDrawingFollowsTypedValuesAndTheBitInterval() {
-        auto data = kv::test::NewData(g_factory);
-        data->SetPeriod(1.0);
-        std::vector<std::vector<VEC2>> opening;
-        QVERIFY(!Edit(data.get(), 0x03, [&](QDialog& sheet) {
-            const auto record = [&] {
-                opening.push_back(CurveNamed(sheet, "maskDrawingArea", "Mask opening"));
-            };
-            Pages(sheet).setCurrentIndex(1);
-            record();
-            QCOMPARE(CurveNamed(sheet, "maskDrawingArea", "Level limits").size(), std::size_t{2});
-            KeyIn(sheet, mask_id::kCross1Max, "15");  // not yet committed
-            record();
-            KeyIn(sheet, mask_id::kOffsetVolt, "1");
-            record();
-            Pages(sheet).setCurrentIndex(0);
-            Type(sheet, stim_id::kBitInterval, "2");
-            Pages(sheet).setCurrentIndex(1);
-            record();
-            sheet.done(QDialog::Rejected);
-        }));
-        QCOMPARE(opening.size(), std::size_t{4});
-        QVERIFY(AtNs(opening[0][0].x, 0.1));
-        QCOMPARE(opening[0][0].y, 2.5);
-        QVERIFY(AtNs(opening[1][0].x, 0.15));
-        QCOMPARE(opening[2][0].y, 3.5);
-        QVERIFY(AtNs(opening[3][3].x, 2.0));
+        QCOMPARE(data.GetCycleCount(), 2);
+        QCOMPARE(data.GetMaxJitter(), 0.5);
+        QVERIFY(data.GetAdvancedJitter() && data.GetAddJitter(1));
+        QCOMPARE(data.GetUniformMag(), 37.5);
+        QCOMPARE(data.GetBitCount(), 7);
     }
 };
 
