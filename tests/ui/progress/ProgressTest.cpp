@@ -228,35 +228,28 @@ private slots:
     }
 
     void delayedDialogDecidesOnTheFirstTick_data() {
+        QTest::addColumn<uint>("delay");
         QTest::addColumn<int>("percent");
         QTest::addColumn<bool>("shown");
-        QTest::newRow("half done after 200 of 1000 ms") << 50 << false;
-        QTest::newRow("a tenth done after 200 of 1000 ms") << 10 << true;
+        QTest::newRow("half done after 200 of 1000 ms") << 1000u << 50 << false;
+        QTest::newRow("a tenth done after 200 of 1000 ms") << 1000u << 10 << true;
+        QTest::newRow("all ones: the host shows it") << 0xFFFFFFFFu << 10 << false;
     }
     void delayedDialogDecidesOnTheFirstTick() {
+        QFETCH(uint, delay);
         QFETCH(int, percent);
         QFETCH(bool, shown);
         kv::test::ManualClock clock;
         kv::ui::CProgressDlg dialog(&clock);
         HostWindows host;
-        QVERIFY(dialog.Create(host.owner, 1000));
+        QVERIFY(dialog.Create(host.owner, delay));
         QVERIFY(!dialog.isVisible());
         auto* timer = dialog.findChild<QTimer*>(u"delayTimer"_s);
-        QVERIFY(timer->isActive());
+        QCOMPARE(timer->isActive(), delay != 0xFFFFFFFFu);
         dialog.GetReport()->SetAll(nullptr, nullptr, percent);
         clock.ticks += 200;
         QTRY_VERIFY(!timer->isActive());  // stopped at its first tick
         QCOMPARE(dialog.isVisible(), shown);
-        dialog.Destroy();
-    }
-
-    void allOnesDelayWaitsForTheHost() {
-        kv::test::ManualClock clock;
-        kv::ui::CProgressDlg dialog(&clock);
-        HostWindows host;
-        QVERIFY(dialog.Create(host.owner, 0xFFFFFFFFu));
-        QVERIFY(!dialog.findChild<QTimer*>(u"delayTimer"_s)->isActive());
-        QVERIFY(!dialog.isVisible());
         dialog.Show(1);
         QVERIFY(dialog.isVisible());
         QVERIFY(dialog.isEnabled());  // an owned window takes input while its owner does not
@@ -350,6 +343,14 @@ private slots:
         }
         QVERIFY(host.toolWindow->isEnabled());
         QVERIFY(host.main.isEnabled());
+        // The owner deleted first leaves the dialog alive.
+        kv::ui::CProgressDlg dialog;
+        auto* owner = new HostWindows;
+        QVERIFY(dialog.Create(owner->owner, 0));
+        delete owner;
+        QVERIFY(dialog.parentWidget() == nullptr);
+        dialog.GetReport()->SetPercent(50);
+        dialog.Destroy();
     }
 
     void failedCreationEnablesTheOwnerAgain() {
@@ -384,16 +385,6 @@ private slots:
         const QPoint ownerCentre = host.toolWindow->frameGeometry().center();
         QVERIFY((centred.frameGeometry().center() - ownerCentre).manhattanLength() <= 8);
         centred.Destroy();
-    }
-
-    void ownerDeletedFirstLeavesTheDialogAlive() {
-        kv::ui::CProgressDlg dialog;
-        auto* host = new HostWindows;
-        QVERIFY(dialog.Create(host->owner, 0));
-        delete host;
-        QVERIFY(dialog.parentWidget() == nullptr);
-        dialog.GetReport()->SetPercent(50);
-        dialog.Destroy();
     }
 };
 
