@@ -4,7 +4,6 @@
 // which shares the code.
 
 #include <QClipboard>
-#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QImage>
 #include <QMenu>
@@ -16,7 +15,6 @@
 #include "tests/support/RecordingMessagePort.h"
 #include "tests/support/ScriptedFileChooser.h"
 #include "tests/support/TestSupport.h"
-#include "ui/shared/ControlIds.h"
 #include "ui/via/ViaVisualizerCtrl.h"
 
 using namespace Qt::StringLiterals;
