@@ -17,6 +17,7 @@ class CSheetPage : public QWidget {
     Q_OBJECT
 public:
     using QWidget::QWidget;
+    ~CSheetPage() override;
 
     virtual QString Title() const = 0;
     virtual bool OnKillActive() { return true; }

@@ -16,6 +16,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 #include <functional>
+#include <memory>
 
 #include "core/bitpattern/PatternPainters.h"
 #include "core/stimulus/EyeMask.h"
@@ -448,14 +449,13 @@ private slots:
         data.SetBits(nullptr, 0);
         data.SetPeriod(2.0);
         data.SetCycleCount(1);
-        // In a window, as in the sheet: the page watches its pattern control, which must not
-        // outlive it.
-        QWidget window;
-        auto& page = *new kv::ui::CEyeDiagramStimulusPage(data, 0, 0);
-        page.setParent(&window);
-        window.show();
-        window.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        // Shown on its own, as a host may show it: destroyed below with a field in focus, the
+        // page must not hear that field's focus-out after its own members are gone.
+        auto owned = std::make_unique<kv::ui::CEyeDiagramStimulusPage>(data, 0, 0);
+        auto& page = *owned;
+        page.show();
+        page.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&page));
         const auto preview = [&] { return CurveNamed(page, "waveformPreviewArea", "Stimulus"); };
         QVERIFY(preview().empty());
         auto* pattern = FindControl<CBitPatternCtrl>(&page, stim_id::kPattern);
