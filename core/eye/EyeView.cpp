@@ -17,8 +17,6 @@ constexpr int kPanelShareDivisor = 3;
 
 constexpr const char* kNotMeasured = "-";
 
-using UnitFormatter = bool (*)(double, char*, std::size_t, char*);
-
 // A measured value as the library's engineering formatters write it ("1.00 V", "3.300 ns").
 std::string Engineering(UnitFormatter format, double value) {
     if (!std::isfinite(value)) {

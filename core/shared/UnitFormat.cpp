@@ -201,4 +201,16 @@ bool FormatVoltage(double value, char* destination, std::size_t capacity, char* 
     return Deliver(MeasureMagnitude(kVoltageRanges, value), destination, capacity, unit);
 }
 
+std::span<const UnitQuantity> UnitQuantities() {
+    static constexpr UnitQuantity kQuantities[] = {
+        {"capacitance", "farads", FormatCapacitance},
+        {"inductance", "henries", FormatInductance},
+        {"resistance", "ohms", FormatResistance},
+        {"frequency", "hertz", FormatFrequency},
+        {"time", "seconds", FormatTime},
+        {"voltage", "volts", FormatVoltage},
+    };
+    return kQuantities;
+}
+
 }  // namespace kv

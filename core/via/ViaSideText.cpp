@@ -11,9 +11,7 @@ namespace {
 using namespace side_view;
 namespace style = via_view;
 
-using FormatFn = bool (*)(double, char*, std::size_t, char*);
-
-std::string Formatted(FormatFn format, double value) {
+std::string Formatted(UnitFormatter format, double value) {
     char text[kNumberTextCapacity + kUnitTextCapacity + 2];
     format(value, text, sizeof text - 1, nullptr);
     return text;
