@@ -36,9 +36,9 @@ void BindNumbers(py::module_& m) {
     m.def(
         "format_length",
         [](double metres, bool metric) {
-            std::array<char, 64> text{};
-            const bool inRange = FormatLength(metres, text.data(), text.size() - 1, metric);
-            return std::pair<std::string, bool>(text.data(), inRange);
+            bool inRange = false;
+            std::string text = LengthText(metres, metric, &inRange);
+            return std::pair(std::move(text), inRange);
         },
         py::arg("metres"), py::arg("metric") = false,
         "A length in metres as number, blank and unit: mils and inches, or um, mm, cm and m\n"

@@ -201,6 +201,14 @@ bool FormatVoltage(double value, char* destination, std::size_t capacity, char* 
     return Deliver(MeasureMagnitude(kVoltageRanges, value), destination, capacity, unit);
 }
 
+std::string LengthText(double metres, bool metric, bool* inRange) {
+    const Reading reading = MeasureLength(metres, metric);
+    if (inRange != nullptr) {
+        *inRange = reading.inRange;
+    }
+    return reading.Text();
+}
+
 std::span<const UnitQuantity> UnitQuantities() {
     static constexpr UnitQuantity kQuantities[] = {
         {"capacitance", "farads", FormatCapacitance},

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <span>
+#include <string>
 #include <string_view>
 
 // The engineering unit formatters: a quantity in SI base units as a short
@@ -33,6 +34,10 @@ bool FormatFrequency(double value, char* destination, std::size_t capacity, char
 bool FormatTime(double value, char* destination, std::size_t capacity, char* unit = nullptr);
 // Volts; the number of decimals follows the magnitude.
 bool FormatVoltage(double value, char* destination, std::size_t capacity, char* unit = nullptr);
+
+// The same "<number> <unit>" texts as strings, for callers that build longer texts from them.
+// `inRange`, when given, receives what the formatter returned.
+std::string LengthText(double metres, bool metric, bool* inRange = nullptr);
 
 using UnitFormatter = bool (*)(double value, char* destination, std::size_t capacity, char* unit);
 

@@ -62,7 +62,7 @@ std::string ViaLayerSummary(const SpiceExportInput& input, int layer) {
                        (dielectric ? "dielectric"
                         : plane    ? "plane"
                                    : "signal") +
-                       ", " + style::LengthText(record.thickness, input.metric);
+                       ", " + LengthText(record.thickness, input.metric);
     if (dielectric) {
         return text;
     }
@@ -71,14 +71,14 @@ std::string ViaLayerSummary(const SpiceExportInput& input, int layer) {
         const PADDATA* pad = PadOf(padstack, layer);
         text += std::string("\n") + ViaName(input, static_cast<int>(v)) + ": ";
         if (pad != nullptr && pad->padType == PAD_TYPE_PAD) {
-            text += "pad " + style::ShapeText(pad->shape) + " " +
-                    style::LengthText(pad->pad_x, input.metric);
+            text +=
+                "pad " + style::ShapeText(pad->shape) + " " + LengthText(pad->pad_x, input.metric);
             if (pad->antipad_x > 0.0) {
-                text += ", anti-pad " + style::LengthText(pad->antipad_x, input.metric);
+                text += ", anti-pad " + LengthText(pad->antipad_x, input.metric);
             }
         } else if (pad != nullptr && pad->padType == PAD_TYPE_ANTIPAD) {
             text += "anti-pad " + style::ShapeText(pad->shape) + " " +
-                    style::LengthText(pad->pad_x, input.metric);
+                    LengthText(pad->pad_x, input.metric);
         } else {
             text += "no pad";
         }

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/shared/UnitFormat.h"
 #include "core/via/ViaSpiceModel.h"
 #include "core/via/ViaViewStyle.h"
 
@@ -75,7 +76,7 @@ inline const char* TypeWord(const STACKUPLAYER& layer) {
 }
 
 inline std::string ValueText(const STACKUPLAYER& layer, bool metric) {
-    return std::string(TypeWord(layer)) + "  " + via_view::LengthText(layer.thickness, metric);
+    return std::string(TypeWord(layer)) + "  " + LengthText(layer.thickness, metric);
 }
 
 inline const char* ViaName(const SpiceExportInput& input, int via) {

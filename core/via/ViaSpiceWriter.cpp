@@ -48,9 +48,11 @@ std::string Number3(std::size_t index) {
     return digits.size() < 3 ? std::string(3 - digits.size(), '0') + digits : digits;
 }
 
-// A length with its unit. In the stackup table a number whose first decimal is 0 loses its
-// decimals altogether ("1.05" reads "1"); the table has always looked so and is kept.
-std::string LengthText(double metres, bool metric, bool cutAtPoint) {
+// A length with its unit, written as the subcircuit's comments have always had it and unlike
+// the views' LengthText: no blank before the unit, the number cut at kLengthFieldCapacity
+// characters and, in the stackup table, a number whose first decimal is 0 without its decimals
+// ("1.05" reads "1").
+std::string SpiceLengthText(double metres, bool metric, bool cutAtPoint) {
     std::array<char, kLengthFieldCapacity + 1> number{};
     std::array<char, kUnitTextCapacity + 1> unit{};
     FormatLength(metres, number.data(), kLengthFieldCapacity, metric, unit.data());
@@ -122,11 +124,11 @@ void WriteStackup(const SpiceExportInput& input, std::string& text) {
             const PADDATA pad = FirstViaPad(input, i);
             shape = PadShapeText(pad.shape);
             if (pad.shape != PAD_SHAPE_NONE) {
-                size = LengthText(pad.pad_x, input.metric, true);
+                size = SpiceLengthText(pad.pad_x, input.metric, true);
             }
         }
         text += '*' + Right(std::to_string(i + 1), 3) + "  " + Right(LayerTypeText(layer), 5) +
-                "  " + Right(LengthText(layer.thickness, input.metric, true), 8) + "   " +
+                "  " + Right(SpiceLengthText(layer.thickness, input.metric, true), 8) + "   " +
                 Right(shape, 4) + "  " + Right(size, 8) + "  " +
                 std::string(RecordName(layer.name)) + "  \n";
     }
@@ -139,7 +141,7 @@ void WritePorts(const SpiceExportInput& input, std::size_t viaIndex,
     }
     const PADSTACK& padstack = *input.vias[viaIndex].padstack;
     text += "* Padstack: \"" + std::string(RecordName(padstack.name)) +
-            "\"   Drill=" + LengthText(padstack.drill, input.metric, false) + '\n';
+            "\"   Drill=" + SpiceLengthText(padstack.drill, input.metric, false) + '\n';
     text += "* layers to connect (ports)\n";
     for (const CViaVizSpiceLayer& node : nodes) {
         if (node.port != nullptr) {

@@ -48,12 +48,6 @@ bool OnStackup(const CrossSectionData& data, const CrossSectionTrace& trace) {
     return trace.layer >= 0 && trace.layer < static_cast<int32_t>(data.layers.size());
 }
 
-std::string LengthText(double metres) {
-    char text[64];
-    FormatLength(metres, text, sizeof text - 1, true);
-    return text;
-}
-
 // Edge-to-edge separations between the current net and each coupled net on
 // the same layer, stacked upwards above the layer when there are several.
 void AddDimensions(const CrossSectionData& data, CrossSectionLayout& layout, int textHeight) {
@@ -82,7 +76,7 @@ void AddDimensions(const CrossSectionData& data, CrossSectionLayout& layout, int
             dimension.y = bandTop - kTickHalf - 1 - level * (textHeight + kTickHalf + 2);
             dimension.x1 = std::min(toPixel(fromX), toPixel(toX));
             dimension.x2 = std::max(toPixel(fromX), toPixel(toX));
-            dimension.text = LengthText(gap);
+            dimension.text = LengthText(gap, true);
             layout.dimensions.push_back(std::move(dimension));
         }
     }
