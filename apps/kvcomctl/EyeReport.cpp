@@ -20,11 +20,9 @@ std::string Quantity(double value, UnitFormatter format, std::string_view siUnit
     if (!std::isfinite(value)) {
         return std::string(kNotMeasured);
     }
-    char text[kNumberTextCapacity + kUnitTextCapacity + 2] = {};
-    if (format(value, text, sizeof text - 1, nullptr)) {
-        return text;
-    }
-    return FormatSignificant(value, 6) + " " + std::string(siUnit);
+    bool inRange = false;
+    std::string text = UnitText(format, value, &inRange);
+    return inRange ? text : FormatSignificant(value, 6) + " " + std::string(siUnit);
 }
 
 std::string Volts(double value) {

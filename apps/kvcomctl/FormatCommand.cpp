@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <array>
 #include <ostream>
 #include <span>
 #include <string>
@@ -43,10 +42,10 @@ int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
         throw UsageError{"--metric applies to lengths only"};
     }
     const double value = ParseReal(positional[1], "VALUE");
-    std::array<char, 64> text{};
-    const bool inRange = length ? FormatLength(value, text.data(), text.size() - 1, metric, nullptr)
-                                : quantity->format(value, text.data(), text.size() - 1, nullptr);
-    out << text.data() << '\n';
+    bool inRange = false;
+    out << (length ? LengthText(value, metric, &inRange)
+                   : UnitText(quantity->format, value, &inRange))
+        << '\n';
     return inRange ? kExitOk : kExitFailure;
 }
 

@@ -1,6 +1,5 @@
 #include <pybind11/stl.h>
 
-#include <array>
 #include <string>
 #include <utility>
 
@@ -13,9 +12,9 @@ namespace kv::python {
 namespace {
 
 std::pair<std::string, bool> Format(UnitFormatter format, double value) {
-    std::array<char, 64> text{};
-    const bool inRange = format(value, text.data(), text.size() - 1, nullptr);
-    return {text.data(), inRange};
+    bool inRange = false;
+    std::string text = UnitText(format, value, &inRange);
+    return {std::move(text), inRange};
 }
 
 double ParseEngineering(const std::string& text, bool spice, bool ampere, bool farad) {

@@ -1,7 +1,6 @@
 #include "core/eye/EyeView.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "core/eye/EyeMaskTest.h"
@@ -22,9 +21,7 @@ std::string Engineering(UnitFormatter format, double value) {
     if (!std::isfinite(value)) {
         return kNotMeasured;
     }
-    std::array<char, 64> text{};
-    format(value, text.data(), text.size() - 1, nullptr);
-    return text.data();
+    return UnitText(format, value);
 }
 
 }  // namespace

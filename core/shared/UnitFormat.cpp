@@ -209,6 +209,15 @@ std::string LengthText(double metres, bool metric, bool* inRange) {
     return reading.Text();
 }
 
+std::string UnitText(UnitFormatter format, double value, bool* inRange) {
+    char text[kNumberTextCapacity + 1 + kUnitTextCapacity + 1];
+    const bool shown = format(value, text, sizeof text - 1, nullptr);
+    if (inRange != nullptr) {
+        *inRange = shown;
+    }
+    return text;
+}
+
 std::span<const UnitQuantity> UnitQuantities() {
     static constexpr UnitQuantity kQuantities[] = {
         {"capacitance", "farads", FormatCapacitance},

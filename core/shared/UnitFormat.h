@@ -38,8 +38,8 @@ bool FormatVoltage(double value, char* destination, std::size_t capacity, char* 
 // The same "<number> <unit>" texts as strings, for callers that build longer texts from them.
 // `inRange`, when given, receives what the formatter returned.
 std::string LengthText(double metres, bool metric, bool* inRange = nullptr);
-
 using UnitFormatter = bool (*)(double value, char* destination, std::size_t capacity, char* unit);
+std::string UnitText(UnitFormatter format, double value, bool* inRange = nullptr);
 
 // A quantity the command line and the Python module format by name.
 struct UnitQuantity {

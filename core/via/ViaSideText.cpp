@@ -11,12 +11,6 @@ namespace {
 using namespace side_view;
 namespace style = via_view;
 
-std::string Formatted(UnitFormatter format, double value) {
-    char text[kNumberTextCapacity + kUnitTextCapacity + 2];
-    format(value, text, sizeof text - 1, nullptr);
-    return text;
-}
-
 }  // namespace
 
 bool IsNonFunctionalLayer(const SpiceExportInput& input, int via, int layer) {
@@ -35,15 +29,15 @@ bool IsNonFunctionalLayer(const SpiceExportInput& input, int via, int layer) {
 std::string ViaElementLabel(const CViaVizElement& element, bool withCapacitances) {
     std::string label;
     if (element.kind == kViaElementInductance) {
-        label = "L " + Formatted(FormatInductance, element.value);
+        label = "L " + UnitText(FormatInductance, element.value);
     } else if (element.kind == kViaElementLine) {
-        label = "T " + Formatted(FormatResistance, element.value) + " " +
-                Formatted(FormatTime, element.delay);
+        label = "T " + UnitText(FormatResistance, element.value) + " " +
+                UnitText(FormatTime, element.delay);
     }
     for (const auto& [type, value] : {std::pair{element.startEndType, element.startCapacitance},
                                       std::pair{element.endEndType, element.endCapacitance}}) {
         if (type == kViaEndCapacitance && (withCapacitances || label.empty())) {
-            label += (label.empty() ? "C " : " C ") + Formatted(FormatCapacitance, value);
+            label += (label.empty() ? "C " : " C ") + UnitText(FormatCapacitance, value);
         }
     }
     return label;
