@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <string_view>
 
 // Copies into caller buffers given as (pointer, capacity): capacity counts the
 // characters that may be written without the terminating NUL, so the caller
@@ -16,5 +18,12 @@ std::size_t CopyBounded(char* destination, const char* source, std::size_t capac
 // characters. A destination already `capacity` or more characters long is left as it is.
 // Returns the resulting length.
 std::size_t AppendBounded(char* destination, const char* source, std::size_t capacity);
+
+// A fixed-size text field of a record up to its NUL, or all of its bytes when the writer (a
+// host, a file) filled every one of them.
+template <std::size_t N>
+std::string_view FieldText(const char (&field)[N]) {
+    return {field, static_cast<std::size_t>(std::find(field, field + N, '\0') - field)};
+}
 
 }  // namespace kv

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/shared/BoundedCopy.h"
 #include "core/stimulus/StimulusRules.h"
 
 namespace kv {
@@ -34,7 +35,7 @@ void SetMaskName(EYEMASK& mask, std::string_view name) {
 }
 
 std::string_view MaskName(const EYEMASK& mask) {
-    return {mask.MaskName, strnlen(mask.MaskName, sizeof mask.MaskName)};
+    return FieldText(mask.MaskName);
 }
 
 std::optional<std::string_view> FindMaskOrderError(const EYEMASK& mask) {

@@ -227,7 +227,7 @@ void PaintLayerTexts(ICanvas& canvas, const SpiceExportInput& input, const SideV
             nonFunctional |= IsNonFunctionalLayer(input, static_cast<int>(v), static_cast<int>(i));
         }
         canvas.SetTextColor(nonFunctional ? style::kNonFunctional : style::kText);
-        const std::string name(NameOf(layers[i].name));
+        const std::string name(FieldText(layers[i].name));
         const int width = canvas.TextExtent(name).width;
         canvas.TextOut({layout.nameRight - width, top}, name);
         canvas.SetTextColor(style::kText);
@@ -249,7 +249,7 @@ void PaintViaTitles(ICanvas& canvas, const SpiceExportInput& input, const SideVi
     for (std::size_t v = 0; v < input.vias.size(); ++v) {
         std::string title = ViaName(input, static_cast<int>(v));
         if (const PADSTACK* padstack = input.vias[v].padstack) {
-            title += " \"" + std::string(NameOf(padstack->name)) + "\"";
+            title += " \"" + std::string(FieldText(padstack->name)) + "\"";
         }
         const int width = canvas.TextExtent(title).width;
         canvas.TextOut({layout.viaX[v] - width / 2, y}, title);

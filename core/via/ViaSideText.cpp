@@ -52,7 +52,8 @@ std::string ViaLayerSummary(const SpiceExportInput& input, int layer) {
     const bool dielectric = record.kind == STACKUP_DIELECTRIC;
     const bool plane = !dielectric && (record.usage == STACKUP_USAGE_PLANE ||
                                        record.usage == STACKUP_USAGE_PLANE_SPLIT);
-    std::string text = std::to_string(layer + 1) + " " + std::string(NameOf(record.name)) + ": " +
+    std::string text = std::to_string(layer + 1) + " " + std::string(FieldText(record.name)) +
+                       ": " +
                        (dielectric ? "dielectric"
                         : plane    ? "plane"
                                    : "signal") +

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/shared/BoundedCopy.h"
 #include "core/shared/UnitFormat.h"
 #include "core/via/ViaSpiceModel.h"
 #include "core/via/ViaViewStyle.h"
@@ -24,12 +25,6 @@ inline constexpr int kLaneWidth = 7;
 inline constexpr int kPortSize = 7;
 // A stackup whose thicknesses add up to nothing is drawn with every layer this thick.
 inline constexpr double kFallbackThickness = 1e-4;
-
-// A record name up to its NUL, or all of it when the host left none.
-template <std::size_t N>
-std::string_view NameOf(const char (&name)[N]) {
-    return {name, static_cast<std::size_t>(std::find(name, name + N, '\0') - name)};
-}
 
 inline std::span<const STACKUPLAYER> LayersOf(const SpiceExportInput& input) {
     if (input.stackup == nullptr || input.stackup->layers == nullptr || input.stackup->count <= 0) {

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "core/ports/MessagePort.h"
+#include "core/shared/BoundedCopy.h"
 #include "core/shared/FileIo.h"
 #include "core/via/ViaSpiceWriter.h"
 #include "core/via/ViaVizData.h"
@@ -61,7 +62,7 @@ std::string DefaultSpiceFileName(const SpiceExportInput& input, const SpiceExpor
         return FileNameFromBase(names.baseName);
     }
     const bool hasPadstack = !input.vias.empty() && input.vias.front().padstack != nullptr;
-    return FileNameFromBase(hasPadstack ? std::string(RecordName(input.vias.front().padstack->name))
+    return FileNameFromBase(hasPadstack ? std::string(FieldText(input.vias.front().padstack->name))
                                         : "");
 }
 

@@ -130,7 +130,7 @@ void WriteStackup(const SpiceExportInput& input, std::string& text) {
         text += '*' + Right(std::to_string(i + 1), 3) + "  " + Right(LayerTypeText(layer), 5) +
                 "  " + Right(SpiceLengthText(layer.thickness, input.metric, true), 8) + "   " +
                 Right(shape, 4) + "  " + Right(size, 8) + "  " +
-                std::string(RecordName(layer.name)) + "  \n";
+                std::string(FieldText(layer.name)) + "  \n";
     }
 }
 
@@ -140,13 +140,13 @@ void WritePorts(const SpiceExportInput& input, std::size_t viaIndex,
         text += (viaIndex == 0 ? "*\n" : "") + ViaLabelLine(viaIndex);
     }
     const PADSTACK& padstack = *input.vias[viaIndex].padstack;
-    text += "* Padstack: \"" + std::string(RecordName(padstack.name)) +
+    text += "* Padstack: \"" + std::string(FieldText(padstack.name)) +
             "\"   Drill=" + SpiceLengthText(padstack.drill, input.metric, false) + '\n';
     text += "* layers to connect (ports)\n";
     for (const CViaVizSpiceLayer& node : nodes) {
         if (node.port != nullptr) {
             text += "*** connection to layer \"" +
-                    std::string(RecordName(input.stackup->layers[node.layer].name)) + "\"\n";
+                    std::string(FieldText(input.stackup->layers[node.layer].name)) + "\"\n";
             text += "+ " + Right(node.name, 8) + '\n';
         }
     }

@@ -12,10 +12,6 @@ bool SetRecordName(char (&name)[VIA_NAME_CAPACITY + 1], std::string_view text) {
     return kept == text.size();
 }
 
-std::string_view RecordName(const char (&name)[VIA_NAME_CAPACITY + 1]) {
-    return {name, static_cast<std::size_t>(std::find(name, name + sizeof name, '\0') - name)};
-}
-
 CViaVizData::~CViaVizData() {
     delete[] m_padstack.pads;
     delete[] m_stackup.layers;

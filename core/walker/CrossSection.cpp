@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "core/shared/Misc_String.h"
 
@@ -15,14 +14,6 @@ namespace color = crosssection_colors;
 constexpr double kSideRoom = 1.25;
 constexpr int kTickHalf = 3;
 constexpr int kLabelGap = 6;
-
-std::string BoundedText(const char* text, std::size_t capacity) {
-    if (text == nullptr) {
-        return {};
-    }
-    const void* end = std::memchr(text, '\0', capacity);
-    return std::string(text, end != nullptr ? static_cast<const char*>(end) - text : capacity);
-}
 
 uint32_t BandColor(const CrossSectionLayer& layer) {
     if (layer.kind != STACKUP_CONDUCTOR) {
@@ -91,7 +82,7 @@ CrossSectionData CrossSectionData::Copy(const STACKUPARRAY* stackup,
         for (int32_t i = 0; i < stackup->count; ++i) {
             const STACKUPLAYER& layer = stackup->layers[i];
             data.layers.push_back(
-                {BoundedText(layer.name, sizeof layer.name), layer.kind, layer.usage,
+                {std::string(FieldText(layer.name)), layer.kind, layer.usage,
                  std::isfinite(layer.thickness) ? std::max(0.0, layer.thickness) : 0.0});
         }
     }
@@ -102,7 +93,7 @@ CrossSectionData CrossSectionData::Copy(const STACKUPARRAY* stackup,
                 continue;  // no place on the board to draw it at
             }
             data.traces.push_back({trace.layer, trace.x, std::max(0.0, trace.width), trace.role,
-                                   BoundedText(trace.net, sizeof trace.net)});
+                                   std::string(FieldText(trace.net))});
         }
     }
     return data;
