@@ -8,6 +8,7 @@
 
 #include "core/shared/Misc_String.h"
 #include "core/shared/NumberText.h"
+#include "core/via/ViaViewStyle.h"
 #include "core/via/ViaVizData.h"
 
 namespace kv {
@@ -73,21 +74,14 @@ std::string_view LayerTypeText(const STACKUPLAYER& layer) {
                                                                                           : "METAL";
 }
 
-std::string_view PadShapeText(int32_t shape) {
-    switch (shape) {
-        case PAD_SHAPE_NONE:
-            return "NONE";
-        case PAD_SHAPE_ROUND:
-            return "RND";
-        case PAD_SHAPE_RECTANGLE:
-            return "RECT";
-        case PAD_SHAPE_OVAL:
-            return "OVAL";
-        case PAD_SHAPE_OBLONG:
-            return "OBL";
-        default:
-            return "UNDF";
+// The views' short shape names, but "NONE" for no shape and "UNDF" for every code the table
+// has no name for, the custom outline among them.
+std::string PadShapeText(int32_t shape) {
+    if (shape == PAD_SHAPE_NONE) {
+        return "NONE";
     }
+    std::string name = via_view::ShapeText(shape);
+    return name.empty() || shape == PAD_SHAPE_CUSTOM ? "UNDF" : name;
 }
 
 // The pad of the first via on layer `index`; a layer beyond its pad array, or a count a host
@@ -118,7 +112,7 @@ void WriteStackup(const SpiceExportInput& input, std::string& text) {
     text += "* NN   type   Thickness  Pad      Size   Name  \n";
     for (int32_t i = 0; i < input.stackup->count; ++i) {
         const STACKUPLAYER& layer = input.stackup->layers[i];
-        std::string_view shape;
+        std::string shape;
         std::string size;
         if (layer.kind != STACKUP_DIELECTRIC) {
             const PADDATA pad = FirstViaPad(input, i);

@@ -5,8 +5,8 @@
 
 #include "core/shared/ColorRef.h"
 
-// Colours and text helpers both via views share, so a layer looks the same from the side and
-// from above.
+// Colours and texts both via views share, so a layer looks the same from the side and from
+// above; the SPICE comments name pad shapes as the views do.
 
 namespace kv::via_view {
 
