@@ -14,14 +14,7 @@ namespace {
 using namespace side_view;
 namespace style = via_view;
 
-uint32_t BandColor(const STACKUPLAYER& layer) {
-    if (layer.kind == STACKUP_DIELECTRIC) {
-        return style::kDielectric;
-    }
-    return layer.usage == STACKUP_USAGE_PLANE || layer.usage == STACKUP_USAGE_PLANE_SPLIT
-               ? style::kPlaneLayer
-               : style::kSignalLayer;
-}
+constexpr BandColors kBandColors{style::kDielectric, style::kSignalLayer, style::kPlaneLayer};
 
 bool ValidElement(const CViaVizElement& element, int layerCount) {
     return element.startLayer >= 0 && element.endLayer >= element.startLayer &&
@@ -45,7 +38,7 @@ void PaintBands(ICanvas& canvas, std::span<const STACKUPLAYER> layers,
     for (std::size_t i = 0; i < layers.size(); ++i) {
         canvas.FillRect(
             {layout.board.left, layout.layerY[i], layout.board.right, layout.layerY[i + 1]},
-            BandColor(layers[i]));
+            BandColor(layers[i].kind, layers[i].usage, kBandColors));
     }
 }
 

@@ -49,16 +49,14 @@ std::string ViaLayerSummary(const SpiceExportInput& input, int layer) {
         return {};
     }
     const STACKUPLAYER& record = layers[static_cast<std::size_t>(layer)];
-    const bool dielectric = record.kind == STACKUP_DIELECTRIC;
-    const bool plane = !dielectric && (record.usage == STACKUP_USAGE_PLANE ||
-                                       record.usage == STACKUP_USAGE_PLANE_SPLIT);
+    const LayerRole role = RoleOfLayer(record.kind, record.usage);
     std::string text = std::to_string(layer + 1) + " " + std::string(FieldText(record.name)) +
                        ": " +
-                       (dielectric ? "dielectric"
-                        : plane    ? "plane"
-                                   : "signal") +
+                       (role == LayerRole::Dielectric ? "dielectric"
+                        : role == LayerRole::Plane    ? "plane"
+                                                      : "signal") +
                        ", " + LengthText(record.thickness, input.metric);
-    if (dielectric) {
+    if (role == LayerRole::Dielectric) {
         return text;
     }
     for (std::size_t v = 0; v < input.vias.size(); ++v) {

@@ -9,6 +9,7 @@
 
 #include "core/shared/BoundedCopy.h"
 #include "core/shared/UnitFormat.h"
+#include "core/via/LayerRole.h"
 #include "core/via/ViaSpiceModel.h"
 #include "core/via/ViaViewStyle.h"
 
@@ -62,16 +63,9 @@ inline double Thickness(const STACKUPLAYER& layer) {
     return Positive(layer.thickness);
 }
 
-inline const char* TypeWord(const STACKUPLAYER& layer) {
-    if (layer.kind == STACKUP_DIELECTRIC) {
-        return "DIEL";
-    }
-    return layer.usage == STACKUP_USAGE_PLANE || layer.usage == STACKUP_USAGE_PLANE_SPLIT ? "PLANE"
-                                                                                          : "METAL";
-}
-
 inline std::string ValueText(const STACKUPLAYER& layer, bool metric) {
-    return std::string(TypeWord(layer)) + "  " + LengthText(layer.thickness, metric);
+    return std::string(LayerTypeWord(layer.kind, layer.usage)) + "  " +
+           LengthText(layer.thickness, metric);
 }
 
 inline const char* ViaName(const SpiceExportInput& input, int via) {

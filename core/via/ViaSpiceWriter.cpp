@@ -8,6 +8,7 @@
 
 #include "core/shared/Misc_String.h"
 #include "core/shared/NumberText.h"
+#include "core/via/LayerRole.h"
 #include "core/via/ViaViewStyle.h"
 #include "core/via/ViaVizData.h"
 
@@ -66,14 +67,6 @@ std::string SpiceLengthText(double metres, bool metric, bool cutAtPoint) {
     return text + unit.data();
 }
 
-std::string_view LayerTypeText(const STACKUPLAYER& layer) {
-    if (layer.kind == STACKUP_DIELECTRIC) {
-        return "DIEL";
-    }
-    return layer.usage == STACKUP_USAGE_PLANE || layer.usage == STACKUP_USAGE_PLANE_SPLIT ? "PLANE"
-                                                                                          : "METAL";
-}
-
 // The views' short shape names, but "NONE" for no shape and "UNDF" for every code the table
 // has no name for, the custom outline among them.
 std::string PadShapeText(int32_t shape) {
@@ -121,8 +114,9 @@ void WriteStackup(const SpiceExportInput& input, std::string& text) {
                 size = SpiceLengthText(pad.pad_x, input.metric, true);
             }
         }
-        text += '*' + Right(std::to_string(i + 1), 3) + "  " + Right(LayerTypeText(layer), 5) +
-                "  " + Right(SpiceLengthText(layer.thickness, input.metric, true), 8) + "   " +
+        text += '*' + Right(std::to_string(i + 1), 3) + "  " +
+                Right(LayerTypeWord(layer.kind, layer.usage), 5) + "  " +
+                Right(SpiceLengthText(layer.thickness, input.metric, true), 8) + "   " +
                 Right(shape, 4) + "  " + Right(size, 8) + "  " +
                 std::string(FieldText(layer.name)) + "  \n";
     }

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "core/shared/Misc_String.h"
+#include "core/via/LayerRole.h"
 
 namespace kv {
 namespace {
@@ -15,14 +16,7 @@ constexpr double kSideRoom = 1.25;
 constexpr int kTickHalf = 3;
 constexpr int kLabelGap = 6;
 
-uint32_t BandColor(const CrossSectionLayer& layer) {
-    if (layer.kind != STACKUP_CONDUCTOR) {
-        return color::kDielectric;
-    }
-    const bool plane =
-        layer.usage == STACKUP_USAGE_PLANE || layer.usage == STACKUP_USAGE_PLANE_SPLIT;
-    return plane ? color::kPlane : color::kSignalLayer;
-}
+constexpr BandColors kBandColors{color::kDielectric, color::kSignalLayer, color::kPlane};
 
 uint32_t RoleColor(int32_t role) {
     switch (role) {
@@ -151,7 +145,7 @@ CrossSectionLayout ComputeCrossSectionLayout(const CrossSectionData& data, const
             stackTop + static_cast<int>(std::lround(running * layout.pixelsPerMetre));
         layout.bands.push_back({{layout.area.left, bandTop, layout.area.right, bandBottom},
                                 static_cast<int>(i),
-                                BandColor(data.layers[i])});
+                                BandColor(data.layers[i].kind, data.layers[i].usage, kBandColors)});
         const int labelY = (bandTop + bandBottom - textHeight) / 2;
         layout.labels.push_back({{client.left + kCrossSectionMargin, labelY}, data.layers[i].name});
     }
