@@ -2,7 +2,6 @@
 
 #include <array>
 #include <iterator>
-#include <ostream>
 #include <stdexcept>
 #include <string_view>
 
@@ -269,11 +268,6 @@ std::string SpiceModelText(const SpiceExportInput& input) {
     }
     text += ".ENDS\n";
     return text;
-}
-
-void WriteSpiceModel(const SpiceExportInput& input, std::ostream& out) {
-    const std::string text = SpiceModelText(input);
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
 }  // namespace kv
