@@ -4,7 +4,6 @@
 
 #include <fstream>
 
-#include "core/ports/MessagePort.h"
 #include "core/shared/BoundedCopy.h"
 #include "core/shared/FileIo.h"
 #include "core/via/ViaSpiceWriter.h"
@@ -30,26 +29,6 @@ std::string FileNameFromBase(std::string base) {
 bool FileExists(const std::filesystem::path& path) {
     std::ifstream probe(path);
     return probe.is_open();
-}
-
-bool OverwriteConfirmed(const std::string& path) {
-    MessageRequest question;
-    question.text = "File \"" + path + "\" exists.\nDo you want to overwrite it?";
-    question.caption = std::string(kOverwriteCaption);
-    question.icon = MessageIcon::Warning;
-    question.buttons = MessageButtons::YesNo;
-    question.defaultAnswer = MessageAnswer::No;
-    return ShowMessage(question) == MessageAnswer::Yes;
-}
-
-void ReportCannotOpen(const std::string& path) {
-    MessageRequest report;
-    report.text = "Cannot open file \"" + path + "\"";
-    report.caption = std::string(kSpiceExportCaption);
-    report.icon = MessageIcon::Error;
-    report.buttons = MessageButtons::Ok;
-    report.defaultAnswer = MessageAnswer::Ok;
-    ShowMessage(report);
 }
 
 }  // namespace
@@ -82,7 +61,7 @@ SpiceExportOutcome ExportViaToSpice(const SpiceExportInput* input, const SpiceEx
         return SpiceExportOutcome::Cancelled;
     }
     const std::filesystem::path path = chosen->Path();
-    if (FileExists(path) && !OverwriteConfirmed(path.string())) {
+    if (FileExists(path) && !ConfirmOverwrite(path.string())) {
         return SpiceExportOutcome::Refused;
     }
     SpiceExportInput stamped = *input;
@@ -90,7 +69,7 @@ SpiceExportOutcome ExportViaToSpice(const SpiceExportInput* input, const SpiceEx
     // The text is complete before the file is touched, so bad data never leaves a torn file.
     const std::string text = SpiceModelText(stamped);
     if (!ReplaceFileAtomically(path, text).ok) {
-        ReportCannotOpen(path.string());
+        ReportCannotOpen(path.string(), kSpiceExportCaption);
         return SpiceExportOutcome::CannotOpen;
     }
     return SpiceExportOutcome::Written;
