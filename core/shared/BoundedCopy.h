@@ -26,4 +26,15 @@ std::string_view FieldText(const char (&field)[N]) {
     return {field, static_cast<std::size_t>(std::find(field, field + N, '\0') - field)};
 }
 
+// Puts `text`, cut to N - 1 bytes, into a fixed-size text field and clears the bytes after it.
+// Returns false when it had to cut, so readers of outside data can refuse a name that does not
+// fit.
+template <std::size_t N>
+bool SetFieldText(char (&field)[N], std::string_view text) {
+    const std::size_t kept = std::min(text.size(), N - 1);
+    std::copy_n(text.data(), kept, field);
+    std::fill(field + kept, field + N, '\0');
+    return kept == text.size();
+}
+
 }  // namespace kv

@@ -1,7 +1,6 @@
 #include "core/stimulus/EyeMask.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "core/shared/BoundedCopy.h"
 #include "core/stimulus/StimulusRules.h"
@@ -29,9 +28,7 @@ EYEMASK DefaultEyeMask() {
 }
 
 void SetMaskName(EYEMASK& mask, std::string_view name) {
-    const std::size_t length = std::min(name.size(), sizeof mask.MaskName - 1);
-    std::memcpy(mask.MaskName, name.data(), length);
-    std::memset(mask.MaskName + length, 0, sizeof mask.MaskName - length);
+    SetFieldText(mask.MaskName, name);
 }
 
 std::string_view MaskName(const EYEMASK& mask) {
