@@ -12,21 +12,17 @@
 namespace kv::cli {
 namespace {
 
-using Formatter = bool (*)(double, char*, std::size_t, char*);
-
 constexpr std::string_view kNotMeasured = "not measured";
 
 // The value as the views show it; beyond the formatter's largest unit, six
 // significant digits and the SI unit rather than its "999".
-std::string Quantity(double value, Formatter format, std::string_view siUnit) {
+std::string Quantity(double value, UnitFormatter format, std::string_view siUnit) {
     if (!std::isfinite(value)) {
         return std::string(kNotMeasured);
     }
-    char text[kNumberTextCapacity + kUnitTextCapacity + 2] = {};
-    if (format(value, text, sizeof text - 1, nullptr)) {
-        return text;
-    }
-    return FormatSignificant(value, 6) + " " + std::string(siUnit);
+    bool inRange = false;
+    std::string text = UnitText(format, value, &inRange);
+    return inRange ? text : FormatSignificant(value, 6) + " " + std::string(siUnit);
 }
 
 std::string Volts(double value) {

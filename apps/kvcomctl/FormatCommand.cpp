@@ -1,8 +1,7 @@
 #include <algorithm>
-#include <array>
 #include <ostream>
+#include <span>
 #include <string>
-#include <vector>
 
 #include "apps/kvcomctl/Command.h"
 #include "core/shared/UnitFormat.h"
@@ -27,41 +26,26 @@ constexpr std::string_view kHelp =
     "printed as 999 with the largest unit, 2 for a usage error (a VALUE that\n"
     "is not a finite number: nan, inf or too large to read).\n";
 
-using Formatter = bool (*)(double, char*, std::size_t, char*);
-
-struct Quantity {
-    std::string_view name;
-    Formatter format;  // null for length, which takes the metric flag
-};
-
-constexpr std::array<Quantity, 7> kQuantities{{
-    {"length", nullptr},
-    {"capacitance", FormatCapacitance},
-    {"inductance", FormatInductance},
-    {"resistance", FormatResistance},
-    {"frequency", FormatFrequency},
-    {"time", FormatTime},
-    {"voltage", FormatVoltage},
-}};
-
 int Run(Arguments args, std::ostream& out, std::ostream& /*err*/) {
     const ParsedArguments parsed(args, {"--metric"});
     const bool metric = parsed.Has("--metric");
     const auto& positional = parsed.Positional(2, "QUANTITY and VALUE");
-    const auto quantity = std::find_if(kQuantities.begin(), kQuantities.end(),
-                                       [&](const Quantity& q) { return q.name == positional[0]; });
-    if (quantity == kQuantities.end()) {
+    const bool length = positional[0] == "length";
+    const std::span<const UnitQuantity> quantities = UnitQuantities();
+    const auto quantity =
+        std::find_if(quantities.begin(), quantities.end(),
+                     [&](const UnitQuantity& q) { return q.name == positional[0]; });
+    if (!length && quantity == quantities.end()) {
         throw UsageError{"unknown quantity '" + std::string(positional[0]) + "'"};
     }
-    if (metric && quantity->format != nullptr) {
+    if (metric && !length) {
         throw UsageError{"--metric applies to lengths only"};
     }
     const double value = ParseReal(positional[1], "VALUE");
-    std::array<char, 64> text{};
-    const bool inRange = quantity->format == nullptr
-                             ? FormatLength(value, text.data(), text.size() - 1, metric, nullptr)
-                             : quantity->format(value, text.data(), text.size() - 1, nullptr);
-    out << text.data() << '\n';
+    bool inRange = false;
+    out << (length ? LengthText(value, metric, &inRange)
+                   : UnitText(quantity->format, value, &inRange))
+        << '\n';
     return inRange ? kExitOk : kExitFailure;
 }
 

@@ -1,6 +1,5 @@
 #include <pybind11/stl.h>
 
-#include <array>
 #include <string>
 #include <utility>
 
@@ -12,28 +11,11 @@
 namespace kv::python {
 namespace {
 
-using Formatter = bool (*)(double, char*, std::size_t, char*);
-
-std::pair<std::string, bool> Format(Formatter format, double value) {
-    std::array<char, 64> text{};
-    const bool inRange = format(value, text.data(), text.size() - 1, nullptr);
-    return {text.data(), inRange};
+std::pair<std::string, bool> Format(UnitFormatter format, double value) {
+    bool inRange = false;
+    std::string text = UnitText(format, value, &inRange);
+    return {std::move(text), inRange};
 }
-
-struct Quantity {
-    const char* function;
-    Formatter format;
-    const char* doc;
-};
-
-constexpr std::array<Quantity, 6> kQuantities{{
-    {"format_capacitance", FormatCapacitance, "farads"},
-    {"format_inductance", FormatInductance, "henries"},
-    {"format_resistance", FormatResistance, "ohms"},
-    {"format_frequency", FormatFrequency, "hertz"},
-    {"format_time", FormatTime, "seconds"},
-    {"format_voltage", FormatVoltage, "volts"},
-}};
 
 double ParseEngineering(const std::string& text, bool spice, bool ampere, bool farad) {
     // The reader stops at a NUL; a text that holds one is not what the caller meant to give.
@@ -53,24 +35,23 @@ void BindNumbers(py::module_& m) {
     m.def(
         "format_length",
         [](double metres, bool metric) {
-            std::array<char, 64> text{};
-            const bool inRange = FormatLength(metres, text.data(), text.size() - 1, metric);
-            return std::pair<std::string, bool>(text.data(), inRange);
+            bool inRange = false;
+            std::string text = LengthText(metres, metric, &inRange);
+            return std::pair(std::move(text), inRange);
         },
         py::arg("metres"), py::arg("metric") = false,
         "A length in metres as number, blank and unit: mils and inches, or um, mm, cm and m\n"
         "when `metric`. Returns (text, ok); ok is False when the value was beyond the largest\n"
         "unit (or no number) and printed as 999 with that unit.");
-    for (const Quantity& quantity : kQuantities) {
-        const Formatter format = quantity.format;
-        m.def(
-            quantity.function, [format](double value) { return Format(format, value); },
-            py::arg("value"),
-            (std::string("A value in ") + quantity.doc +
-             " as number, blank and engineering unit.\nReturns (text, ok); ok is False when "
-             "the value was beyond the largest unit\n(or no number) and printed as 999 with "
-             "that unit.")
-                .c_str());
+    for (const UnitQuantity& quantity : UnitQuantities()) {
+        const UnitFormatter format = quantity.format;
+        m.def(("format_" + std::string(quantity.name)).c_str(),
+              [format](double value) { return Format(format, value); }, py::arg("value"),
+              ("A value in " + std::string(quantity.baseUnit) +
+               " as number, blank and engineering unit.\nReturns (text, ok); ok is False when "
+               "the value was beyond the largest unit\n(or no number) and printed as 999 with "
+               "that unit.")
+                  .c_str());
     }
     m.def("parse_engineering", &ParseEngineering, py::arg("text"), py::arg("spice") = false,
           py::arg("ampere") = false, py::arg("farad") = false,

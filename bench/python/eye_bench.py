@@ -13,13 +13,12 @@ timed right after, so all figures share the machine's state.
 
 import argparse
 import json
-import statistics
 import subprocess
-import time
 
 import numpy as np
 
 import kvcomctl
+from bench_timing import median_seconds
 
 INTERVAL = 1e-9
 PER_INTERVAL = 1000
@@ -53,17 +52,6 @@ def numpy_bincount(t, v, origin):
 def numpy_histogram2d(t, v, origin):
     phase = (t - origin) / INTERVAL % 1.0
     return np.histogram2d(v, phase, bins=(HEIGHT, WIDTH), range=(V_RANGE, (0.0, 1.0)))[0]
-
-
-def median_seconds(call, repeats):
-    """Medians of wall and CPU time (of this thread, as Google Benchmark's CPU column)."""
-    wall, cpu = [], []
-    for _ in range(repeats):
-        start_wall, start_cpu = time.perf_counter(), time.thread_time()
-        call()
-        cpu.append(time.thread_time() - start_cpu)
-        wall.append(time.perf_counter() - start_wall)
-    return statistics.median(wall), statistics.median(cpu)
 
 
 def report(name, wall, cpu, baseline=None):

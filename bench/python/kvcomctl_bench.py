@@ -8,22 +8,9 @@ prbs(23) is compared with the C++ fill of the same 2^23 - 1 bits (BM_GenerateSeq
 which reuses its buffer, and BM_BlockFill/23); check_8b10b is timed on 10^7 symbols.
 """
 
-import statistics
-import time
 
 import kvcomctl
-
-
-def median_seconds(call, repeats):
-    """Medians of wall and CPU time (of this thread, as Google Benchmark's CPU column) over
-    `repeats` calls, each result dropped before the next call."""
-    wall, cpu = [], []
-    for _ in range(repeats):
-        start_wall, start_cpu = time.perf_counter(), time.thread_time()
-        call()
-        cpu.append(time.thread_time() - start_cpu)
-        wall.append(time.perf_counter() - start_wall)
-    return statistics.median(wall), statistics.median(cpu)
+from bench_timing import median_seconds
 
 
 def main():

@@ -5,14 +5,12 @@
 // every cell of the grid and every bit (argument 1); both show the same
 // pixels.
 
-#include <benchmark/benchmark.h>
-
 #include <QApplication>
 #include <QKeyEvent>
-#include <memory>
 #include <random>
 #include <vector>
 
+#include "bench/ui/WidgetBench.h"
 #include "ui/bitpattern/BitPatternCtrl.h"
 
 namespace {
@@ -20,9 +18,7 @@ namespace {
 constexpr int kBits = 32768;
 
 std::unique_ptr<kv::ui::CBitPatternCtrl> LongPatternControl(bool drawEverything) {
-    auto control = std::make_unique<kv::ui::CBitPatternCtrl>();
-    control->resize(1200, 140);
-    control->show();
+    auto control = kv::bench::ShownControl<kv::ui::CBitPatternCtrl>(1200, 140);
     std::mt19937 random(11);
     std::vector<uint8_t> bits(kBits);
     for (uint8_t& bit : bits) {

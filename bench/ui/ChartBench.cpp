@@ -5,15 +5,12 @@
 // plain polyline through every point (argument 1); both paint the same
 // pixels.
 
-#include <benchmark/benchmark.h>
-
 #include <QApplication>
-#include <QWheelEvent>
 #include <cmath>
-#include <memory>
 #include <random>
 #include <vector>
 
+#include "bench/ui/WidgetBench.h"
 #include "ui/chart/ChartControl.h"
 
 namespace {
@@ -21,9 +18,7 @@ namespace {
 constexpr int kPoints = 1000000;
 
 std::unique_ptr<kv::ui::CChartControl> MillionPointChart(bool everyPoint) {
-    auto control = std::make_unique<kv::ui::CChartControl>();
-    control->resize(1000, 600);
-    control->show();
+    auto control = kv::bench::ShownControl<kv::ui::CChartControl>(1000, 600);
     std::mt19937 random(11);
     std::normal_distribution<double> noise(0.0, 0.05);
     std::vector<double> x(kPoints);
@@ -49,15 +44,7 @@ void BM_ChartFullRepaint(benchmark::State& state) {
 
 void BM_ChartZoomStep(benchmark::State& state) {
     const auto control = MillionPointChart(state.range(0) != 0);
-    const QPointF at(400, 250);
-    int direction = 120;
-    for (auto _ : state) {
-        QWheelEvent wheel(at, control->mapToGlobal(at), QPoint(), QPoint(0, direction),
-                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(control.get(), &wheel);
-        control->repaint();
-        direction = -direction;
-    }
+    kv::bench::RunZoomSteps(state, *control, QPointF(400, 250));
 }
 
 }  // namespace

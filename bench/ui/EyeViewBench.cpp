@@ -4,22 +4,17 @@
 // anew for the new view. The counter colour_map_builds says how many colour images each
 // repaint built: 0 and 1.
 
-#include <benchmark/benchmark.h>
-
 #include <QApplication>
-#include <QWheelEvent>
-#include <memory>
 
 #include "bench/NoisyEye.h"
+#include "bench/ui/WidgetBench.h"
 #include "core/stimulus/StimulusData.h"
 #include "ui/eye/EyeViewCtrl.h"
 
 namespace {
 
 std::unique_ptr<kv::ui::CEyeViewCtrl> FoldedEyeView() {
-    auto control = std::make_unique<kv::ui::CEyeViewCtrl>();
-    control->resize(1000, 600);
-    control->show();
+    auto control = kv::bench::ShownControl<kv::ui::CEyeViewCtrl>(1000, 600);
     const kv::bench::NoisyEye& eye = kv::bench::Eye();
     control->SetWaveform(eye.time.data(), eye.volts.data(), static_cast<int32_t>(eye.time.size()));
     kv::CStimulusData data;
@@ -49,15 +44,7 @@ void BM_EyeViewRepaint(benchmark::State& state) {
 void BM_EyeViewZoomStep(benchmark::State& state) {
     const auto control = FoldedEyeView();
     const int64_t before = control->Model().ColourMapBuilds();
-    const QPointF at(300, 250);
-    int direction = 120;
-    for (auto _ : state) {
-        QWheelEvent wheel(at, control->mapToGlobal(at), QPoint(), QPoint(0, direction),
-                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(control.get(), &wheel);
-        control->repaint();
-        direction = -direction;
-    }
+    kv::bench::RunZoomSteps(state, *control, QPointF(300, 250));
     CountBuilds(state, *control, before);
 }
 

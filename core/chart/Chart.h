@@ -95,7 +95,6 @@ public:
     void RemoveAllCurves();
     const std::vector<Curve>& Curves() const { return m_curves; }
     void SetCurveName(uint32_t identifier, std::string name);
-    const std::vector<std::pair<uint32_t, std::string>>& CurveNames() const { return m_names; }
     // The name listed for `identifier`, or nothing.
     std::optional<std::string_view> CurveName(uint32_t identifier) const;
 

@@ -1,7 +1,6 @@
 #include "core/eye/EyeView.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "core/eye/EyeMaskTest.h"
@@ -17,16 +16,12 @@ constexpr int kPanelShareDivisor = 3;
 
 constexpr const char* kNotMeasured = "-";
 
-using UnitFormatter = bool (*)(double, char*, std::size_t, char*);
-
 // A measured value as the library's engineering formatters write it ("1.00 V", "3.300 ns").
 std::string Engineering(UnitFormatter format, double value) {
     if (!std::isfinite(value)) {
         return kNotMeasured;
     }
-    std::array<char, 64> text{};
-    format(value, text.data(), text.size() - 1, nullptr);
-    return text.data();
+    return UnitText(format, value);
 }
 
 }  // namespace

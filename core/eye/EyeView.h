@@ -54,7 +54,6 @@ public:
     bool SetTiming(const EyeTiming& timing, const std::optional<EYEMASK>& mask);
     // Shows or hides the mask and its hits and fits the view again.
     void ShowMask(bool show);
-    bool MaskShown() const { return m_showMask; }
 
     // The eye's measurements; none while there is no eye.
     std::optional<EyeMeasure> Measure() const;

@@ -103,12 +103,8 @@ bool MaskPageModel::Commit(int controlId) {
         typed ? CheckTypedInMask(*field->rule, m_data.m_mask, *typed / field->shownFactor)
               : std::optional<std::string_view>(field->rule->message);
     if (problem) {
-        MessageRequest request;
-        request.text = std::string(*problem);
-        request.caption = std::string(kMessageCaption);
-        request.icon = MessageIcon::Warning;
         m_telling = true;
-        ShowMessage(request);
+        ShowMessage(*problem, MessageIcon::Warning);
         m_telling = false;
         return false;
     }

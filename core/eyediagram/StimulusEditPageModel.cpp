@@ -131,13 +131,7 @@ std::optional<KindBehaviour> BehaviourOf(int kind) {
 }  // namespace
 
 MessageAnswer stimulus_edit::Ask(std::string_view text, MessageIcon icon, MessageButtons buttons) {
-    MessageRequest request;
-    request.text = std::string(text);
-    request.caption = std::string(kCaption);
-    request.icon = icon;
-    request.buttons = buttons;
-    request.defaultAnswer = FirstButtonOf(buttons);
-    return ShowMessage(request);
+    return ShowMessage(text, icon, buttons, kCaption);
 }
 
 std::span<const int> StimulusEditPageModel::ControlsWithVisibility() {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 
 #include "core/padstack/PadstackMessages.h"
+#include "core/shared/BoundedCopy.h"
 
 namespace kv {
 namespace {
@@ -102,8 +102,7 @@ std::string PadstackEditModel::LayerName(int32_t layer) const {
     if (layer < 0 || layer >= static_cast<int32_t>(m_stackup.size())) {
         return {};
     }
-    const char* name = m_stackup[layer].name;
-    return std::string(name, strnlen(name, sizeof(m_stackup[layer].name)));
+    return std::string(FieldText(m_stackup[layer].name));
 }
 
 std::string PadstackEditModel::CellText(int row, int column) const {

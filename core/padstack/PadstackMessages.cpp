@@ -15,12 +15,8 @@ std::string SpanLeavesOutUsedLayerText(std::string_view layerName) {
 }
 
 void ShowPadstackMessage(std::string_view text, MessageTitle title) {
-    MessageRequest request;
-    request.text = std::string(text);
-    request.caption =
-        std::string(title == MessageTitle::PadstackEditor ? kPadstackEditorTitle : kMessageCaption);
-    request.icon = MessageIcon::Warning;
-    ShowMessage(request);
+    ShowMessage(text, MessageIcon::Warning, MessageButtons::Ok,
+                title == MessageTitle::PadstackEditor ? kPadstackEditorTitle : kMessageCaption);
 }
 
 }  // namespace kv

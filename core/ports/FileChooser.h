@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
 // The common file dialogs, as a port: commands that open or save a file ask
 // through it, so they run and are tested without a window system. The Qt
@@ -41,6 +42,12 @@ public:
 // Returns the chooser installed before.
 IFileChooser* InstallFileChooser(IFileChooser* chooser);
 IFileChooser* InstalledFileChooser();
+
+// What a command that saves to a chosen file says through the message port: the question before
+// it replaces a file (Yes or No; No when nobody is there to answer), and the report when the
+// file cannot be written.
+bool ConfirmOverwrite(std::string_view path);
+void ReportCannotOpen(std::string_view path, std::string_view caption);
 
 // Installs a chooser for the life of the guard and puts back the previous one.
 class ScopedFileChooser {

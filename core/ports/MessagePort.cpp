@@ -25,10 +25,11 @@ MessageAnswer FirstButtonOf(MessageButtons buttons) {
     return MessageAnswer::Ok;
 }
 
-MessageAnswer ShowMessage(std::string_view text, MessageIcon icon, MessageButtons buttons) {
+MessageAnswer ShowMessage(std::string_view text, MessageIcon icon, MessageButtons buttons,
+                          std::string_view caption) {
     MessageRequest request;
     request.text = std::string(text);
-    request.caption = std::string(kMessageCaption);
+    request.caption = std::string(caption);
     request.icon = icon;
     request.buttons = buttons;
     request.defaultAnswer = FirstButtonOf(buttons);

@@ -34,7 +34,8 @@ inline constexpr std::string_view kMessageCaption = "KVComCtl";
 // Shows a message through the installed port. The default answer is the
 // first button of the set unless one is named.
 MessageAnswer ShowMessage(std::string_view text, MessageIcon icon = MessageIcon::Information,
-                          MessageButtons buttons = MessageButtons::Ok);
+                          MessageButtons buttons = MessageButtons::Ok,
+                          std::string_view caption = kMessageCaption);
 MessageAnswer ShowMessage(const MessageRequest& request);
 
 // The first button of a set: what a box answers when nobody is there to ask.

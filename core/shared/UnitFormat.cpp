@@ -1,5 +1,6 @@
 #include "core/shared/UnitFormat.h"
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <span>
@@ -43,61 +44,6 @@ constexpr UnitRange kMetricRanges[] = {
     {kRest,     1,         2, "m"},
 };
 
-// A vanishing capacitance reads "0.0 pF" but a vanishing inductance "0.0 nH": the two tables
-// differ in their first row on purpose.
-constexpr UnitRange kCapacitanceRanges[] = {
-    {1e-18,     kShowZero, 1, "pF"},
-    {1e-12,     1e15,      1, "fF"},
-    {1e-9,      1e12,      1, "pF"},
-    {1e-6,      1e9,       1, "nF"},
-    {1e-3,      1e6,       1, "uF"},
-    {1,         1000,      1, "mF"},
-    {1000,      1,         1, "F"},
-    {kRest,     0,         kOutOfRange, "F"},
-};
-
-constexpr UnitRange kInductanceRanges[] = {
-    {1e-18,     kShowZero, 1, "nH"},
-    {1e-12,     1e15,      1, "fH"},
-    {1e-9,      1e12,      1, "pH"},
-    {1e-6,      1e9,       1, "nH"},
-    {1e-3,      1e6,       1, "uH"},
-    {1,         1000,      1, "mH"},
-    {1000,      1,         1, "H"},
-    {kRest,     0,         kOutOfRange, "H"},
-};
-
-constexpr UnitRange kResistanceRanges[] = {
-    {kOnlyZero, kShowZero, 1, "ohms"},
-    {1,         1000,      1, "milliohms"},
-    {1000,      1,         1, "ohms"},
-    {1e6,       0.001,     1, "K ohms"},
-    {1e9,       1e-6,      1, "M ohms"},
-    {1e12,      1e-9,      1, "G ohms"},
-    {kRest,     0,         kOutOfRange, "G ohms"},
-};
-
-constexpr UnitRange kFrequencyRanges[] = {
-    {kOnlyZero, kShowZero, 1, "Hz"},
-    {1,         1000,      1, "mHz"},
-    {1000,      1,         1, "Hz"},
-    {1e6,       0.001,     1, "KHz"},
-    {1e9,       1e-6,      1, "MHz"},
-    {1e12,      1e-9,      1, "GHz"},
-    {kRest,     0,         kOutOfRange, "GHz"},
-};
-
-constexpr UnitRange kTimeRanges[] = {
-    {kOnlyZero, kShowZero, 3, "s"},
-    {1e-12,     1e15,      3, "fs"},
-    {1e-9,      1e12,      3, "ps"},
-    {1e-6,      1e9,       3, "ns"},
-    {1e-3,      1e6,       3, "us"},
-    {1,         1000,      3, "ms"},
-    {1000,      1,         3, "s"},
-    {kRest,     0,         kOutOfRange, "s"},
-};
-
 // From 100 V up the number gets three decimals again; that is intended, not a slip, and
 // there is no out-of-range row.
 constexpr UnitRange kVoltageRanges[] = {
@@ -110,6 +56,46 @@ constexpr UnitRange kVoltageRanges[] = {
     {kRest,     1,         3, "V"},
 };
 // clang-format on
+
+// The bound under which a prefix is taken and the factor from the value to its number.
+struct PrefixStep {
+    double below;
+    double scale;
+};
+
+// Femto up to the base unit, for the small quantities.
+constexpr PrefixStep kFemtoToBase[] = {{1e-12, 1e15}, {1e-9, 1e12}, {1e-6, 1e9},
+                                       {1e-3, 1e6},   {1, 1000},    {1000, 1}};
+// Milli up to giga, for the large ones.
+constexpr PrefixStep kMilliToGiga[] = {
+    {1, 1000}, {1000, 1}, {1e6, 0.001}, {1e9, 1e-6}, {1e12, 1e-9}};
+
+// A table that climbs `steps` with `units`, one per step, after the row for (near) zero; beyond
+// the last step lies only "999" in the last unit.
+template <std::size_t N>
+constexpr std::array<UnitRange, N + 2> Ladder(UnitRange zero, const PrefixStep (&steps)[N],
+                                              int decimals, const char* const (&units)[N]) {
+    std::array<UnitRange, N + 2> rows{};
+    rows[0] = zero;
+    for (std::size_t i = 0; i < N; ++i) {
+        rows[i + 1] = {steps[i].below, steps[i].scale, decimals, units[i]};
+    }
+    rows[N + 1] = {kRest, 0, kOutOfRange, units[N - 1]};
+    return rows;
+}
+
+// A vanishing capacitance reads "0.0 pF" but a vanishing inductance "0.0 nH": the two tables
+// differ in their first row on purpose.
+constexpr auto kCapacitanceRanges =
+    Ladder({1e-18, kShowZero, 1, "pF"}, kFemtoToBase, 1, {"fF", "pF", "nF", "uF", "mF", "F"});
+constexpr auto kInductanceRanges =
+    Ladder({1e-18, kShowZero, 1, "nH"}, kFemtoToBase, 1, {"fH", "pH", "nH", "uH", "mH", "H"});
+constexpr auto kTimeRanges =
+    Ladder({kOnlyZero, kShowZero, 3, "s"}, kFemtoToBase, 3, {"fs", "ps", "ns", "us", "ms", "s"});
+constexpr auto kResistanceRanges = Ladder({kOnlyZero, kShowZero, 1, "ohms"}, kMilliToGiga, 1,
+                                          {"milliohms", "ohms", "K ohms", "M ohms", "G ohms"});
+constexpr auto kFrequencyRanges =
+    Ladder({kOnlyZero, kShowZero, 1, "Hz"}, kMilliToGiga, 1, {"mHz", "Hz", "KHz", "MHz", "GHz"});
 
 // A formatted quantity before it is delivered into the caller's buffers.
 struct Reading {
@@ -199,6 +185,35 @@ bool FormatTime(double value, char* destination, std::size_t capacity, char* uni
 
 bool FormatVoltage(double value, char* destination, std::size_t capacity, char* unit) {
     return Deliver(MeasureMagnitude(kVoltageRanges, value), destination, capacity, unit);
+}
+
+std::string LengthText(double metres, bool metric, bool* inRange) {
+    const Reading reading = MeasureLength(metres, metric);
+    if (inRange != nullptr) {
+        *inRange = reading.inRange;
+    }
+    return reading.Text();
+}
+
+std::string UnitText(UnitFormatter format, double value, bool* inRange) {
+    char text[kNumberTextCapacity + 1 + kUnitTextCapacity + 1];
+    const bool shown = format(value, text, sizeof text - 1, nullptr);
+    if (inRange != nullptr) {
+        *inRange = shown;
+    }
+    return text;
+}
+
+std::span<const UnitQuantity> UnitQuantities() {
+    static constexpr UnitQuantity kQuantities[] = {
+        {"capacitance", "farads", FormatCapacitance},
+        {"inductance", "henries", FormatInductance},
+        {"resistance", "ohms", FormatResistance},
+        {"frequency", "hertz", FormatFrequency},
+        {"time", "seconds", FormatTime},
+        {"voltage", "volts", FormatVoltage},
+    };
+    return kQuantities;
 }
 
 }  // namespace kv

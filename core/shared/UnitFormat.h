@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
 
 // The engineering unit formatters: a quantity in SI base units as a short
 // number text with its unit, as every view and export shows it. Numbers are
@@ -31,5 +34,22 @@ bool FormatFrequency(double value, char* destination, std::size_t capacity, char
 bool FormatTime(double value, char* destination, std::size_t capacity, char* unit = nullptr);
 // Volts; the number of decimals follows the magnitude.
 bool FormatVoltage(double value, char* destination, std::size_t capacity, char* unit = nullptr);
+
+// The same "<number> <unit>" texts as strings, for callers that build longer texts from them.
+// `inRange`, when given, receives what the formatter returned.
+std::string LengthText(double metres, bool metric, bool* inRange = nullptr);
+using UnitFormatter = bool (*)(double value, char* destination, std::size_t capacity, char* unit);
+std::string UnitText(UnitFormatter format, double value, bool* inRange = nullptr);
+
+// A quantity the command line and the Python module format by name.
+struct UnitQuantity {
+    std::string_view name;      // "capacitance"
+    std::string_view baseUnit;  // the SI unit its values come in, spelt out: "farads"
+    UnitFormatter format;
+};
+
+// Every quantity with a formatter of its own, in the order they are offered. Lengths are not
+// among them: their formatter also asks for inches or metric units.
+std::span<const UnitQuantity> UnitQuantities();
 
 }  // namespace kv

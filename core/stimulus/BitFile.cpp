@@ -34,11 +34,7 @@ std::string Fill(std::string_view format, std::string_view first, std::string_vi
 }
 
 void Report(std::string_view caption, std::string text, MessageIcon icon) {
-    MessageRequest request;
-    request.text = std::move(text);
-    request.caption = std::string(caption.empty() ? kMessageCaption : caption);
-    request.icon = icon;
-    ShowMessage(request);
+    ShowMessage(text, icon, MessageButtons::Ok, caption.empty() ? kMessageCaption : caption);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "core/stimulus/EyeMask.h"
 
 #include <algorithm>
-#include <cstring>
 
+#include "core/shared/BoundedCopy.h"
 #include "core/stimulus/StimulusRules.h"
 
 namespace kv {
@@ -28,13 +28,11 @@ EYEMASK DefaultEyeMask() {
 }
 
 void SetMaskName(EYEMASK& mask, std::string_view name) {
-    const std::size_t length = std::min(name.size(), sizeof mask.MaskName - 1);
-    std::memcpy(mask.MaskName, name.data(), length);
-    std::memset(mask.MaskName + length, 0, sizeof mask.MaskName - length);
+    SetFieldText(mask.MaskName, name);
 }
 
 std::string_view MaskName(const EYEMASK& mask) {
-    return {mask.MaskName, strnlen(mask.MaskName, sizeof mask.MaskName)};
+    return FieldText(mask.MaskName);
 }
 
 std::optional<std::string_view> FindMaskOrderError(const EYEMASK& mask) {

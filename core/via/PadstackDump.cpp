@@ -5,6 +5,7 @@
 #include <string>
 #include <system_error>
 
+#include "core/shared/BoundedCopy.h"
 #include "core/shared/FileIo.h"
 #include "core/shared/NumberText.h"
 #include "core/via/ViaVizData.h"
@@ -59,7 +60,7 @@ std::filesystem::path DefaultPadstackDumpFolder() {
 
 // Integers go through std::to_string so that a locale imbued in `out` cannot group digits.
 void WritePadstackDump(const STACKUPARRAY& stackup, const PADSTACK& padstack, std::ostream& out) {
-    out << "Padstack = " << RecordName(padstack.name)
+    out << "Padstack = " << FieldText(padstack.name)
         << ", num_pad = " << std::to_string(padstack.padCount)
         << ", layer_span = " << std::to_string(padstack.firstLayer) << " -"
         << std::to_string(padstack.lastLayer) << '\n';
@@ -68,13 +69,13 @@ void WritePadstackDump(const STACKUPARRAY& stackup, const PADSTACK& padstack, st
     for (int32_t i = 0; stackup.layers != nullptr && i < stackup.count; ++i) {
         const STACKUPLAYER& layer = stackup.layers[i];
         if (layer.kind == STACKUP_DIELECTRIC) {
-            out << '^' << std::to_string(i) << "    layer=" << RecordName(layer.name)
+            out << '^' << std::to_string(i) << "    layer=" << FieldText(layer.name)
                 << ", padType=dielectric\n";
             continue;
         }
         const PADDATA pad =
             padstack.pads != nullptr && i < padstack.padCount ? padstack.pads[i] : PADDATA{};
-        out << '^' << std::to_string(i) << "   layer=" << RecordName(layer.name)
+        out << '^' << std::to_string(i) << "   layer=" << FieldText(layer.name)
             << ", padType=" << PadTypeText(pad.padType) << ", padShape=" << PadShapeText(pad.shape)
             << ", pad_x=" << FormatFixed(pad.pad_x, kPadDecimals)
             << ", pad_y=" << FormatFixed(pad.pad_y, kPadDecimals)

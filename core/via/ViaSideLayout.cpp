@@ -54,7 +54,7 @@ SideViewLayout LayOutSideView(const SpiceExportInput& input, const Rect& client,
     int valueWidth = 0;
     double thickness = 0.0;
     for (const STACKUPLAYER& layer : layers) {
-        nameWidth = std::max(nameWidth, metrics.TextExtent(NameOf(layer.name)).width);
+        nameWidth = std::max(nameWidth, metrics.TextExtent(FieldText(layer.name)).width);
         valueWidth = std::max(valueWidth, metrics.TextExtent(ValueText(layer, input.metric)).width);
         thickness += Thickness(layer);
     }

@@ -14,14 +14,7 @@ namespace {
 using namespace side_view;
 namespace style = via_view;
 
-uint32_t BandColor(const STACKUPLAYER& layer) {
-    if (layer.kind == STACKUP_DIELECTRIC) {
-        return style::kDielectric;
-    }
-    return layer.usage == STACKUP_USAGE_PLANE || layer.usage == STACKUP_USAGE_PLANE_SPLIT
-               ? style::kPlaneLayer
-               : style::kSignalLayer;
-}
+constexpr BandColors kBandColors{style::kDielectric, style::kSignalLayer, style::kPlaneLayer};
 
 bool ValidElement(const CViaVizElement& element, int layerCount) {
     return element.startLayer >= 0 && element.endLayer >= element.startLayer &&
@@ -45,7 +38,7 @@ void PaintBands(ICanvas& canvas, std::span<const STACKUPLAYER> layers,
     for (std::size_t i = 0; i < layers.size(); ++i) {
         canvas.FillRect(
             {layout.board.left, layout.layerY[i], layout.board.right, layout.layerY[i + 1]},
-            BandColor(layers[i]));
+            BandColor(layers[i].kind, layers[i].usage, kBandColors));
     }
 }
 
@@ -227,7 +220,7 @@ void PaintLayerTexts(ICanvas& canvas, const SpiceExportInput& input, const SideV
             nonFunctional |= IsNonFunctionalLayer(input, static_cast<int>(v), static_cast<int>(i));
         }
         canvas.SetTextColor(nonFunctional ? style::kNonFunctional : style::kText);
-        const std::string name(NameOf(layers[i].name));
+        const std::string name(FieldText(layers[i].name));
         const int width = canvas.TextExtent(name).width;
         canvas.TextOut({layout.nameRight - width, top}, name);
         canvas.SetTextColor(style::kText);
@@ -249,7 +242,7 @@ void PaintViaTitles(ICanvas& canvas, const SpiceExportInput& input, const SideVi
     for (std::size_t v = 0; v < input.vias.size(); ++v) {
         std::string title = ViaName(input, static_cast<int>(v));
         if (const PADSTACK* padstack = input.vias[v].padstack) {
-            title += " \"" + std::string(NameOf(padstack->name)) + "\"";
+            title += " \"" + std::string(FieldText(padstack->name)) + "\"";
         }
         const int width = canvas.TextExtent(title).width;
         canvas.TextOut({layout.viaX[v] - width / 2, y}, title);

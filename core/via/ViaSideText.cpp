@@ -11,14 +11,6 @@ namespace {
 using namespace side_view;
 namespace style = via_view;
 
-using FormatFn = bool (*)(double, char*, std::size_t, char*);
-
-std::string Formatted(FormatFn format, double value) {
-    char text[kNumberTextCapacity + kUnitTextCapacity + 2];
-    format(value, text, sizeof text - 1, nullptr);
-    return text;
-}
-
 }  // namespace
 
 bool IsNonFunctionalLayer(const SpiceExportInput& input, int via, int layer) {
@@ -37,15 +29,15 @@ bool IsNonFunctionalLayer(const SpiceExportInput& input, int via, int layer) {
 std::string ViaElementLabel(const CViaVizElement& element, bool withCapacitances) {
     std::string label;
     if (element.kind == kViaElementInductance) {
-        label = "L " + Formatted(FormatInductance, element.value);
+        label = "L " + UnitText(FormatInductance, element.value);
     } else if (element.kind == kViaElementLine) {
-        label = "T " + Formatted(FormatResistance, element.value) + " " +
-                Formatted(FormatTime, element.delay);
+        label = "T " + UnitText(FormatResistance, element.value) + " " +
+                UnitText(FormatTime, element.delay);
     }
     for (const auto& [type, value] : {std::pair{element.startEndType, element.startCapacitance},
                                       std::pair{element.endEndType, element.endCapacitance}}) {
         if (type == kViaEndCapacitance && (withCapacitances || label.empty())) {
-            label += (label.empty() ? "C " : " C ") + Formatted(FormatCapacitance, value);
+            label += (label.empty() ? "C " : " C ") + UnitText(FormatCapacitance, value);
         }
     }
     return label;
@@ -57,15 +49,14 @@ std::string ViaLayerSummary(const SpiceExportInput& input, int layer) {
         return {};
     }
     const STACKUPLAYER& record = layers[static_cast<std::size_t>(layer)];
-    const bool dielectric = record.kind == STACKUP_DIELECTRIC;
-    const bool plane = !dielectric && (record.usage == STACKUP_USAGE_PLANE ||
-                                       record.usage == STACKUP_USAGE_PLANE_SPLIT);
-    std::string text = std::to_string(layer + 1) + " " + std::string(NameOf(record.name)) + ": " +
-                       (dielectric ? "dielectric"
-                        : plane    ? "plane"
-                                   : "signal") +
-                       ", " + style::LengthText(record.thickness, input.metric);
-    if (dielectric) {
+    const LayerRole role = RoleOfLayer(record.kind, record.usage);
+    std::string text = std::to_string(layer + 1) + " " + std::string(FieldText(record.name)) +
+                       ": " +
+                       (role == LayerRole::Dielectric ? "dielectric"
+                        : role == LayerRole::Plane    ? "plane"
+                                                      : "signal") +
+                       ", " + LengthText(record.thickness, input.metric);
+    if (role == LayerRole::Dielectric) {
         return text;
     }
     for (std::size_t v = 0; v < input.vias.size(); ++v) {
@@ -73,14 +64,14 @@ std::string ViaLayerSummary(const SpiceExportInput& input, int layer) {
         const PADDATA* pad = PadOf(padstack, layer);
         text += std::string("\n") + ViaName(input, static_cast<int>(v)) + ": ";
         if (pad != nullptr && pad->padType == PAD_TYPE_PAD) {
-            text += "pad " + style::ShapeText(pad->shape) + " " +
-                    style::LengthText(pad->pad_x, input.metric);
+            text +=
+                "pad " + style::ShapeText(pad->shape) + " " + LengthText(pad->pad_x, input.metric);
             if (pad->antipad_x > 0.0) {
-                text += ", anti-pad " + style::LengthText(pad->antipad_x, input.metric);
+                text += ", anti-pad " + LengthText(pad->antipad_x, input.metric);
             }
         } else if (pad != nullptr && pad->padType == PAD_TYPE_ANTIPAD) {
             text += "anti-pad " + style::ShapeText(pad->shape) + " " +
-                    style::LengthText(pad->pad_x, input.metric);
+                    LengthText(pad->pad_x, input.metric);
         } else {
             text += "no pad";
         }

@@ -7,6 +7,9 @@
 #include <string_view>
 #include <utility>
 
+#include "core/shared/BoundedCopy.h"
+#include "core/shared/UnitFormat.h"
+#include "core/via/LayerRole.h"
 #include "core/via/ViaSpiceModel.h"
 #include "core/via/ViaViewStyle.h"
 
@@ -23,12 +26,6 @@ inline constexpr int kLaneWidth = 7;
 inline constexpr int kPortSize = 7;
 // A stackup whose thicknesses add up to nothing is drawn with every layer this thick.
 inline constexpr double kFallbackThickness = 1e-4;
-
-// A record name up to its NUL, or all of it when the host left none.
-template <std::size_t N>
-std::string_view NameOf(const char (&name)[N]) {
-    return {name, static_cast<std::size_t>(std::find(name, name + N, '\0') - name)};
-}
 
 inline std::span<const STACKUPLAYER> LayersOf(const SpiceExportInput& input) {
     if (input.stackup == nullptr || input.stackup->layers == nullptr || input.stackup->count <= 0) {
@@ -66,16 +63,9 @@ inline double Thickness(const STACKUPLAYER& layer) {
     return Positive(layer.thickness);
 }
 
-inline const char* TypeWord(const STACKUPLAYER& layer) {
-    if (layer.kind == STACKUP_DIELECTRIC) {
-        return "DIEL";
-    }
-    return layer.usage == STACKUP_USAGE_PLANE || layer.usage == STACKUP_USAGE_PLANE_SPLIT ? "PLANE"
-                                                                                          : "METAL";
-}
-
 inline std::string ValueText(const STACKUPLAYER& layer, bool metric) {
-    return std::string(TypeWord(layer)) + "  " + via_view::LengthText(layer.thickness, metric);
+    return std::string(LayerTypeWord(layer.kind, layer.usage)) + "  " +
+           LengthText(layer.thickness, metric);
 }
 
 inline const char* ViaName(const SpiceExportInput& input, int via) {

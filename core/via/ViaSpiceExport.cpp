@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "core/ports/MessagePort.h"
+#include "core/shared/BoundedCopy.h"
 #include "core/shared/FileIo.h"
 #include "core/via/ViaSpiceWriter.h"
 #include "core/via/ViaVizData.h"
@@ -31,26 +31,6 @@ bool FileExists(const std::filesystem::path& path) {
     return probe.is_open();
 }
 
-bool OverwriteConfirmed(const std::string& path) {
-    MessageRequest question;
-    question.text = "File \"" + path + "\" exists.\nDo you want to overwrite it?";
-    question.caption = std::string(kOverwriteCaption);
-    question.icon = MessageIcon::Warning;
-    question.buttons = MessageButtons::YesNo;
-    question.defaultAnswer = MessageAnswer::No;
-    return ShowMessage(question) == MessageAnswer::Yes;
-}
-
-void ReportCannotOpen(const std::string& path) {
-    MessageRequest report;
-    report.text = "Cannot open file \"" + path + "\"";
-    report.caption = std::string(kSpiceExportCaption);
-    report.icon = MessageIcon::Error;
-    report.buttons = MessageButtons::Ok;
-    report.defaultAnswer = MessageAnswer::Ok;
-    ShowMessage(report);
-}
-
 }  // namespace
 
 std::string DefaultSpiceFileName(const SpiceExportInput& input, const SpiceExportNames& names) {
@@ -61,7 +41,7 @@ std::string DefaultSpiceFileName(const SpiceExportInput& input, const SpiceExpor
         return FileNameFromBase(names.baseName);
     }
     const bool hasPadstack = !input.vias.empty() && input.vias.front().padstack != nullptr;
-    return FileNameFromBase(hasPadstack ? std::string(RecordName(input.vias.front().padstack->name))
+    return FileNameFromBase(hasPadstack ? std::string(FieldText(input.vias.front().padstack->name))
                                         : "");
 }
 
@@ -81,7 +61,7 @@ SpiceExportOutcome ExportViaToSpice(const SpiceExportInput* input, const SpiceEx
         return SpiceExportOutcome::Cancelled;
     }
     const std::filesystem::path path = chosen->Path();
-    if (FileExists(path) && !OverwriteConfirmed(path.string())) {
+    if (FileExists(path) && !ConfirmOverwrite(path.string())) {
         return SpiceExportOutcome::Refused;
     }
     SpiceExportInput stamped = *input;
@@ -89,7 +69,7 @@ SpiceExportOutcome ExportViaToSpice(const SpiceExportInput* input, const SpiceEx
     // The text is complete before the file is touched, so bad data never leaves a torn file.
     const std::string text = SpiceModelText(stamped);
     if (!ReplaceFileAtomically(path, text).ok) {
-        ReportCannotOpen(path.string());
+        ReportCannotOpen(path.string(), kSpiceExportCaption);
         return SpiceExportOutcome::CannotOpen;
     }
     return SpiceExportOutcome::Written;

@@ -17,7 +17,6 @@ namespace kv {
 inline constexpr std::string_view kSpiceDefaultExtension = "cir";
 inline constexpr std::string_view kSpiceFileFilter = "SPICE files (*.cir;*.inc)|*.cir; *.inc||";
 inline constexpr std::string_view kSpiceExportCaption = "Export to Spice";
-inline constexpr std::string_view kOverwriteCaption = "Warning";
 
 // The names the via control holds for its export.
 struct SpiceExportNames {

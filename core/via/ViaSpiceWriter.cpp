@@ -2,12 +2,13 @@
 
 #include <array>
 #include <iterator>
-#include <ostream>
 #include <stdexcept>
 #include <string_view>
 
 #include "core/shared/Misc_String.h"
 #include "core/shared/NumberText.h"
+#include "core/via/LayerRole.h"
+#include "core/via/ViaViewStyle.h"
 #include "core/via/ViaVizData.h"
 
 namespace kv {
@@ -48,9 +49,11 @@ std::string Number3(std::size_t index) {
     return digits.size() < 3 ? std::string(3 - digits.size(), '0') + digits : digits;
 }
 
-// A length with its unit. In the stackup table a number whose first decimal is 0 loses its
-// decimals altogether ("1.05" reads "1"); the table has always looked so and is kept.
-std::string LengthText(double metres, bool metric, bool cutAtPoint) {
+// A length with its unit, written as the subcircuit's comments have always had it and unlike
+// the views' LengthText: no blank before the unit, the number cut at kLengthFieldCapacity
+// characters and, in the stackup table, a number whose first decimal is 0 without its decimals
+// ("1.05" reads "1").
+std::string SpiceLengthText(double metres, bool metric, bool cutAtPoint) {
     std::array<char, kLengthFieldCapacity + 1> number{};
     std::array<char, kUnitTextCapacity + 1> unit{};
     FormatLength(metres, number.data(), kLengthFieldCapacity, metric, unit.data());
@@ -63,29 +66,14 @@ std::string LengthText(double metres, bool metric, bool cutAtPoint) {
     return text + unit.data();
 }
 
-std::string_view LayerTypeText(const STACKUPLAYER& layer) {
-    if (layer.kind == STACKUP_DIELECTRIC) {
-        return "DIEL";
+// The views' short shape names, but "NONE" for no shape and "UNDF" for every code the table
+// has no name for, the custom outline among them.
+std::string PadShapeText(int32_t shape) {
+    if (shape == PAD_SHAPE_NONE) {
+        return "NONE";
     }
-    return layer.usage == STACKUP_USAGE_PLANE || layer.usage == STACKUP_USAGE_PLANE_SPLIT ? "PLANE"
-                                                                                          : "METAL";
-}
-
-std::string_view PadShapeText(int32_t shape) {
-    switch (shape) {
-        case PAD_SHAPE_NONE:
-            return "NONE";
-        case PAD_SHAPE_ROUND:
-            return "RND";
-        case PAD_SHAPE_RECTANGLE:
-            return "RECT";
-        case PAD_SHAPE_OVAL:
-            return "OVAL";
-        case PAD_SHAPE_OBLONG:
-            return "OBL";
-        default:
-            return "UNDF";
-    }
+    std::string name = via_view::ShapeText(shape);
+    return name.empty() || shape == PAD_SHAPE_CUSTOM ? "UNDF" : name;
 }
 
 // The pad of the first via on layer `index`; a layer beyond its pad array, or a count a host
@@ -116,19 +104,20 @@ void WriteStackup(const SpiceExportInput& input, std::string& text) {
     text += "* NN   type   Thickness  Pad      Size   Name  \n";
     for (int32_t i = 0; i < input.stackup->count; ++i) {
         const STACKUPLAYER& layer = input.stackup->layers[i];
-        std::string_view shape;
+        std::string shape;
         std::string size;
         if (layer.kind != STACKUP_DIELECTRIC) {
             const PADDATA pad = FirstViaPad(input, i);
             shape = PadShapeText(pad.shape);
             if (pad.shape != PAD_SHAPE_NONE) {
-                size = LengthText(pad.pad_x, input.metric, true);
+                size = SpiceLengthText(pad.pad_x, input.metric, true);
             }
         }
-        text += '*' + Right(std::to_string(i + 1), 3) + "  " + Right(LayerTypeText(layer), 5) +
-                "  " + Right(LengthText(layer.thickness, input.metric, true), 8) + "   " +
+        text += '*' + Right(std::to_string(i + 1), 3) + "  " +
+                Right(LayerTypeWord(layer.kind, layer.usage), 5) + "  " +
+                Right(SpiceLengthText(layer.thickness, input.metric, true), 8) + "   " +
                 Right(shape, 4) + "  " + Right(size, 8) + "  " +
-                std::string(RecordName(layer.name)) + "  \n";
+                std::string(FieldText(layer.name)) + "  \n";
     }
 }
 
@@ -138,13 +127,13 @@ void WritePorts(const SpiceExportInput& input, std::size_t viaIndex,
         text += (viaIndex == 0 ? "*\n" : "") + ViaLabelLine(viaIndex);
     }
     const PADSTACK& padstack = *input.vias[viaIndex].padstack;
-    text += "* Padstack: \"" + std::string(RecordName(padstack.name)) +
-            "\"   Drill=" + LengthText(padstack.drill, input.metric, false) + '\n';
+    text += "* Padstack: \"" + std::string(FieldText(padstack.name)) +
+            "\"   Drill=" + SpiceLengthText(padstack.drill, input.metric, false) + '\n';
     text += "* layers to connect (ports)\n";
     for (const CViaVizSpiceLayer& node : nodes) {
         if (node.port != nullptr) {
             text += "*** connection to layer \"" +
-                    std::string(RecordName(input.stackup->layers[node.layer].name)) + "\"\n";
+                    std::string(FieldText(input.stackup->layers[node.layer].name)) + "\"\n";
             text += "+ " + Right(node.name, 8) + '\n';
         }
     }
@@ -279,11 +268,6 @@ std::string SpiceModelText(const SpiceExportInput& input) {
     }
     text += ".ENDS\n";
     return text;
-}
-
-void WriteSpiceModel(const SpiceExportInput& input, std::ostream& out) {
-    const std::string text = SpiceModelText(input);
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
 }  // namespace kv

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/shared/NumberText.h"
+#include "core/shared/UnitFormat.h"
 #include "core/via/PadOutline.h"
 #include "core/via/ViaViewStyle.h"
 
@@ -92,7 +93,7 @@ void DrawDimension(ICanvas& canvas, const PadTopViewPlacement& at, const Bounds&
         canvas.MoveTo({x, y - 3});
         canvas.LineTo({x, y + 4});
     }
-    const std::string text = label + " " + style::LengthText(bounds.Width(), metric);
+    const std::string text = label + " " + LengthText(bounds.Width(), metric);
     const Extent size = canvas.TextExtent(text);
     canvas.SetTextColor(style::kDimension);
     canvas.TextOut({(left + right - size.width) / 2, y + 2}, text);
@@ -101,9 +102,9 @@ void DrawDimension(ICanvas& canvas, const PadTopViewPlacement& at, const Bounds&
 std::string ShapeLegend(const char* what, int32_t shape, double width, double height, double angle,
                         bool metric) {
     std::string text =
-        std::string(what) + ": " + style::ShapeText(shape) + " " + style::LengthText(width, metric);
+        std::string(what) + ": " + style::ShapeText(shape) + " " + LengthText(width, metric);
     if (std::isfinite(height) && height > 0.0 && height != width) {
-        text += " x " + style::LengthText(height, metric);
+        text += " x " + LengthText(height, metric);
     }
     if (std::isfinite(angle) && angle != 0.0) {
         text += ", " + FormatSignificant(angle, 6) + " deg";
@@ -128,12 +129,11 @@ std::vector<std::string> Legend(const PadTopViewInput& input, const LayerPadShap
             antipadLine = ShapeLegend("Anti-pad", pad->shape, pad->pad_x, pad->pad_y, pad->angle,
                                       input.metric);
         } else {
-            antipadLine = "Anti-pad: clearance " + style::LengthText(pad->clearance, input.metric);
+            antipadLine = "Anti-pad: clearance " + LengthText(pad->clearance, input.metric);
         }
     }
-    const std::string holeLine =
-        "Drill: " + style::LengthText(DrilledDiameter(input), input.metric) +
-        ", finished hole: " + style::LengthText(input.drill, input.metric);
+    const std::string holeLine = "Drill: " + LengthText(DrilledDiameter(input), input.metric) +
+                                 ", finished hole: " + LengthText(input.drill, input.metric);
     return {padLine, antipadLine, holeLine};
 }
 

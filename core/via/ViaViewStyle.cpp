@@ -2,16 +2,9 @@
 
 #include <array>
 
-#include "core/shared/Misc_String.h"
 #include "kvcomctl/ViaRecords.h"
 
 namespace kv::via_view {
-
-std::string LengthText(double metres, bool metric) {
-    char text[kNumberTextCapacity + kUnitTextCapacity + 2];
-    FormatLength(metres, text, sizeof text - 1, metric);
-    return text;
-}
 
 std::string ShapeText(int32_t shape) {
     // Indexed by the shape code; 0 and 1 are no shape.

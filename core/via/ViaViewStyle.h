@@ -5,8 +5,8 @@
 
 #include "core/shared/ColorRef.h"
 
-// Colours and text helpers both via views share, so a layer looks the same from the side and
-// from above.
+// Colours and texts both via views share, so a layer looks the same from the side and from
+// above; the SPICE comments name pad shapes as the views do.
 
 namespace kv::via_view {
 
@@ -27,8 +27,6 @@ inline constexpr uint32_t kLine = MakeColorRef(130, 40, 160);
 inline constexpr uint32_t kCapacitance = MakeColorRef(210, 120, 0);
 inline constexpr uint32_t kPort = MakeColorRef(200, 30, 30);
 
-// "20.0 mils", "0.51 mm": a length in the control's unit.
-std::string LengthText(double metres, bool metric);
 // "RND", "RECT", "OVAL", "OBL", "CUST" or "" for no shape.
 std::string ShapeText(int32_t shape);
 

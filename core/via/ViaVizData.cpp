@@ -1,19 +1,13 @@
 #include "core/via/ViaVizData.h"
 
 #include <algorithm>
-#include <cstring>
+
+#include "core/shared/BoundedCopy.h"
 
 namespace kv {
 
 bool SetRecordName(char (&name)[VIA_NAME_CAPACITY + 1], std::string_view text) {
-    const std::size_t kept = std::min<std::size_t>(text.size(), VIA_NAME_CAPACITY);
-    std::memcpy(name, text.data(), kept);
-    name[kept] = '\0';
-    return kept == text.size();
-}
-
-std::string_view RecordName(const char (&name)[VIA_NAME_CAPACITY + 1]) {
-    return {name, static_cast<std::size_t>(std::find(name, name + sizeof name, '\0') - name)};
+    return SetFieldText(name, text);
 }
 
 CViaVizData::~CViaVizData() {

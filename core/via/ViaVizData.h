@@ -7,11 +7,9 @@
 
 namespace kv {
 
-// Copies `text` into a record name, cut to VIA_NAME_CAPACITY bytes. Returns false when it had
-// to cut, so readers of outside data can refuse a name that does not fit.
+// Puts `text` into a record name, as SetFieldText: false when it had to cut it to
+// VIA_NAME_CAPACITY bytes.
 bool SetRecordName(char (&name)[VIA_NAME_CAPACITY + 1], std::string_view text);
-// A record name up to its NUL, or all its bytes when the host filled them without one.
-std::string_view RecordName(const char (&name)[VIA_NAME_CAPACITY + 1]);
 
 // The via data a host fills: a stackup and a padstack. The object owns the layer array of the
 // stackup and the pad array of the padstack, whoever put them there, and frees both with

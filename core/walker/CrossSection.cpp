@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "core/shared/Misc_String.h"
+#include "core/via/LayerRole.h"
 
 namespace kv {
 namespace {
@@ -16,22 +16,7 @@ constexpr double kSideRoom = 1.25;
 constexpr int kTickHalf = 3;
 constexpr int kLabelGap = 6;
 
-std::string BoundedText(const char* text, std::size_t capacity) {
-    if (text == nullptr) {
-        return {};
-    }
-    const void* end = std::memchr(text, '\0', capacity);
-    return std::string(text, end != nullptr ? static_cast<const char*>(end) - text : capacity);
-}
-
-uint32_t BandColor(const CrossSectionLayer& layer) {
-    if (layer.kind != STACKUP_CONDUCTOR) {
-        return color::kDielectric;
-    }
-    const bool plane =
-        layer.usage == STACKUP_USAGE_PLANE || layer.usage == STACKUP_USAGE_PLANE_SPLIT;
-    return plane ? color::kPlane : color::kSignalLayer;
-}
+constexpr BandColors kBandColors{color::kDielectric, color::kSignalLayer, color::kPlane};
 
 uint32_t RoleColor(int32_t role) {
     switch (role) {
@@ -46,12 +31,6 @@ uint32_t RoleColor(int32_t role) {
 
 bool OnStackup(const CrossSectionData& data, const CrossSectionTrace& trace) {
     return trace.layer >= 0 && trace.layer < static_cast<int32_t>(data.layers.size());
-}
-
-std::string LengthText(double metres) {
-    char text[64];
-    FormatLength(metres, text, sizeof text - 1, true);
-    return text;
 }
 
 // Edge-to-edge separations between the current net and each coupled net on
@@ -82,7 +61,7 @@ void AddDimensions(const CrossSectionData& data, CrossSectionLayout& layout, int
             dimension.y = bandTop - kTickHalf - 1 - level * (textHeight + kTickHalf + 2);
             dimension.x1 = std::min(toPixel(fromX), toPixel(toX));
             dimension.x2 = std::max(toPixel(fromX), toPixel(toX));
-            dimension.text = LengthText(gap);
+            dimension.text = LengthText(gap, true);
             layout.dimensions.push_back(std::move(dimension));
         }
     }
@@ -97,7 +76,7 @@ CrossSectionData CrossSectionData::Copy(const STACKUPARRAY* stackup,
         for (int32_t i = 0; i < stackup->count; ++i) {
             const STACKUPLAYER& layer = stackup->layers[i];
             data.layers.push_back(
-                {BoundedText(layer.name, sizeof layer.name), layer.kind, layer.usage,
+                {std::string(FieldText(layer.name)), layer.kind, layer.usage,
                  std::isfinite(layer.thickness) ? std::max(0.0, layer.thickness) : 0.0});
         }
     }
@@ -108,7 +87,7 @@ CrossSectionData CrossSectionData::Copy(const STACKUPARRAY* stackup,
                 continue;  // no place on the board to draw it at
             }
             data.traces.push_back({trace.layer, trace.x, std::max(0.0, trace.width), trace.role,
-                                   BoundedText(trace.net, sizeof trace.net)});
+                                   std::string(FieldText(trace.net))});
         }
     }
     return data;
@@ -166,7 +145,7 @@ CrossSectionLayout ComputeCrossSectionLayout(const CrossSectionData& data, const
             stackTop + static_cast<int>(std::lround(running * layout.pixelsPerMetre));
         layout.bands.push_back({{layout.area.left, bandTop, layout.area.right, bandBottom},
                                 static_cast<int>(i),
-                                BandColor(data.layers[i])});
+                                BandColor(data.layers[i].kind, data.layers[i].usage, kBandColors)});
         const int labelY = (bandTop + bandBottom - textHeight) / 2;
         layout.labels.push_back({{client.left + kCrossSectionMargin, labelY}, data.layers[i].name});
     }

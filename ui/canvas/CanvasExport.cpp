@@ -4,7 +4,6 @@
 #include <QSaveFile>
 #include <QSvgGenerator>
 
-#include "core/ports/MessagePort.h"
 #include "ui/canvas/QtCanvas.h"
 
 namespace kv::ui {
@@ -60,13 +59,7 @@ bool SaveCanvasImageAs(IFileChooser& chooser, const CanvasImageSave& image,
     // The file dialog leaves the overwrite question to the command, as the
     // SPICE export asks it.
     if (QFileInfo::exists(qtPath)) {
-        MessageRequest question;
-        question.text = "File \"" + path + "\" exists.\nDo you want to overwrite it?";
-        question.caption = "Warning";
-        question.icon = MessageIcon::Warning;
-        question.buttons = MessageButtons::YesNo;
-        question.defaultAnswer = MessageAnswer::No;
-        if (ShowMessage(question) != MessageAnswer::Yes) {
+        if (!ConfirmOverwrite(path)) {
             return false;
         }
     }
@@ -74,11 +67,7 @@ bool SaveCanvasImageAs(IFileChooser& chooser, const CanvasImageSave& image,
     const bool written = svg ? SaveCanvasSvg(qtPath, image.size, image.font, image.svgTitle, draw)
                              : SaveCanvasPng(qtPath, image.size, image.font, draw);
     if (!written) {
-        MessageRequest report;
-        report.text = "Cannot open file \"" + path + "\"";
-        report.caption = "Save image";
-        report.icon = MessageIcon::Error;
-        ShowMessage(report);
+        ReportCannotOpen(path, "Save image");
     }
     return written;
 }

@@ -131,13 +131,6 @@ void CEyeDiagramMaskPage::UpdateDrawing() {
     ShowMaskOutline(*m_drawing, m_model.Outline());
 }
 
-void CEyeDiagramMaskPage::ReturnTo(std::optional<int> refused) {
-    if (refused && *refused != 0) {
-        m_fields[*refused]->setFocus();
-        m_fields[*refused]->selectAll();
-    }
-}
-
 void CEyeDiagramMaskPage::OnLibraryChosen(int index) {
     if (index >= 0) {
         ReturnTo(m_model.ChooseLibraryMask(m_libraryList->itemText(index).toStdString()));

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <map>
-#include <optional>
-
 #include "core/eyediagram/MaskPageModel.h"
 #include "ui/eyediagram/SheetPage.h"
 
@@ -32,12 +29,9 @@ private:
     // Shows the model's texts, name and library list.
     void ShowModel();
     void UpdateDrawing();
-    // Puts the user back into the field the model refused.
-    void ReturnTo(std::optional<int> refused);
     void OnLibraryChosen(int index);
 
     MaskPageModel m_model;
-    std::map<int, QLineEdit*> m_fields;
     QComboBox* m_libraryList = nullptr;
     QLineEdit* m_name = nullptr;
     CChartControl* m_drawing = nullptr;

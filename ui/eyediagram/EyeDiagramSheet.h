@@ -40,8 +40,6 @@ public:
 
     // 1 when the last EditWithPageFlag was given a flag other than 1, 2 or 4.
     int PageFlagUnknown() const { return m_pageFlagUnknown; }
-    // The copy the pages edit.
-    CStimulusData& Working() { return m_working; }
 
 public slots:
     void accept() override;

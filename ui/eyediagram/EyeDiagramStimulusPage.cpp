@@ -248,11 +248,6 @@ void CEyeDiagramStimulusPage::SyncBits() {
     }
 }
 
-void CEyeDiagramStimulusPage::ReturnTo(int controlId) {
-    m_fields[controlId]->setFocus();
-    m_fields[controlId]->selectAll();
-}
-
 bool CEyeDiagramStimulusPage::OnKillActive() {
     SyncBits();
     const std::optional<int> refused = m_model.Leave();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <map>
 
 #include "core/eyediagram/EyeStimulusPageModel.h"
 #include "ui/eyediagram/SheetPage.h"
@@ -49,10 +48,8 @@ private:
     // nothing while the page itself fills its controls.
     template <class Change>
     void Forward(Change change);
-    void ReturnTo(int controlId);
 
     EyeStimulusPageModel m_model;
-    std::map<int, QLineEdit*> m_fields;
     QComboBox* m_eyes = nullptr;
     QRadioButton* m_simple = nullptr;
     QRadioButton* m_advanced = nullptr;

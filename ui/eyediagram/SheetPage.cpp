@@ -1,10 +1,5 @@
 #include "ui/eyediagram/SheetPage.h"
 
-#include <QLineEdit>
-#include <string>
-
-#include "core/ports/MessagePort.h"
-
 namespace kv::ui {
 
 // A page shown on its own is hidden by QWidget's destructor, after the page's
@@ -14,19 +9,6 @@ CSheetPage::~CSheetPage() {
     for (QObject* child : findChildren<QObject*>()) {
         disconnect(child, nullptr, this, nullptr);
     }
-}
-
-void CSheetPage::RefuseField(QLineEdit& field, std::string_view problem, std::string_view caption,
-                             bool& filling) {
-    MessageRequest request;
-    request.text = std::string(problem);
-    request.caption = std::string(caption);
-    request.icon = MessageIcon::Warning;
-    filling = true;
-    ShowMessage(request);
-    filling = false;
-    field.setFocus();
-    field.selectAll();
 }
 
 }  // namespace kv::ui

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <QLineEdit>
 #include <QString>
 #include <QWidget>
-#include <string_view>
-
-class QLineEdit;
+#include <map>
+#include <optional>
 
 // A page of the eye-diagram sheet. The sheet asks the page before the user
 // leaves it or confirms (OnKillActive), when the sheet is confirmed with OK
@@ -25,11 +25,18 @@ public:
     virtual bool OnQueryCancel() { return true; }
 
 protected:
-    // Says why the value typed into `field` was refused and puts the user
-    // back into it; the typed text stays until it is put right. `filling` is
-    // raised while the box is up, so the page's change handlers stay quiet.
-    static void RefuseField(QLineEdit& field, std::string_view problem, std::string_view caption,
-                            bool& filling);
+    // Puts the user back into the field the page's model refused: focused, with the typed text
+    // selected. No id, or one without a field, leaves the focus where it is.
+    void ReturnTo(std::optional<int> controlId) {
+        if (const auto field = controlId ? m_fields.find(*controlId) : m_fields.end();
+            field != m_fields.end()) {
+            field->second->setFocus();
+            field->second->selectAll();
+        }
+    }
+
+    // The page's text fields by control id.
+    std::map<int, QLineEdit*> m_fields;
 };
 
 }  // namespace kv::ui

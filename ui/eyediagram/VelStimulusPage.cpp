@@ -355,11 +355,6 @@ void CVelStimulusPage::SyncBits() {
     }
 }
 
-void CVelStimulusPage::ReturnTo(int controlId) {
-    m_fields[controlId]->setFocus();
-    m_fields[controlId]->selectAll();
-}
-
 bool CVelStimulusPage::OnKillActive() {
     SyncBits();
     const std::optional<int> refused = m_model.CommitAll();

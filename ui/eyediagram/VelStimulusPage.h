@@ -1,7 +1,5 @@
 #pragma once
 
-#include <map>
-
 #include "core/eyediagram/StimulusEditPageModel.h"
 #include "ui/eyediagram/SheetPage.h"
 
@@ -49,7 +47,6 @@ private:
     // nothing while the page itself fills its controls.
     template <class Change>
     void Forward(Change change);
-    void ReturnTo(int controlId);
     // The installed file chooser, or a Qt dialog over this page.
     template <class Use>
     void WithChooser(Use use);
@@ -60,7 +57,6 @@ private:
     int m_shownBits = -1;  // the model's revisions the pattern control shows
     int m_shownLook = -1;
 
-    std::map<int, QLineEdit*> m_fields;
     QComboBox* m_nameList = nullptr;
     QLineEdit* m_nameEdit = nullptr;
     QComboBox* m_sequence = nullptr;

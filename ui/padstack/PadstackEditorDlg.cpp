@@ -14,9 +14,9 @@
 #include <QTimer>
 #include <QUndoStack>
 #include <QVBoxLayout>
-#include <cstring>
 
 #include "core/padstack/PadstackMessages.h"
+#include "core/shared/BoundedCopy.h"
 #include "core/via/ViaVizData.h"
 #include "ui/padstack/PadstackCellDelegate.h"
 #include "ui/padstack/PadstackEditCommand.h"
@@ -173,12 +173,11 @@ int32_t CPadstackEditorDlg::Edit(QWidget* parent, IViaVizData* data) {
     }
     m_loaded = m_applied = m_model.State();
     m_undo->clear();
-    const char* name = padstack->name;
-    setWindowTitle(
-        QString::fromUtf8(kPadstackEditorTitle.data(),
-                          static_cast<qsizetype>(kPadstackEditorTitle.size())) +
-        QStringLiteral(" - ") +
-        QString::fromUtf8(name, static_cast<qsizetype>(strnlen(name, sizeof padstack->name))));
+    const std::string_view name = kv::FieldText(padstack->name);
+    setWindowTitle(QString::fromUtf8(kPadstackEditorTitle.data(),
+                                     static_cast<qsizetype>(kPadstackEditorTitle.size())) +
+                   QStringLiteral(" - ") +
+                   QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
     RefreshAll();
     m_table->setCurrentIndex(m_tableModel->index(0, 0));
 
