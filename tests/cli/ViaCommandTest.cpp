@@ -1,4 +1,5 @@
-// kvcomctl spice and padstack-dump on the example boards and on broken descriptions.
+// kvcomctl spice and padstack-dump on the example boards, on broken descriptions and on
+// outputs that cannot be written.
 
 #include <gtest/gtest.h>
 
@@ -75,7 +76,6 @@ TEST_F(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
         {"\"shape\": \"oval\"", "\"shape\": \"egg\"", "vias[0].padstack.pads[10].shape: \"egg\""},
         {"{\"type\": \"none\"},\n", "", "vias[0].padstack.pads: needs one pad per stackup layer"},
         {"\"pair\": false", "\"pair\": true", "vias: a pair needs exactly two vias"},
-        {"\"kind\": \"dielectric\",", "\"kind\": \"air\",", "stackup[9].kind: \"air\""},
         {"\"subcircuit\": \"VIA_TOP_SIG4\",", "", "subcircuit: missing"},
         {"]\n}", "", "vias[1]: not valid JSON at line 54, column 1: syntax error"},
         {"\"drill\": 2.54e-4", "\"drill\": 1e999",
@@ -116,10 +116,21 @@ TEST_F(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
                                "\" is a folder, not a via description\n");
     }
     EXPECT_EQ(Run("spice"), 2);
-    EXPECT_EQ(Run("spice " + Example("via_signal_6layer.json").string() + " -o " +
-                  (m_folder.Path() / "missing" / "x.cir").string()),
-              1);
-    EXPECT_NE(m_error.find("Cannot open file"), std::string::npos);
+}
+
+TEST_F(ViaCommand, OutputsThatCannotBeWrittenAreRefusedAndKept) {
+    const std::string board = Example("via_signal_6layer.json").string();
+    const fs::path locked = m_folder.Path() / "locked.cir";
+    WriteText(locked, "keep");
+    fs::permissions(locked, fs::perms::owner_read);
+    EXPECT_EQ(Run("spice " + board + " -o " + locked.string()), 1);
+    EXPECT_EQ(m_error, "kvcomctl spice: Cannot open file \"" + locked.string() +
+                           "\": Permission denied (the file is read-only)\n");
+    EXPECT_EQ(ReadText(locked), "keep");
+    const fs::path dump = m_folder.Path() / "missing" / "x.dmp";
+    EXPECT_EQ(Run("padstack-dump " + board + " -o " + dump.string()), 1);
+    EXPECT_EQ(m_error, "kvcomctl padstack-dump: Cannot write file \"" + dump.string() +
+                           "\": No such file or directory\n");
 }
 
 }  // namespace
