@@ -28,8 +28,9 @@ TEST(AxisCliTest, RefusesWhatHasNoStepAndBadArguments) {
         EXPECT_EQ(result.out, "") << args;
         EXPECT_EQ(result.err.rfind("kvcomctl axis: no grid step fits the range [", 0), 0u) << args;
     }
-    for (const char* args : {"axis 0 1 0", "axis 0 1 2.5", "axis nan 1 100", "axis 0 1 100 --bogus",
-                             "axis 0 1", "axis 0 1 100 --spacing x", "axis 0 1 100 --spacing -1"}) {
+    for (const char* args :
+         {"axis 0 1 0", "axis 0 1 -4", "axis 0 1 2.5", "axis nan 1 100", "axis 0 1 100 --bogus",
+          "axis 0 1", "axis 0 1 100 --spacing x", "axis 0 1 100 --spacing -1"}) {
         const CommandResult result = RunCli(args);
         EXPECT_EQ(result.status, 2) << args;
         EXPECT_EQ(result.out, "") << args;

@@ -1,4 +1,4 @@
-"""Shared fixtures: the kvcomctl command line the module is compared with, and the examples."""
+"""The kvcomctl command line the module is compared with."""
 
 import os
 import subprocess
@@ -26,8 +26,3 @@ def cli():
     if not os.environ.get("KV_CLI"):
         pytest.fail("KV_CLI must name the kvcomctl executable")
     return Cli(os.environ["KV_CLI"])
-
-
-@pytest.fixture(scope="session")
-def examples():
-    return os.environ["KV_EXAMPLES_DIR"]

@@ -114,12 +114,13 @@ def test_invalid_files_raise_after_the_reset(tmp_path):
         data.save(tmp_path / "no" / "such" / "file.ini")
 
 
-@pytest.mark.parametrize("content", [b"\x00\xff\x01binary noise\x02", b"  \n"])
-def test_a_file_the_command_line_refuses_is_refused_with_its_reason(cli, tmp_path, content):
+@pytest.mark.parametrize(
+    "content, reason", [(b"\x00\xff\x01binary noise\x02", "is no INI file"), (b"  \n", "is empty")])
+def test_a_file_the_command_line_refuses_is_refused_with_its_reason(cli, tmp_path, content, reason):
     path = tmp_path / "stimulus.ini"
     path.write_bytes(content)
     data = changed_data()
-    with pytest.raises(ValueError) as raised:
+    with pytest.raises(ValueError, match=reason) as raised:
         data.load(path)
     refused = cli.run("stimulus", "show", path)
     assert refused.returncode == 1

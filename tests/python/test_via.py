@@ -14,23 +14,23 @@ def without_date(text):
     return re.sub(r"generated \d{4}-\d\d-\d\d \d\d:\d\d:\d\d", "generated <time>", text)
 
 
-def load(examples, name):
-    path = os.path.join(examples, name)
+def load(name):
+    path = os.path.join(os.environ["KV_EXAMPLES_DIR"], name)
     with open(path, encoding="utf-8") as file:
         return path, json.load(file)
 
 
 @pytest.mark.parametrize("name", ["via_signal_6layer.json", "via_pair_6layer.json"])
-def test_exports_match_the_command_line(cli, examples, name):
-    path, description = load(examples, name)
+def test_exports_match_the_command_line(cli, name):
+    path, description = load(name)
     for metric in ([], ["--metric"]):
         ours = kvcomctl.via_spice(description, metric=bool(metric))
         assert without_date(ours) == without_date(cli.out("spice", path, *metric))
     assert kvcomctl.padstack_dump(description) == cli.out("padstack-dump", path)
 
 
-def test_broken_descriptions_fail_with_the_command_line_messages(cli, examples, tmp_path):
-    _, description = load(examples, "via_signal_6layer.json")
+def test_broken_descriptions_fail_with_the_command_line_messages(cli, tmp_path):
+    _, description = load("via_signal_6layer.json")
     broken = copy.deepcopy(description)
     broken["vias"][0]["padstack"]["pads"][2]["shape"] = "hexagon"
     written = tmp_path / "broken.json"
