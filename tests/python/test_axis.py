@@ -6,7 +6,7 @@ import kvcomctl
 
 CASES = [
     (0, 7, 100, {"unit": "V"}),
-    (5, 5, 300, {"prefixes": False, "spacing": 0}),
+    (0, 12345, 300, {"unit": "V", "prefixes": False, "spacing": 0}),
     (-3e-9, 4e-9, 800, {"unit": "s", "y": True}),
     (1e3, 1e9, 600, {"log": True, "unit": "Hz"}),
 ]
