@@ -54,6 +54,7 @@ TEST_F(StimulusCli, SetRefusesWhatThePagesOrALoadWouldRefuse) {
         {"PERIOD=nan", 1, period},
         {"PERIOD=-5", 1, period},
         {"CYCLECOUNT=1.5", 1, "not a whole number"},
+        {"SCALETIME=3", 1, "Valid scale range is 50 - 200"},
         {"JITTERREPEATABLE=2", 1, "must be 0 or 1"},
         {"PTOPMIN=2", 1, "Ptop min value less than Pcross value"},
         {"SEQTYPE=4 BITSEQUENCE=", 1, "needs at least one bit"},

@@ -53,6 +53,7 @@ TEST(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
         {"\"shape\": \"oval\"", "\"shape\": \"egg\"", "vias[0].padstack.pads[10].shape: \"egg\""},
         {"{\"type\": \"none\"},\n", "", "vias[0].padstack.pads: needs one pad per stackup layer"},
         {"\"pair\": false", "\"pair\": true", "vias: a pair needs exactly two vias"},
+        {"\"kind\": \"dielectric\",", "\"kind\": \"air\",", "stackup[9].kind: \"air\""},
         {"\"subcircuit\": \"VIA_TOP_SIG4\",", "", "subcircuit: missing"},
         {"]\n}", "", "vias[1]: not valid JSON at line 54, column 1: syntax error"},
         {"\"drill\": 2.54e-4", "\"drill\": 1e999",
