@@ -27,6 +27,7 @@ def test_sequences_match_the_command_line(cli, make, args):
 @pytest.mark.parametrize(
     "call, message",
     [
+        (lambda: kvcomctl.prbs(0), "degree must be from 1 to 30"),
         (lambda: kvcomctl.prbs(31), "degree must be from 1 to 30"),
         (lambda: kvcomctl.prbs(5, init=2), "init must be 0 or 1"),
         (lambda: kvcomctl.toggling(-1), "init must be 0 or 1"),
@@ -58,7 +59,7 @@ def test_check_8b10b_agrees_with_the_command_line(cli, tmp_path):
     broken_run[5003:5010] = 1  # seven equal bits
     flipped = code.copy()
     flipped[12345] ^= 1
-    ragged = code[:-3]  # ends inside a period
+    ragged = np.append(code, np.ones(7, np.uint8))  # broken after the last whole period
     for index, bits in enumerate([code, broken_run, flipped, ragged]):
         path = tmp_path / f"case{index}.bit"
         kvcomctl.write_bit_file(path, bits)

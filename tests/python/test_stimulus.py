@@ -29,30 +29,27 @@ def as_text(value):
     return str(value)
 
 
+# A value other than the default for every property the tests change, set in this order.
+CHANGED = {
+    "cycle_count": 12, "skip_bits": 3, "eye_count": 2, "period": 2.5, "duty_cycle": 40.0,
+    "max_jitter": 0.125, "random_freq": 250.0, "sine_mag": 0.5, "sine_freq": 33.0,
+    "sine_init": 0.25, "uniform_mag": 0.75, "uniform_mean": 0.0625, "add_gaussian": True,
+    "add_uniform": False, "add_sine": True, "advanced_jitter": True,
+    "gaussian_freq_measured": True, "sine_freq_measured": True, "jitter_type": 2,
+    "jitter_repeatable": False, "uniform_jitter_as_time": True,
+    "seq_type": 4,  # custom: the bits are stored
+    "init_state": 1, "poly_degree": 9,
+}
+MASK_CHANGED = {"top_max": 6.0, "rise_delay": 25.0, "scale_time": 1.5}
+
+
 def changed_data():
     data = kvcomctl.StimulusData()
-    data.cycle_count = 12
-    data.skip_bits = 3
-    data.eye_count = 2
-    data.period = 2.5
-    data.duty_cycle = 40.0
-    data.max_jitter = 0.125
-    data.random_freq = 250.0
-    data.sine_mag, data.sine_freq, data.sine_init = 0.5, 33.0, 0.25
-    data.uniform_mag, data.uniform_mean = 0.75, 0.0625
-    data.add_gaussian, data.add_uniform, data.add_sine = True, False, True
-    data.advanced_jitter = True
-    data.gaussian_freq_measured, data.sine_freq_measured = True, True
-    data.jitter_type = 2
-    data.jitter_repeatable = False
-    data.uniform_jitter_as_time = True
-    data.seq_type = 4  # custom: the bits are stored
-    data.init_state = 1
-    data.poly_degree = 9
+    for attr, value in CHANGED.items():
+        setattr(data, attr, value)
     data.bits = np.array([1, 0, 0, 1, 1, 1, 0, 1], np.uint8)
-    data.mask.top_max = 6.0
-    data.mask.rise_delay = 25.0
-    data.mask.scale_time = 1.5
+    for attr, value in MASK_CHANGED.items():
+        setattr(data.mask, attr, value)
     data.mask.name = "Gen2 mask"
     return data
 
@@ -66,12 +63,14 @@ def test_every_stored_key_is_a_documented_property(cli, tmp_path):
     mask_names = stored_names(kvcomctl.EyeMask)
     loaded = kvcomctl.StimulusData()
     loaded.load(path)
+    # Each property stores under its documented key what it was given, and loads it back.
     for key, value in shown.items():
         if key in names:
             assert as_text(getattr(loaded, names[key])) == value, key
-            assert getattr(loaded, names[key]) == getattr(data, names[key]), key
+            assert as_text(CHANGED.get(names[key], value)) == value, key
         elif key in mask_names:
             assert as_text(getattr(loaded.mask, mask_names[key])) == value, key
+            assert as_text(MASK_CHANGED.get(mask_names[key], value)) == value, key
         else:
             assert key in ("SEQUENCELENGTH", "BITSEQUENCE"), key
     assert shown["SEQUENCELENGTH"] == "8" and shown["BITSEQUENCE"] == "10011101"
