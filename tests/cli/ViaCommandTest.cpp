@@ -1,67 +1,45 @@
-// kvcomctl spice and padstack-dump on the example boards and on broken descriptions.
+// kvcomctl spice and padstack-dump on the example boards, on broken descriptions and on
+// outputs that cannot be written.
 
 #include <gtest/gtest.h>
 
-#include "tests/support/SpiceExportText.h"
-#include "tests/support/TestSupport.h"
-
 #include <filesystem>
 #include <string>
+
+#include "tests/support/SpiceExportText.h"
+#include "tests/support/TestSupport.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-class ViaCommand : public ::testing::Test {
-protected:
-    // Runs kvcomctl with `arguments`; keeps its outputs in m_output and m_error.
-    int Run(const std::string& arguments) {
-        const CommandResult result = RunCli(arguments);
-        m_output = result.out;
-        m_error = result.err;
-        return result.status;
-    }
+const std::string kBoard = std::string(KV_EXAMPLES_DIR) + "/via_signal_6layer.json";
 
-    fs::path Example(const std::string& name) { return fs::path(KV_EXAMPLES_DIR) / name; }
-
-    // Writes `json` as a description and returns its path.
-    fs::path Description(const std::string& json) {
-        const fs::path path = m_folder.Path() / "via.json";
-        WriteText(path, json);
-        return path;
-    }
-
-    TestFolder m_folder;
-    std::string m_error;
-    std::string m_output;
-};
-
-// Everything but the time must match to the byte.
-void ExpectSameBesidesTheTime(const std::string& actual, const std::string& expected) {
-    EXPECT_EQ(kv::test::WithoutExportTime(actual), kv::test::WithoutExportTime(expected));
-    EXPECT_NE(kv::test::WithoutExportTime(actual), actual) << "no time stamp in\n" << actual;
+std::string TestData(const std::string& name) {
+    return ReadText(fs::path(KV_TEST_DATA_DIR) / name);
 }
 
-TEST_F(ViaCommand, ExampleBoardsGiveTheHandWrittenSubcircuitsAndDump) {
+TEST(ViaCommand, ExampleBoardsGiveTheHandWrittenSubcircuitsAndDump) {
+    const TestFolder folder;
     for (const std::string name : {"via_signal_6layer", "via_pair_6layer"}) {
-        const fs::path output = m_folder.Path() / (name + ".cir");
-        ASSERT_EQ(Run("spice " + Example(name + ".json").string() + " -o " + output.string()), 0)
-            << m_error;
-        ExpectSameBesidesTheTime(ReadText(output),
-                                 ReadText(fs::path(KV_TEST_DATA_DIR) / (name + ".cir")));
+        const std::string output = folder.File(name + ".cir");
+        const CommandResult result =
+            RunCli("spice " + std::string(KV_EXAMPLES_DIR) + "/" + name + ".json -o " + output);
+        ASSERT_EQ(result.status, 0) << result.err;
+        // Everything but the time must match to the byte.
+        const std::string written = ReadText(output);
+        EXPECT_EQ(kv::test::WithoutExportTime(written),
+                  kv::test::WithoutExportTime(TestData(name + ".cir")));
+        EXPECT_NE(kv::test::WithoutExportTime(written), written) << "no time stamp in\n" << written;
     }
-    ASSERT_EQ(Run("padstack-dump " + Example("via_signal_6layer.json").string()), 0) << m_error;
-    EXPECT_EQ(m_output, ReadText(fs::path(KV_TEST_DATA_DIR) / "via_signal_6layer.dmp"));
-
-    ASSERT_EQ(Run("padstack-dump " + Example("via_signal_6layer.json").string() + " -o " +
-                  m_folder.Path().string()),
-              0);
-    EXPECT_EQ(ReadText(m_folder.Path() / "ViaVizData.dmp"),
-              ReadText(fs::path(KV_TEST_DATA_DIR) / "via_signal_6layer.dmp"));
+    EXPECT_EQ(RunCli("padstack-dump " + kBoard).out, TestData("via_signal_6layer.dmp"));
+    ASSERT_EQ(RunCli("padstack-dump " + kBoard + " -o " + folder.Path().string()).status, 0);
+    EXPECT_EQ(ReadText(folder.Path() / "ViaVizData.dmp"), TestData("via_signal_6layer.dmp"));
 }
 
-TEST_F(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
-    const std::string board = ReadText(Example("via_signal_6layer.json"));
+TEST(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
+    const TestFolder folder;
+    const std::string board = ReadText(kBoard);
     const struct {
         std::string from, to, message;
     } cases[] = {
@@ -91,35 +69,46 @@ TEST_F(ViaCommand, BrokenDescriptionsNameTheFieldAndWriteNothing) {
          "stackup[4].name: must not contain control characters"},
         {"\"pair\": false", "\"pa\\u0000ir\": false", "pa\\u0000ir: unknown field"},
     };
+    const std::string described = folder.File("via.json");
+    const std::string output = folder.File("out.cir");
     for (const auto& broken : cases) {
         std::string json = board;
         const std::size_t at = json.rfind(broken.from);
         ASSERT_NE(at, std::string::npos) << broken.from;
-        json.replace(at, broken.from.size(), broken.to);
-        const fs::path output = m_folder.Path() / "out.cir";
-        const fs::path described = Description(json);
-        EXPECT_EQ(Run("spice " + described.string() + " -o " + output.string()), 1)
-            << broken.message;
-        EXPECT_NE(m_error.find(broken.message), std::string::npos) << broken.message << "\n"
-                                                                   << m_error;
+        WriteText(described, json.replace(at, broken.from.size(), broken.to));
+        const CommandResult result = RunCli("spice " + described + " -o " + output);
+        EXPECT_EQ(result.status, 1) << broken.message;
+        EXPECT_NE(result.err.find(broken.message), std::string::npos) << result.err;
         // Named by file, with none of the parser's internal tags.
-        EXPECT_EQ(m_error.find("kvcomctl spice: " + described.string() + ": "), 0u) << m_error;
-        EXPECT_EQ(m_error.find("json.exception"), std::string::npos) << m_error;
+        EXPECT_EQ(result.err.find("kvcomctl spice: " + described + ": "), 0u) << result.err;
+        EXPECT_EQ(result.err.find("json.exception"), std::string::npos) << result.err;
         EXPECT_FALSE(fs::exists(output)) << broken.message;
     }
-    EXPECT_EQ(Run("spice " + (m_folder.Path() / "absent.json").string()), 1);
-    EXPECT_NE(m_error.find("cannot read"), std::string::npos);
-    for (const std::string command : {"spice ", "padstack-dump "}) {
-        EXPECT_EQ(Run(command + m_folder.Path().string()), 1);
-        EXPECT_EQ(m_error, "kvcomctl " + command.substr(0, command.size() - 1) + ": \"" +
-                               m_folder.Path().string() +
-                               "\" is a folder, not a via description\n");
+    EXPECT_NE(RunCli("spice " + folder.File("absent.json")).err.find("cannot read"),
+              std::string::npos);
+    for (const std::string command : {"spice", "padstack-dump"}) {
+        EXPECT_EQ(RunCli(command + " " + folder.Path().string()).err,
+                  "kvcomctl " + command + ": \"" + folder.Path().string() +
+                      "\" is a folder, not a via description\n");
     }
-    EXPECT_EQ(Run("spice"), 2);
-    EXPECT_EQ(Run("spice " + Example("via_signal_6layer.json").string() + " -o " +
-                  (m_folder.Path() / "missing" / "x.cir").string()),
-              1);
-    EXPECT_NE(m_error.find("Cannot open file"), std::string::npos);
+    EXPECT_EQ(RunCli("spice").status, 2);
+}
+
+TEST(ViaCommand, OutputsThatCannotBeWrittenAreRefusedAndKept) {
+    const TestFolder folder;
+    const std::string locked = folder.File("locked.cir");
+    WriteText(locked, "keep");
+    fs::permissions(locked, fs::perms::owner_read);
+    CommandResult result = RunCli("spice " + kBoard + " -o " + locked);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "kvcomctl spice: Cannot open file \"" + locked +
+                              "\": Permission denied (the file is read-only)\n");
+    EXPECT_EQ(ReadText(locked), "keep");
+    const std::string dump = folder.File("missing/x.dmp");
+    result = RunCli("padstack-dump " + kBoard + " -o " + dump);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "kvcomctl padstack-dump: Cannot write file \"" + dump +
+                              "\": No such file or directory\n");
 }
 
 }  // namespace

@@ -1,11 +1,10 @@
 #!/usr/bin/env python3
-"""Checks that ngspice accepts an exported via subcircuit and that it behaves as a via should.
+"""ngspice must accept an exported via subcircuit, and the via must behave as one.
 
-The subcircuit is exported from a via description by kvcomctl, then wrapped in a bench: the
-ports of each via are taken in pairs (entry, exit); a pulse source drives every entry through
-50 ohms and every exit is loaded with 50 ohms. The second via of a pair is driven with the
-opposite polarity, as a differential driver would. Once the lines have settled, each load must
-sit at half the source step; ngspice must finish without an error.
+The subcircuit is wrapped in a bench: the ports of each via are taken in pairs (entry, exit),
+a pulse source drives every entry through 50 ohms and every exit is loaded with 50 ohms; the
+second via of a pair is driven with the opposite polarity, as a differential driver would. Once
+the lines have settled, each load must sit at half the source step.
 """
 
 import argparse
@@ -23,22 +22,17 @@ def subcircuit_ports(text):
     """The subcircuit name and its port list, from the .SUBCKT line and its continuations."""
     lines = text.splitlines()
     start = next(i for i, line in enumerate(lines) if line.startswith(".SUBCKT "))
-    name = lines[start].split()[1]
     ports = []
     for line in lines[start + 1:]:
         if line.startswith("+"):
             ports.extend(line[1:].split())
         elif not line.startswith("*"):
             break
-    return name, ports
-
-
-def vector(node):
-    """A node voltage as a .control expression: names with '-' must be quoted there."""
-    return f'v("{node}")' if "-" in node else f"v({node})"
+    return lines[start].split()[1], ports
 
 
 def bench(include, name, ports):
+    """The netlist, and for every exit port its label, node and settled voltage."""
     if not ports or len(ports) % 2:
         raise SystemExit(f"expected ports in entry/exit pairs, got {ports}")
     lines = [f"* bench for {name}", f".include {include}"]
@@ -51,12 +45,11 @@ def bench(include, name, ports):
             f"RL{pair} {exit_} 0 50",
         ]
         probes.append((f"vout{pair}", exit_, sign * STEP / 2))
-    lines.append(f"X1 {' '.join(ports)} {name}")
-    lines.append(".tran 0.1p 2n")
-    lines.append(".control")
-    lines.append("run")
+    lines += [f"X1 {' '.join(ports)} {name}", ".tran 0.1p 2n", ".control", "run"]
     for label, node, _ in probes:
-        lines.append(f"meas tran {label} FIND {vector(node)} AT={SETTLED_AT}")
+        # A name with '-' must be quoted in a .control expression.
+        vector = f'v("{node}")' if "-" in node else f"v({node})"
+        lines.append(f"meas tran {label} FIND {vector} AT={SETTLED_AT}")
     lines += ["quit", ".endc", ".end", ""]
     return "\n".join(lines), probes
 
@@ -72,13 +65,10 @@ def main():
     work = pathlib.Path(args.work)
     work.mkdir(parents=True, exist_ok=True)
     model = work / "via.cir"
-    if model.exists():
-        model.unlink()
+    model.unlink(missing_ok=True)
     subprocess.run([args.kvcomctl, "spice", args.description, "-o", str(model)], check=True)
-    name, ports = subcircuit_ports(model.read_text())
-    netlist, probes = bench(model.name, name, ports)
+    netlist, probes = bench(model.name, *subcircuit_ports(model.read_text()))
     (work / "bench.cir").write_text(netlist)
-
     try:
         run = subprocess.run([args.ngspice, "-b", "bench.cir"], cwd=work, capture_output=True,
                              text=True, timeout=120)
@@ -87,28 +77,20 @@ def main():
         return 1
     output = run.stdout + run.stderr
     (work / "ngspice.log").write_text(output)
-    failures = []
-    if run.returncode != 0:
-        failures.append(f"ngspice exit status {run.returncode}")
-    for line in output.splitlines():
-        if re.search(r"\berror\b", line, re.IGNORECASE):
-            failures.append(f"ngspice reported: {line.strip()}")
+    failures = [f"ngspice exit status {run.returncode}"] if run.returncode else []
+    failures += [f"ngspice reported: {line.strip()}" for line in output.splitlines()
+                 if re.search(r"\berror\b", line, re.IGNORECASE)]
     for label, node, expected in probes:
         match = re.search(rf"^{label}\s*=\s*(\S+)", output, re.MULTILINE | re.IGNORECASE)
         if not match:
             failures.append(f"no value for {label} (node {node})")
-            continue
-        value = float(match.group(1))
-        if abs(value - expected) > TOLERANCE:
-            failures.append(f"{node} settled at {value} V, expected {expected} V")
+        elif abs(float(match.group(1)) - expected) > TOLERANCE:
+            failures.append(f"{node} settled at {match.group(1)} V, expected {expected} V")
         else:
-            print(f"{node}: {value:.4f} V (expected {expected} V)")
-    for failure in failures:
-        print(failure)
+            print(f"{node}: {float(match.group(1)):.4f} V (expected {expected} V)")
     if failures:
-        print(output)
-        return 1
-    return 0
+        print("\n".join(failures + [output]))
+    return 1 if failures else 0
 
 
 if __name__ == "__main__":

