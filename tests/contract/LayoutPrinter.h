@@ -177,3 +177,18 @@ private:
     kv::test::operationOf(#operation "(" #__VA_ARGS__ ")", \
                           static_cast<Result (Interface::*)(__VA_ARGS__)>(&Interface::operation))
 #define KV_VIRTUAL_DESTRUCTOR(Interface) kv::test::virtualDestructor("~" #Interface)
+
+// KV_EACH(MACRO, Type, a, b, ...) is MACRO(Type, a), MACRO(Type, b), ...: each rescan of
+// KV_EXPAND takes one more name, up to 64, so that a list names its type once.
+#define KV_EXPAND(...) KV_EXPAND16(KV_EXPAND16(KV_EXPAND16(KV_EXPAND16(__VA_ARGS__))))
+#define KV_EXPAND16(...) KV_EXPAND4(KV_EXPAND4(KV_EXPAND4(KV_EXPAND4(__VA_ARGS__))))
+#define KV_EXPAND4(...) KV_EXPAND1(KV_EXPAND1(KV_EXPAND1(KV_EXPAND1(__VA_ARGS__))))
+#define KV_EXPAND1(...) __VA_ARGS__
+#define KV_EACH(macro, type, ...) __VA_OPT__(KV_EXPAND(KV_EACH_STEP(macro, type, __VA_ARGS__)))
+#define KV_EACH_STEP(macro, type, first, ...) \
+    macro(type, first) __VA_OPT__(, KV_EACH_AGAIN KV_PARENS(macro, type, __VA_ARGS__))
+#define KV_EACH_AGAIN() KV_EACH_STEP
+#define KV_PARENS ()
+
+#define KV_FIELDS(Record, ...) KV_EACH(KV_FIELD, Record, __VA_ARGS__)
+#define KV_OPERATIONS(Interface, ...) KV_EACH(KV_OPERATION, Interface, __VA_ARGS__)
