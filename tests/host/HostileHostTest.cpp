@@ -5,25 +5,17 @@
 
 #include <gtest/gtest.h>
 
-#include <QAbstractItemModel>
-#include <QAbstractItemView>
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QDialog>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QMouseEvent>
-#include <QPointer>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <climits>
 #include <cmath>
 #include <cstring>
-#include <deque>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -252,33 +244,6 @@ TEST(HostileStimAdaptor, BuildsABoundedWaveformOrRefuses) {
 }
 
 // ---------------------------------------------------------------- IEyeDiagramDialog
-
-// The eye-diagram stimulus page opened on a period it cannot work with says
-// so, takes the default bit interval, and converts jitter with it.
-TEST(HostileEyeDiagramSheet, StimulusPageOpenedOnAPeriodItCannotUse) {
-    namespace id = kvcomctl_ids::eye_stimulus;
-    IEyeDiagramDialog* sheet = g_factory->CreateEyeDiagramSheet();
-    for (const double period : {0.0, -1.0, kNaN, kInf, -kInf}) {
-        DataPtr data = NewData();
-        data->SetPeriod(period);
-        data->SetAdvancedJitter(true);
-        data->SetMaxJitter(0.33);  // the Gaussian magnitude: 10 % of the default interval
-        ModalAnswers answers({[](QWidget* window) {
-            Control<QCheckBox>(window, id::kComponentEnabled)->click();
-            Control<QComboBox>(window, id::kComponentUnit)->setCurrentIndex(1);
-            Control<QCheckBox>(window, id::kComponentEnabled + 2)->click();
-            ClickOk(window);
-        }});
-        EXPECT_TRUE(sheet->Edit(data.get(), nullptr, 0, 0x01, 0, 0)) << period;
-        EXPECT_TRUE(answers.AllAnswered());
-        EXPECT_EQ(answers.Texts(), QStringList{kInvalidData}) << period;
-        EXPECT_DOUBLE_EQ(data->GetPeriod(), 3.3);
-        EXPECT_TRUE(data->GetAddJitter(0));
-        EXPECT_TRUE(data->GetJitterAsTime(0));
-        EXPECT_TRUE(data->GetAddJitter(2));
-    }
-    g_factory->Destroy(sheet);
-}
 
 // Every page opened on whatever the host stored, then confirmed: values a
 // page cannot use are reported once and replaced by their defaults, so what
