@@ -27,7 +27,6 @@ struct FieldLayout {
     std::string name;
     std::size_t offset = 0;
     std::size_t size = 0;
-    std::size_t align = 0;
     std::string kind;
 };
 
@@ -84,7 +83,7 @@ constexpr std::size_t fieldCountOf() {
 
 template <class Member>
 FieldLayout fieldOf(std::string_view name, std::size_t offset) {
-    return {std::string(name), offset, sizeof(Member), alignof(Member), kindOf<Member>()};
+    return {std::string(name), offset, sizeof(Member), kindOf<Member>()};
 }
 
 // On the Itanium ABI a pointer to a virtual member function holds 1 + the byte offset of its
