@@ -27,7 +27,6 @@ struct FieldLayout {
     std::string name;
     std::size_t offset = 0;
     std::size_t size = 0;
-    std::size_t align = 0;
     std::string kind;
 };
 
@@ -84,7 +83,7 @@ constexpr std::size_t fieldCountOf() {
 
 template <class Member>
 FieldLayout fieldOf(std::string_view name, std::size_t offset) {
-    return {std::string(name), offset, sizeof(Member), alignof(Member), kindOf<Member>()};
+    return {std::string(name), offset, sizeof(Member), kindOf<Member>()};
 }
 
 // On the Itanium ABI a pointer to a virtual member function holds 1 + the byte offset of its
@@ -177,3 +176,18 @@ private:
     kv::test::operationOf(#operation "(" #__VA_ARGS__ ")", \
                           static_cast<Result (Interface::*)(__VA_ARGS__)>(&Interface::operation))
 #define KV_VIRTUAL_DESTRUCTOR(Interface) kv::test::virtualDestructor("~" #Interface)
+
+// KV_EACH(MACRO, Type, a, b, ...) is MACRO(Type, a), MACRO(Type, b), ...: each rescan of
+// KV_EXPAND takes one more name, up to 64, so that a list names its type once.
+#define KV_EXPAND(...) KV_EXPAND16(KV_EXPAND16(KV_EXPAND16(KV_EXPAND16(__VA_ARGS__))))
+#define KV_EXPAND16(...) KV_EXPAND4(KV_EXPAND4(KV_EXPAND4(KV_EXPAND4(__VA_ARGS__))))
+#define KV_EXPAND4(...) KV_EXPAND1(KV_EXPAND1(KV_EXPAND1(KV_EXPAND1(__VA_ARGS__))))
+#define KV_EXPAND1(...) __VA_ARGS__
+#define KV_EACH(macro, type, ...) __VA_OPT__(KV_EXPAND(KV_EACH_STEP(macro, type, __VA_ARGS__)))
+#define KV_EACH_STEP(macro, type, first, ...) \
+    macro(type, first) __VA_OPT__(, KV_EACH_AGAIN KV_PARENS(macro, type, __VA_ARGS__))
+#define KV_EACH_AGAIN() KV_EACH_STEP
+#define KV_PARENS ()
+
+#define KV_FIELDS(Record, ...) KV_EACH(KV_FIELD, Record, __VA_ARGS__)
+#define KV_OPERATIONS(Interface, ...) KV_EACH(KV_OPERATION, Interface, __VA_ARGS__)

@@ -6,15 +6,11 @@
 
 #include <gtest/gtest.h>
 
-#include <QDialog>
-#include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QWidget>
+#include <array>
 #include <clocale>
-#include <cstdlib>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,20 +25,15 @@
 
 namespace {
 
-using kv::test::Click;
 using kv::test::g_factory;
 using kv::test::ModalAnswers;
 
-QString ObjectName(int id) {
-    return QStringLiteral("ctl%1").arg(id);
-}
-
 QLineEdit* Field(QWidget* sheet, int id) {
-    return sheet->findChild<QLineEdit*>(ObjectName(id));
+    return sheet->findChild<QLineEdit*>(QStringLiteral("ctl%1").arg(id));
 }
 
 void Press(QWidget* sheet, int id) {
-    sheet->findChild<QPushButton*>(ObjectName(id))->click();
+    sheet->findChild<QPushButton*>(QStringLiteral("ctl%1").arg(id))->click();
 }
 
 class DecimalCommaHost : public ::testing::Test {
@@ -54,98 +45,72 @@ protected:
                          << "\", which has no decimal comma; de_DE.UTF-8 is missing "
                             "(localedef -i de_DE -f UTF-8 de_DE.UTF-8 makes it)";
         }
-        ASSERT_TRUE(m_folder.isValid());
-        // The module's settings store (the mask library lives there) goes
-        // into this test's folder.
-        const char* config = std::getenv("XDG_CONFIG_HOME");
-        m_savedConfig = config != nullptr ? std::optional<std::string>(config) : std::nullopt;
-        setenv("XDG_CONFIG_HOME", m_folder.path().toUtf8().constData(), 1);
     }
-    void TearDown() override {
-        std::setlocale(LC_ALL, m_hostLocale.c_str());
-        if (m_savedConfig) {
-            setenv("XDG_CONFIG_HOME", m_savedConfig->c_str(), 1);
-        } else {
-            unsetenv("XDG_CONFIG_HOME");
-        }
-    }
+    void TearDown() override { std::setlocale(LC_ALL, m_hostLocale.c_str()); }
 
     // What `produce` gives in the host's locale, then in the "C" locale.
     template <class Produce>
-    std::pair<std::string, std::string> InHostAndCLocale(Produce produce) {
-        std::string host = produce();
+    auto InHostAndCLocale(Produce produce) {
+        auto host = produce();
         std::setlocale(LC_ALL, "C");
-        std::string c = produce();
+        auto c = produce();
         std::setlocale(LC_ALL, m_hostLocale.c_str());
-        return {std::move(host), std::move(c)};
+        return std::pair(std::move(host), std::move(c));
     }
 
-    QString Path(const char* name) const { return m_folder.filePath(QLatin1String(name)); }
-
-    QTemporaryDir m_folder;
+    // The module's settings store (the mask library lives there) goes into this test's folder.
+    TestFolder m_folder;
+    ScopedEnvironment m_configHome{"XDG_CONFIG_HOME", m_folder.Path().c_str()};
 
 private:
     std::string m_hostLocale;
-    std::optional<std::string> m_savedConfig;
 };
 
-TEST_F(DecimalCommaHost, StimulusAdaptorWritesThePwlSourceOfTheCLocale) {
+// The stimulus's SPICE source, its file and settings store, and a via subcircuit.
+TEST_F(DecimalCommaHost, FilesAreWrittenAndReadAsInTheCLocale) {
     const auto [host, c] = InHostAndCLocale([this] {
         IEyeDiagramData* data = g_factory->CreateStimulusData();
         IEyeDiagramStimAdaptor* adaptor = g_factory->CreateEyeStimAdaptor();
         adaptor->Build(data, 0.0, 1.2, 1.5e-10, 1.5e-10);
-        const QString path = Path("stimulus.cir");
-        const bool written = adaptor->WritePwl(path.toUtf8().constData(), "IN", "n1");
+        const std::string pwl = m_folder.File("stimulus.cir");
+        EXPECT_TRUE(adaptor->WritePwl(pwl.c_str(), "IN", "n1"));
         g_factory->Destroy(adaptor);
-        g_factory->Destroy(data);
-        return written ? ReadText(path.toStdString()) : std::string("not written");
-    });
-    EXPECT_NE(c.find(" 3.45e-09 1.2 "), std::string::npos) << c;
-    EXPECT_EQ(host, c);
-}
 
-TEST_F(DecimalCommaHost, StimulusSavedAndLoadedAsInTheCLocale) {
-    const auto [host, c] = InHostAndCLocale([this] {
-        IEyeDiagramData* saved = g_factory->CreateStimulusData();
-        saved->SetPeriod(0.8);
-        saved->SetDutyCycle(37.5);
-        saved->GetMask()->ScaleTime = 1.25;
-        const QString file = Path("stimulus.ini");
-        QFile::remove(file);
-        EXPECT_TRUE(saved->Save(file.toUtf8().constData(), true));
-        EXPECT_TRUE(saved->Save("LocaleHost", false));
-        g_factory->Destroy(saved);
+        data->SetPeriod(0.8);
+        data->SetDutyCycle(37.5);
+        data->GetMask()->ScaleTime = 1.25;
+        const std::string ini = m_folder.File("stimulus.ini");
+        std::filesystem::remove(ini);
+        EXPECT_TRUE(data->Save(ini.c_str(), true));
+        EXPECT_TRUE(data->Save("LocaleHost", false));
+        g_factory->Destroy(data);
         for (const bool fromFile : {true, false}) {
             IEyeDiagramData* loaded = g_factory->CreateStimulusData();
-            loaded->Load(fromFile ? file.toUtf8().constData() : "LocaleHost", fromFile);
+            EXPECT_TRUE(loaded->Load(fromFile ? ini.c_str() : "LocaleHost", fromFile));
             EXPECT_EQ(loaded->GetPeriod(), 0.8);
             EXPECT_EQ(loaded->GetDutyCycle(), 37.5);
             EXPECT_EQ(loaded->GetMask()->ScaleTime, 1.25);
             g_factory->Destroy(loaded);
         }
-        return ReadText(file.toStdString()) +
-               ReadText(Path("LocaleHost/KVComCtl.ini").toStdString());
-    });
-    EXPECT_NE(c.find("PERIOD=0.8\n"), std::string::npos) << c;
-    EXPECT_EQ(host, c);
-}
 
-TEST_F(DecimalCommaHost, ViaSubcircuitExportedAsInTheCLocale) {
-    const auto [host, c] = InHostAndCLocale([this] {
         QWidget window;
         IViaVizCtrl* control = g_factory->CreateViaVisualizerCtrl();
-        const bool filled =
-            control->Create(&window, 1300) &&
-            kv::via_json::FillViaControl(*control, kv::via_json::ReadViaDescription(
-                                                       KV_EXAMPLES_DIR "/via_pair_6layer.json"));
-        const QString path = Path("via.cir");
-        const bool written = filled && control->ExportToSpiceFile(path.toUtf8().constData());
+        EXPECT_TRUE(control->Create(&window, 1300));
+        EXPECT_TRUE(kv::via_json::FillViaControl(
+            *control, kv::via_json::ReadViaDescription(KV_EXAMPLES_DIR "/via_pair_6layer.json")));
+        const std::string via = m_folder.File("via.cir");
+        EXPECT_TRUE(control->ExportToSpiceFile(via.c_str()));
         g_factory->DestroyViaVisualizerCtrl(control);
-        return written ? kv::test::WithoutExportTime(ReadText(path.toStdString()))
-                       : std::string("not exported");
+        return std::array{ReadText(pwl),
+                          ReadText(ini) + ReadText(m_folder.File("LocaleHost/KVComCtl.ini")),
+                          kv::test::WithoutExportTime(ReadText(via))};
     });
-    EXPECT_NE(c.find("Z0="), std::string::npos) << c;
-    EXPECT_EQ(host, c);
+    EXPECT_NE(c[0].find(" 3.45e-09 1.2 "), std::string::npos) << c[0];
+    EXPECT_NE(c[1].find("PERIOD=0.8\n"), std::string::npos) << c[1];
+    EXPECT_NE(c[2].find("Z0="), std::string::npos) << c[2];
+    for (std::size_t i = 0; i < c.size(); ++i) {
+        EXPECT_EQ(host[i], c[i]);
+    }
 }
 
 // The stimulus editing page shows three decimals with a point; a value typed
@@ -155,25 +120,23 @@ TEST_F(DecimalCommaHost, StimulusPageShowsAndReadsItsFieldsAsInTheCLocale) {
     namespace id = kvcomctl_ids::stimulus_edit;
     const auto [host, c] = InHostAndCLocale([] {
         std::string seen;
-        QString refusal;
-        QString question;
         IEyeDiagramData* data = g_factory->CreateStimulusData();
         data->SetMaxJitter(0.125);
         IEyeDiagramDialog* sheet = g_factory->CreateEyeDiagramSheet();
+        const auto typePeriod = [](const char* period) {
+            return [period](QWidget* open) {
+                Field(open, id::kPeriod)->setText(QString::fromLatin1(period));
+                Press(open, kvcomctl_ids::kSheetOk);
+            };
+        };
         ModalAnswers answers({
-            [&seen](QWidget* open) {
+            [&seen, typePeriod](QWidget* open) {
                 for (const int field : {id::kPeriod, id::kDuty, id::kJitter}) {
                     seen += Field(open, field)->text().toStdString() + "\n";
                 }
-                Field(open, id::kPeriod)->setText(QStringLiteral("1,5"));
-                Press(open, kvcomctl_ids::kSheetOk);
+                typePeriod("1,5")(open);
             },
-            Click(QMessageBox::Ok, &refusal),
-            [](QWidget* open) {
-                Field(open, id::kPeriod)->setText(QStringLiteral("1.5"));
-                Press(open, kvcomctl_ids::kSheetOk);
-            },
-            Click(QMessageBox::Yes, &question),
+            typePeriod("1.5"),
         });
         EXPECT_TRUE(sheet->EditWithPageFlag(data, nullptr, 1, 0x80, 0, 0));
         EXPECT_TRUE(answers.AllAnswered());
@@ -181,7 +144,7 @@ TEST_F(DecimalCommaHost, StimulusPageShowsAndReadsItsFieldsAsInTheCLocale) {
         EXPECT_EQ(data->GetPeriod(), 1.5);
         g_factory->Destroy(sheet);
         g_factory->Destroy(data);
-        return seen + refusal.toStdString() + "\n" + question.toStdString();
+        return seen + answers.Texts().join('\n').toStdString();
     });
     EXPECT_EQ(c,
               "3.300\n50.000\n3.788\n"
@@ -212,10 +175,11 @@ TEST_F(DecimalCommaHost, EyeDiagramPagesAndMaskLibraryAsInTheCLocale) {
         EXPECT_TRUE(sheet->EditWithPageFlag(data, nullptr, 1, 0x03, 0, 0));
         EXPECT_TRUE(answers.AllAnswered());
         EXPECT_EQ(answers.UnexpectedWindows(), 0);
+        EXPECT_TRUE(answers.Texts().isEmpty());
         g_factory->Destroy(sheet);
         g_factory->Destroy(data);
         // The second run reads the library the first one wrote.
-        return seen + ReadText(Path("Velmorine/KVComCtl.ini").toStdString());
+        return seen + ReadText(m_folder.File("Velmorine/KVComCtl.ini"));
     });
     EXPECT_NE(c.find("3.300\n50.000\n5.500\n-0.500\n-0.250\n"), std::string::npos) << c;
     EXPECT_NE(c.find("Mask0=5.5,4.5,-0.5,0.5,2.5,"), std::string::npos) << c;
