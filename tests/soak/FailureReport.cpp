@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <charconv>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -31,7 +32,7 @@ std::atomic<bool> g_reported{false};
 constexpr int kSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
 struct sigaction g_previous[std::size(kSignals)];
 
-// Signal handlers may only write: numbers are spelled out by hand.
+// Signal handlers may only write; std::to_chars neither allocates nor locks.
 void Put(const char* text) {
     const ssize_t ignored = write(STDERR_FILENO, text, std::strlen(text));
     (void)ignored;
@@ -39,13 +40,8 @@ void Put(const char* text) {
 
 void PutNumber(uint64_t value) {
     char digits[24];
-    int at = sizeof digits;
-    digits[--at] = '\0';
-    do {
-        digits[--at] = static_cast<char>('0' + value % 10);
-        value /= 10;
-    } while (value != 0);
-    Put(digits + at);
+    *std::to_chars(digits, digits + sizeof digits - 1, value).ptr = '\0';
+    Put(digits);
 }
 
 void PrintReplay(const char* why) {

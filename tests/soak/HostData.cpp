@@ -5,7 +5,6 @@
 #include <climits>
 #include <cstring>
 #include <limits>
-#include <span>
 
 namespace kv::soak {
 namespace {
@@ -22,9 +21,21 @@ constexpr std::array<int32_t, 14> kHostileInts = {
 // The sequence kinds the pages offer, and the construction default.
 constexpr std::array<int32_t, 8> kSequenceKinds = {0, 1, 2, 3, 4, 7, 8, 9};
 
-int32_t Choose(SoakRandom& random, bool hostile, int32_t valid) {
-    return hostile && random.Chance(0.4) ? random.Pick(std::span<const int32_t>(kHostileInts))
-                                         : valid;
+// `size` records from `make`, declared with their number or, when hostile, sometimes with a
+// negative or smaller one, and sometimes without an array.
+template <class Record, class Make>
+Counted<Record> MakeCounted(SoakRandom& random, bool hostile, int size, Make make) {
+    static constexpr int32_t kNegative[] = {-1, -5, INT_MIN};
+    Counted<Record> list;
+    for (int i = 0; i < size; ++i) {
+        list.records.push_back(make(i));
+    }
+    list.count = static_cast<int32_t>(size);
+    if (hostile && random.Chance(0.2)) {
+        list.count = random.Chance(0.5) ? random.Pick(kNegative) : random.Below(size + 1);
+    }
+    list.null = hostile && random.Chance(0.1);
+    return list;
 }
 
 void FillMask(SoakRandom& random, bool hostile, EYEMASK& mask) {
@@ -39,41 +50,38 @@ void FillMask(SoakRandom& random, bool hostile, EYEMASK& mask) {
     mask.m_flag2 = static_cast<unsigned char>(hostile ? random.Below(256) : mask.m_flag2);
 }
 
+// The bits the data generated, or a host's: short, longer than any sequence, just past the
+// longest register's, or a null array and counts that disagree with it.
 void FillBits(SoakRandom& random, bool hostile, IEyeDiagramData& data) {
-    std::vector<char> bits;
-    const int roll = random.Below(hostile ? 9 : 3);
-    switch (roll) {
+    std::size_t size = 0;
+    switch (random.Below(hostile ? 9 : 3)) {
         case 0:
-            return;  // the bits the data object generated
+            return;
         case 1:
         case 2:
-            bits.resize(static_cast<std::size_t>(random.Between(1, 64)));
+            size = static_cast<std::size_t>(random.Between(1, 64));
             break;
         case 3:
-            bits.assign(40000, 1);
+            size = 40000;
             break;
         case 4:
-            bits.resize(static_cast<std::size_t>(random.Chance(0.5) ? 32768 : 32769));
+            size = random.Chance(0.5) ? 32768 : 32769;
             break;
         case 5:
-            data.SetBits(nullptr, 0);
+            data.SetBits(nullptr, random.Chance(0.5) ? 0 : random.Between(1, 40));
             return;
-        case 6:
-            data.SetBits(nullptr, random.Between(1, 40));
-            return;
-        case 7: {
+        case 6: {
             const bool one = true;
             data.SetBits(&one, random.Chance(0.5) ? 0 : -1);
             return;
         }
         default:
-            bits.resize(static_cast<std::size_t>(random.Between(1, 5)));
+            size = static_cast<std::size_t>(random.Between(1, 5));
             break;
     }
-    if (roll != 3) {
-        for (char& bit : bits) {
-            bit = static_cast<char>(random.Below(2));
-        }
+    std::vector<char> bits(size);
+    for (char& bit : bits) {
+        bit = static_cast<char>(size == 40000 ? 1 : random.Below(2));
     }
     // A bool array is what the contract takes; char holds the same 0 and 1.
     data.SetBits(reinterpret_cast<const bool*>(bits.data()), static_cast<int>(bits.size()));
@@ -84,8 +92,8 @@ STACKUPLAYER AnyLayer(SoakRandom& random, bool hostile, int index) {
     const bool conductor = index % 2 == 0;
     FillName(random, hostile, layer.name, sizeof layer.name,
              (conductor ? "SIG" : "DIEL") + std::to_string(index));
-    layer.kind = Choose(random, hostile, conductor ? STACKUP_CONDUCTOR : STACKUP_DIELECTRIC);
-    layer.usage = Choose(random, hostile, random.Below(3));
+    layer.kind = AnyInt(random, hostile, conductor ? STACKUP_CONDUCTOR : STACKUP_DIELECTRIC);
+    layer.usage = AnyInt(random, hostile, random.Below(3));
     layer.thickness = AnyReal(random, hostile, conductor ? 35e-6 : random.Real(50e-6, 500e-6));
     return layer;
 }
@@ -93,34 +101,28 @@ STACKUPLAYER AnyLayer(SoakRandom& random, bool hostile, int index) {
 }  // namespace
 
 double AnyReal(SoakRandom& random, bool hostile, double valid) {
-    return hostile && random.Chance(0.4) ? random.Pick(std::span<const double>(kHostileReals))
-                                         : valid;
+    return hostile && random.Chance(0.4) ? random.Pick(kHostileReals) : valid;
 }
 
 int32_t AnyInt(SoakRandom& random, bool hostile, int32_t valid) {
-    return Choose(random, hostile, valid);
+    return hostile && random.Chance(0.4) ? random.Pick(kHostileInts) : valid;
 }
 
 std::optional<std::string> AnyText(SoakRandom& random, bool hostile, const std::string& valid) {
     if (!hostile || random.Chance(0.5)) {
         return valid;
     }
-    switch (random.Below(7)) {
-        case 0:
-            return std::nullopt;
-        case 1:
-            return std::string();
-        case 2:
-            return std::string(static_cast<std::size_t>(random.Chance(0.5) ? 64 : 40000), 'N');
-        case 3:
-            return std::string("\xff\xfe\xc3(\xe2\x82", 6);  // not UTF-8
-        case 4:
-            return std::string("%s%n%d%%");
-        case 5:
-            return std::string("line\nbreak\ttab");
-        default:
-            return std::string("\xe2\x82\xac uro \xc3\x84");
+    const int pick = random.Below(7);
+    if (pick == 0) {
+        return std::nullopt;
     }
+    if (pick == 1) {
+        return std::string(static_cast<std::size_t>(random.Chance(0.5) ? 64 : 40000), 'N');
+    }
+    static const std::string kTexts[] = {"", std::string("\xff\xfe\xc3(\xe2\x82", 6),  // not UTF-8
+                                         "%s%n%d%%", "line\nbreak\ttab",
+                                         "\xe2\x82\xac uro \xc3\x84"};
+    return kTexts[pick - 2];
 }
 
 void FillName(SoakRandom& random, bool hostile, char* name, std::size_t size,
@@ -135,9 +137,8 @@ void FillName(SoakRandom& random, bool hostile, char* name, std::size_t size,
 }
 
 void FillStimulus(SoakRandom& random, bool hostile, IEyeDiagramData& data) {
-    data.SetSeqType(hostile && random.Chance(0.3)
-                        ? random.Pick(std::span<const int32_t>(kHostileInts))
-                        : random.Pick(std::span<const int32_t>(kSequenceKinds)));
+    data.SetSeqType(hostile && random.Chance(0.3) ? random.Pick(kHostileInts)
+                                                  : random.Pick(kSequenceKinds));
     data.SetPolyDegree(AnyInt(random, hostile, random.Between(3, 15)));
     data.SetInitState(AnyInt(random, hostile, random.Below(2)));
     data.SetCycleCount(AnyInt(random, hostile, random.Between(1, 16)));
@@ -183,19 +184,48 @@ PADDATA AnyPad(SoakRandom& random, bool hostile) {
     return pad;
 }
 
-HostBoard MakeBoard(SoakRandom& random, bool hostile) {
-    HostBoard board;
-    static constexpr std::array<int, 8> kSizes = {1, 3, 5, 6, 11, 0, 2, 200};
-    const int layers = random.Pick(std::span<const int>(kSizes).first(hostile ? 8 : 5));
-    for (int i = 0; i < layers; ++i) {
-        board.layers.push_back(AnyLayer(random, hostile, i));
-    }
-    board.layerCount = static_cast<int32_t>(layers);
-    if (hostile && random.Chance(0.2)) {
-        board.layerCount = random.Chance(0.5) ? -1 : random.Below(layers + 1);
-    }
-    board.layersNull = hostile && random.Chance(0.05);
+Counted<VIAELEMENT> MakeElements(SoakRandom& random, bool hostile, int32_t layers) {
+    const int size = random.Between(0, hostile && random.Chance(0.1) ? 3000 : 12);
+    return MakeCounted<VIAELEMENT>(random, hostile, size, [&](int) {
+        VIAELEMENT element{};
+        element.kind = AnyInt(random, hostile, random.Chance(0.5) ? 1 : 4);
+        element.startEndType = AnyInt(random, hostile, random.Chance(0.5) ? 2 : 0);
+        element.endEndType = AnyInt(random, hostile, random.Chance(0.5) ? 2 : 0);
+        element.startLayer = AnyInt(random, hostile, random.Below(layers));
+        element.endLayer = AnyInt(random, hostile, random.Below(layers));
+        element.value = AnyReal(random, hostile, element.kind == 1 ? 1e-10 : 50.0);
+        element.startCapacitance = AnyReal(random, hostile, 1e-13);
+        element.endCapacitance = AnyReal(random, hostile, 2e-13);
+        element.delay = AnyReal(random, hostile, 5e-12);
+        return element;
+    });
+}
 
+Counted<int32_t> MakeLayerList(SoakRandom& random, bool hostile, int32_t layers) {
+    const int size = hostile && random.Chance(0.05) ? 100000 : random.Between(0, 4);
+    return MakeCounted<int32_t>(random, hostile, size,
+                                [&](int) { return AnyInt(random, hostile, random.Below(layers)); });
+}
+
+Counted<CROSSSECTIONTRACE> MakeTraces(SoakRandom& random, bool hostile, int32_t layers) {
+    const int size = random.Between(0, hostile && random.Chance(0.1) ? 2000 : 8);
+    return MakeCounted<CROSSSECTIONTRACE>(random, hostile, size, [&](int i) {
+        CROSSSECTIONTRACE trace{};
+        trace.layer = AnyInt(random, hostile, random.Below(layers));
+        trace.x = AnyReal(random, hostile, random.Real(-1e-3, 1e-3));
+        trace.width = AnyReal(random, hostile, random.Real(5e-5, 3e-4));
+        trace.role = AnyInt(random, hostile, i == 0 ? 0 : random.Below(3));
+        FillName(random, hostile, trace.net, sizeof trace.net, "NET" + std::to_string(i));
+        return trace;
+    });
+}
+
+HostBoard MakeBoard(SoakRandom& random, bool hostile) {
+    static constexpr std::array<int, 8> kSizes = {1, 3, 5, 6, 11, 0, 2, 200};
+    const int layers = kSizes[static_cast<std::size_t>(random.Below(hostile ? 8 : 5))];
+    HostBoard board;
+    board.layers = MakeCounted<STACKUPLAYER>(random, hostile, layers,
+                                             [&](int i) { return AnyLayer(random, hostile, i); });
     PADSTACK& padstack = board.padstack;
     FillName(random, hostile, padstack.name, sizeof padstack.name, "VIA_SOAK");
     padstack.drill = AnyReal(random, hostile, random.Real(1e-4, 3e-4));
@@ -205,24 +235,15 @@ HostBoard MakeBoard(SoakRandom& random, bool hostile) {
     padstack.firstLayer = AnyInt(random, hostile, random.Chance(0.7) ? 0 : random.Between(0, last));
     padstack.lastLayer =
         AnyInt(random, hostile, random.Chance(0.7) ? last : random.Between(0, last));
-    // One pad per layer, or a number that disagrees with the stackup.
-    int pads = layers;
-    if (hostile && random.Chance(0.4)) {
-        pads = random.Pick(std::span<const int>(kSizes));
-    }
-    for (int i = 0; i < pads; ++i) {
-        board.pads.push_back(AnyPad(random, hostile));
-    }
-    padstack.padCount = static_cast<int32_t>(pads);
-    if (hostile && random.Chance(0.2)) {
-        padstack.padCount = random.Chance(0.5) ? INT_MIN : random.Below(pads + 1);
-    }
-    board.padsNull = hostile && random.Chance(0.05);
+    const int pads = hostile && random.Chance(0.4) ? random.Pick(kSizes) : layers;
+    board.pads =
+        MakeCounted<PADDATA>(random, hostile, pads, [&](int) { return AnyPad(random, hostile); });
+    padstack.padCount = board.pads.count;
     return board;
 }
 
 STACKUPARRAY StackupOf(HostBoard& board) {
-    return {board.layerCount, board.layersNull ? nullptr : board.layers.data()};
+    return {board.layers.count, board.layers.Data()};
 }
 
 void PlaceBoard(const HostBoard& board, IViaVizData& data) {
@@ -233,82 +254,23 @@ void PlaceBoard(const HostBoard& board, IViaVizData& data) {
     }
     delete[] stackup->layers;
     stackup->layers = nullptr;
-    if (!board.layersNull) {
-        stackup->layers = new STACKUPLAYER[board.layers.size()];
-        std::copy(board.layers.begin(), board.layers.end(), stackup->layers);
+    if (!board.layers.null) {
+        stackup->layers = new STACKUPLAYER[board.layers.records.size()];
+        std::ranges::copy(board.layers.records, stackup->layers);
     }
-    stackup->count = board.layerCount;
+    stackup->count = board.layers.count;
     delete[] padstack->pads;
-    PADDATA* pads = nullptr;
-    if (!board.padsNull) {
-        pads = new PADDATA[board.pads.size()];
-        std::copy(board.pads.begin(), board.pads.end(), pads);
-    }
     *padstack = board.padstack;
-    padstack->pads = pads;
+    padstack->pads = nullptr;
+    if (!board.pads.null) {
+        padstack->pads = new PADDATA[board.pads.records.size()];
+        std::ranges::copy(board.pads.records, padstack->pads);
+    }
 }
 
 HostViaData::HostViaData(HostBoard board) : m_board(std::move(board)) {
     m_stackup = StackupOf(m_board);
-    m_board.padstack.pads = m_board.padsNull ? nullptr : m_board.pads.data();
-}
-
-Counted<VIAELEMENT> MakeElements(SoakRandom& random, bool hostile, int32_t layers) {
-    Counted<VIAELEMENT> elements;
-    const int count = random.Between(0, hostile && random.Chance(0.1) ? 3000 : 12);
-    for (int i = 0; i < count; ++i) {
-        VIAELEMENT element{};
-        element.kind = AnyInt(random, hostile, random.Chance(0.5) ? 1 : 4);
-        element.startEndType = AnyInt(random, hostile, random.Chance(0.5) ? 2 : 0);
-        element.endEndType = AnyInt(random, hostile, random.Chance(0.5) ? 2 : 0);
-        element.startLayer = AnyInt(random, hostile, random.Below(std::max(1, layers)));
-        element.endLayer = AnyInt(random, hostile, random.Below(std::max(1, layers)));
-        element.value = AnyReal(random, hostile, element.kind == 1 ? 1e-10 : 50.0);
-        element.startCapacitance = AnyReal(random, hostile, 1e-13);
-        element.endCapacitance = AnyReal(random, hostile, 2e-13);
-        element.delay = AnyReal(random, hostile, 5e-12);
-        elements.records.push_back(element);
-    }
-    elements.count = static_cast<int32_t>(count);
-    if (hostile && random.Chance(0.2)) {
-        elements.count = random.Chance(0.5) ? -5 : random.Below(count + 1);
-    }
-    elements.null = hostile && random.Chance(0.1);
-    return elements;
-}
-
-Counted<int32_t> MakeLayerList(SoakRandom& random, bool hostile, int32_t layers) {
-    Counted<int32_t> list;
-    const int count = hostile && random.Chance(0.05) ? 100000 : random.Between(0, 4);
-    for (int i = 0; i < count; ++i) {
-        list.records.push_back(AnyInt(random, hostile, random.Below(std::max(1, layers))));
-    }
-    list.count = static_cast<int32_t>(count);
-    if (hostile && random.Chance(0.2)) {
-        list.count = random.Chance(0.5) ? -1 : random.Below(count + 1);
-    }
-    list.null = hostile && random.Chance(0.1);
-    return list;
-}
-
-Counted<CROSSSECTIONTRACE> MakeTraces(SoakRandom& random, bool hostile, int32_t layers) {
-    Counted<CROSSSECTIONTRACE> traces;
-    const int count = random.Between(0, hostile && random.Chance(0.1) ? 2000 : 8);
-    for (int i = 0; i < count; ++i) {
-        CROSSSECTIONTRACE trace{};
-        trace.layer = AnyInt(random, hostile, random.Below(std::max(1, layers)));
-        trace.x = AnyReal(random, hostile, random.Real(-1e-3, 1e-3));
-        trace.width = AnyReal(random, hostile, random.Real(5e-5, 3e-4));
-        trace.role = AnyInt(random, hostile, i == 0 ? 0 : random.Below(3));
-        FillName(random, hostile, trace.net, sizeof trace.net, "NET" + std::to_string(i));
-        traces.records.push_back(trace);
-    }
-    traces.count = static_cast<int32_t>(count);
-    if (hostile && random.Chance(0.2)) {
-        traces.count = random.Chance(0.5) ? -3 : random.Below(count + 1);
-    }
-    traces.null = hostile && random.Chance(0.1);
-    return traces;
+    m_board.padstack.pads = m_board.pads.Data();
 }
 
 }  // namespace kv::soak

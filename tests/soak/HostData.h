@@ -26,21 +26,32 @@ void FillName(SoakRandom& random, bool hostile, char* name, std::size_t size,
               const std::string& valid);
 
 void FillStimulus(SoakRandom& random, bool hostile, IEyeDiagramData& data);
+PADDATA AnyPad(SoakRandom& random, bool hostile);
 
-// A board as a host describes it. The arrays hold as many records as the vectors; the counts
-// the host declares may be smaller, zero or negative, and a pointer may be null whatever the
+// Records a host passes with a count. The array holds as many records as the vector; the count
+// the host declares may be smaller, zero or negative, and the pointer may be null whatever the
 // count says. A count larger than its array would be the host's own overrun, which no callee
 // can see, so it is never given.
+template <class Record>
+struct Counted {
+    std::vector<Record> records;
+    int32_t count = 0;
+    bool null = false;
+    Record* Data() { return null ? nullptr : records.data(); }
+    const Record* Data() const { return null ? nullptr : records.data(); }
+};
+Counted<VIAELEMENT> MakeElements(SoakRandom& random, bool hostile, int32_t layers);
+Counted<int32_t> MakeLayerList(SoakRandom& random, bool hostile, int32_t layers);
+Counted<CROSSSECTIONTRACE> MakeTraces(SoakRandom& random, bool hostile, int32_t layers);
+
+// A board as a host describes it: a stackup and a padstack with one pad per layer, or a
+// number of pads that disagrees with it.
 struct HostBoard {
-    std::vector<STACKUPLAYER> layers;
-    int32_t layerCount = 0;
-    bool layersNull = false;
+    Counted<STACKUPLAYER> layers;
     PADSTACK padstack{};
-    std::vector<PADDATA> pads;
-    bool padsNull = false;
+    Counted<PADDATA> pads;
 };
 HostBoard MakeBoard(SoakRandom& random, bool hostile);
-PADDATA AnyPad(SoakRandom& random, bool hostile);
 // Copies the board into data the library owns and frees (arrays from new[]).
 void PlaceBoard(const HostBoard& board, IViaVizData& data);
 // The stackup record of a board, pointing into it.
@@ -64,17 +75,5 @@ private:
     HostBoard m_board;
     STACKUPARRAY m_stackup{};
 };
-
-// Records a host passes with a count: each list comes with the count the host declares.
-template <class Record>
-struct Counted {
-    std::vector<Record> records;
-    int32_t count = 0;
-    bool null = false;
-    const Record* Data() const { return null ? nullptr : records.data(); }
-};
-Counted<VIAELEMENT> MakeElements(SoakRandom& random, bool hostile, int32_t layers);
-Counted<int32_t> MakeLayerList(SoakRandom& random, bool hostile, int32_t layers);
-Counted<CROSSSECTIONTRACE> MakeTraces(SoakRandom& random, bool hostile, int32_t layers);
 
 }  // namespace kv::soak

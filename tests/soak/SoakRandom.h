@@ -1,9 +1,8 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <random>
-#include <span>
 
 namespace kv::soak {
 
@@ -20,15 +19,14 @@ public:
         return std::uniform_int_distribution<int>(0, count - 1)(m_engine);
     }
     int Between(int low, int high) { return low + Below(high - low + 1); }
-    bool Chance(double probability) {
-        return std::uniform_real_distribution<double>(0.0, 1.0)(m_engine) < probability;
-    }
+    bool Chance(double probability) { return Real(0.0, 1.0) < probability; }
     double Real(double low, double high) {
         return std::uniform_real_distribution<double>(low, high)(m_engine);
     }
-    template <class T>
-    const T& Pick(std::span<const T> choices) {
-        return choices[static_cast<std::size_t>(Below(static_cast<int>(choices.size())))];
+    // One element of an array or list, which must not be empty.
+    template <class Choices>
+    const auto& Pick(const Choices& choices) {
+        return *(std::begin(choices) + Below(static_cast<int>(std::size(choices))));
     }
     uint64_t Next() { return m_engine(); }
 

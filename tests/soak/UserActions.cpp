@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QPointer>
 #include <QTabBar>
 #include <QWheelEvent>
 #include <QWidget>
@@ -14,72 +15,64 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <span>
 
 namespace kv::soak {
 namespace {
 
-struct KeyStroke {
-    int key;
-    Qt::KeyboardModifiers modifiers;
-    const char* text;
+// The keys a user presses alone and with the modifiers that make shortcuts of them.
+constexpr QKeyCombination kKeys[] = {
+    Qt::Key_Tab,      Qt::Key_Return, Qt::Key_Escape,    Qt::Key_Left,   Qt::Key_Right,
+    Qt::Key_Up,       Qt::Key_Down,   Qt::Key_Home,      Qt::Key_End,    Qt::Key_PageUp,
+    Qt::Key_PageDown, Qt::Key_Delete, Qt::Key_Backspace, Qt::Key_Insert, Qt::Key_Space,
+    Qt::Key_F1,       Qt::Key_F2,     Qt::Key_F4,        Qt::Key_Menu,   Qt::Key_Plus,
+    Qt::Key_Minus,    Qt::Key_Period, Qt::Key_Comma,     Qt::Key_0,      Qt::Key_1,
+    Qt::Key_2,        Qt::Key_5,      Qt::Key_9};
+struct Chord {
+    Qt::KeyboardModifier modifier;
+    Qt::Key key;
 };
+constexpr Chord kChords[] = {
+    {Qt::ShiftModifier, Qt::Key_Backtab},  {Qt::KeypadModifier, Qt::Key_Enter},
+    {Qt::AltModifier, Qt::Key_Down},       {Qt::ControlModifier, Qt::Key_C},
+    {Qt::ControlModifier, Qt::Key_V},      {Qt::ControlModifier, Qt::Key_X},
+    {Qt::ControlModifier, Qt::Key_Z},      {Qt::ControlModifier, Qt::Key_Y},
+    {Qt::ControlModifier, Qt::Key_A},      {Qt::ShiftModifier, Qt::Key_Insert},
+    {Qt::ControlModifier, Qt::Key_Insert}, {Qt::ShiftModifier, Qt::Key_Delete},
+    {Qt::ShiftModifier, Qt::Key_Left},     {Qt::ShiftModifier, Qt::Key_Right},
+    {Qt::ShiftModifier, Qt::Key_Home},     {Qt::ShiftModifier, Qt::Key_End}};
 
-const std::array kKeys = {
-    KeyStroke{Qt::Key_Tab, Qt::NoModifier, "\t"},
-    KeyStroke{Qt::Key_Backtab, Qt::ShiftModifier, ""},
-    KeyStroke{Qt::Key_Return, Qt::NoModifier, "\r"},
-    KeyStroke{Qt::Key_Enter, Qt::KeypadModifier, "\r"},
-    KeyStroke{Qt::Key_Escape, Qt::NoModifier, "\x1b"},
-    KeyStroke{Qt::Key_Left, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_Right, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_Up, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_Down, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_Home, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_End, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_PageUp, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_PageDown, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_Delete, Qt::NoModifier, "\x7f"},
-    KeyStroke{Qt::Key_Backspace, Qt::NoModifier, "\b"},
-    KeyStroke{Qt::Key_Insert, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_Space, Qt::NoModifier, " "},
-    KeyStroke{Qt::Key_F1, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_F2, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_F4, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_Menu, Qt::NoModifier, ""},
-    KeyStroke{Qt::Key_Down, Qt::AltModifier, ""},
-    KeyStroke{Qt::Key_C, Qt::ControlModifier, ""},
-    KeyStroke{Qt::Key_V, Qt::ControlModifier, ""},
-    KeyStroke{Qt::Key_X, Qt::ControlModifier, ""},
-    KeyStroke{Qt::Key_Z, Qt::ControlModifier, ""},
-    KeyStroke{Qt::Key_Y, Qt::ControlModifier, ""},
-    KeyStroke{Qt::Key_A, Qt::ControlModifier, ""},
-    KeyStroke{Qt::Key_Insert, Qt::ShiftModifier, ""},
-    KeyStroke{Qt::Key_Insert, Qt::ControlModifier, ""},
-    KeyStroke{Qt::Key_Delete, Qt::ShiftModifier, ""},
-    KeyStroke{Qt::Key_Left, Qt::ShiftModifier, ""},
-    KeyStroke{Qt::Key_Right, Qt::ShiftModifier, ""},
-    KeyStroke{Qt::Key_Home, Qt::ShiftModifier, ""},
-    KeyStroke{Qt::Key_End, Qt::ShiftModifier, ""},
-    KeyStroke{Qt::Key_Plus, Qt::NoModifier, "+"},
-    KeyStroke{Qt::Key_Minus, Qt::NoModifier, "-"},
-    KeyStroke{Qt::Key_Period, Qt::NoModifier, "."},
-    KeyStroke{Qt::Key_Comma, Qt::NoModifier, ","},
-    KeyStroke{Qt::Key_0, Qt::NoModifier, "0"},
-    KeyStroke{Qt::Key_1, Qt::NoModifier, "1"},
-    KeyStroke{Qt::Key_2, Qt::NoModifier, "2"},
-    KeyStroke{Qt::Key_5, Qt::NoModifier, "5"},
-    KeyStroke{Qt::Key_9, Qt::NoModifier, "9"},
-};
+// The text a key types: a printable key's character (upper case with Shift), the control
+// character of the keys that have one, nothing with Control or Alt held.
+QString TextOf(QKeyCombination combination) {
+    const Qt::KeyboardModifiers modifiers = combination.keyboardModifiers();
+    const int key = combination.key();
+    if (modifiers & (Qt::ControlModifier | Qt::AltModifier)) {
+        return {};
+    }
+    switch (key) {
+        case Qt::Key_Tab:
+            return QStringLiteral("\t");
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            return QStringLiteral("\r");
+        case Qt::Key_Escape:
+            return QStringLiteral("\x1b");
+        case Qt::Key_Backspace:
+            return QStringLiteral("\b");
+        case Qt::Key_Delete:
+            return QStringLiteral("\x7f");
+    }
+    if (key < Qt::Key_Space || key > Qt::Key_AsciiTilde) {
+        return {};
+    }
+    const QChar character(key);  // Qt's key codes are the characters themselves here
+    return modifiers & Qt::ShiftModifier ? character : character.toLower();
+}
 
 // The key a character is typed with; text the keyboard has no key for arrives as text alone.
 int KeyOf(QChar character) {
     const char16_t code = character.toUpper().unicode();
-    if ((code >= u'0' && code <= u'9') || (code >= u'A' && code <= u'Z') || code == u' ' ||
-        code == u'+' || code == u'-' || code == u'.' || code == u',') {
-        return code;  // Qt's key codes are the characters themselves here
-    }
-    return Qt::Key_unknown;
+    return code >= Qt::Key_Space && code <= Qt::Key_AsciiTilde ? int{code} : int{Qt::Key_unknown};
 }
 
 template <class Widget>
@@ -95,7 +88,7 @@ QList<Widget*> Usable(QWidget* window) {
 
 template <class Widget>
 Widget* AnyOf(SoakRandom& random, const QList<Widget*>& widgets) {
-    return widgets.isEmpty() ? nullptr : widgets[random.Below(static_cast<int>(widgets.size()))];
+    return widgets.isEmpty() ? nullptr : random.Pick(widgets);
 }
 
 }  // namespace
@@ -106,26 +99,23 @@ void UserActions::ActOn(QWidget* window) {
         return;
     }
     m_time += 1000;
-    using Action = void (UserActions::*)(QWidget*);
     struct Choice {
         int weight;
         const char* name;
-        Action action;
+        void (UserActions::*action)(QWidget*);
     };
-    static const std::array kChoices = {
-        Choice{28, "key", &UserActions::RandomKey},
-        Choice{8, "type", &UserActions::TypeText},
-        Choice{6, "paste", &UserActions::Paste},
-        Choice{16, "click", &UserActions::ClickSomewhere},
-        Choice{5, "double-click", &UserActions::DoubleClick},
-        Choice{7, "drag", &UserActions::Drag},
-        Choice{5, "hover", &UserActions::Hover},
-        Choice{5, "wheel", &UserActions::Wheel},
-        Choice{5, "combo", &UserActions::ChangeCombo},
-        Choice{3, "tab", &UserActions::ChangeTab},
-        Choice{7, "cell", &UserActions::EditCell},
-        Choice{5, "button", &UserActions::ClickButton},
-    };
+    static const Choice kChoices[] = {{28, "key", &UserActions::RandomKey},
+                                      {8, "type", &UserActions::TypeText},
+                                      {6, "paste", &UserActions::Paste},
+                                      {16, "click", &UserActions::ClickSomewhere},
+                                      {5, "double-click", &UserActions::DoubleClickSomewhere},
+                                      {7, "drag", &UserActions::Drag},
+                                      {5, "hover", &UserActions::Hover},
+                                      {5, "wheel", &UserActions::Wheel},
+                                      {5, "combo", &UserActions::ChangeCombo},
+                                      {3, "tab", &UserActions::ChangeTab},
+                                      {7, "cell", &UserActions::EditCell},
+                                      {5, "button", &UserActions::ClickButton}};
     int roll = m_random.Below(100);
     for (const Choice& choice : kChoices) {
         if (roll < choice.weight) {
@@ -138,56 +128,41 @@ void UserActions::ActOn(QWidget* window) {
 }
 
 void UserActions::Trace(const char* what, QWidget* window) {
-    if (m_trace) {
-        static const auto start = std::chrono::steady_clock::now();
-        const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(
-            std::chrono::steady_clock::now() - start);
-        std::fprintf(
-            stderr, "soak: %lld ms: %s on %s \"%s\" %dx%d\n", static_cast<long long>(ms.count()),
-            what, window != nullptr ? window->metaObject()->className() : "-",
-            window != nullptr ? qPrintable(window->windowTitle()) : "",
-            window != nullptr ? window->width() : 0, window != nullptr ? window->height() : 0);
+    if (!m_trace) {
+        return;
     }
+    static const auto start = std::chrono::steady_clock::now();
+    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now() - start);
+    std::fprintf(stderr, "soak: %lld ms: %s on %s \"%s\" %dx%d\n",
+                 static_cast<long long>(ms.count()), what,
+                 window != nullptr ? window->metaObject()->className() : "-",
+                 window != nullptr ? qPrintable(window->windowTitle()) : "",
+                 window != nullptr ? window->width() : 0, window != nullptr ? window->height() : 0);
 }
 
 QString UserActions::UserText() {
-    static const std::array<QString, 30> kTexts = {
-        QString(),
-        QStringLiteral("abc"),
-        QStringLiteral("1e999"),
-        QStringLiteral("nan"),
-        QStringLiteral("-0"),
-        QStringLiteral("1,5"),
-        QString(40000, u'1'),
-        QStringLiteral("0"),
-        QStringLiteral("1"),
-        QStringLiteral("10"),
-        QStringLiteral("0101"),
-        QStringLiteral("-1"),
-        QStringLiteral("1e-30"),
-        QStringLiteral("inf"),
-        QStringLiteral("-inf"),
-        QStringLiteral(" 12 "),
-        QStringLiteral("3.3"),
-        QStringLiteral("99999999999999999999"),
-        QStringLiteral("%s%n%d"),
-        QStringLiteral("ÄÖü€"),
-        QStringLiteral("1.5n"),
-        QStringLiteral("47p"),
-        QStringLiteral("0x10"),
-        QStringLiteral("1e308"),
-        QStringLiteral("-1e308"),
-        QStringLiteral("2147483648"),
-        QStringLiteral("5e-324"),
-        QStringLiteral("1 0 1\n0;1,1"),
-        QString(300, u'9'),
-        QStringLiteral("\t"),
-    };
-    return m_random.Pick(std::span<const QString>(kTexts));
+    static constexpr std::array kTexts = {
+        "",      "abc",    "1e999",      "nan",    "-0",           "1,5", "0",
+        "1",     "10",     "0101",       "-1",     "1e-30",        "inf", "-inf",
+        " 12 ",  "3.3",    "%s%n%d",     "ÄÖü€",   "1.5n",         "47p", "0x10",
+        "1e308", "-1e308", "2147483648", "5e-324", "1 0 1\n0;1,1", "\t",  "99999999999999999999"};
+    const int pick = m_random.Below(static_cast<int>(kTexts.size()) + 2);
+    if (pick == kTexts.size()) {
+        return QString(40000, u'1');
+    }
+    if (pick == kTexts.size() + 1) {
+        return QString(300, u'9');
+    }
+    return QString::fromUtf8(kTexts[static_cast<std::size_t>(pick)]);
 }
 
-void UserActions::PressKey(QWidget* window, int key, Qt::KeyboardModifiers modifiers,
-                           const QString& text) {
+void UserActions::PressKey(QWidget* window, QKeyCombination key) {
+    Key(window, key.key(), key.keyboardModifiers(), TextOf(key));
+}
+
+void UserActions::Key(QWidget* window, int key, Qt::KeyboardModifiers modifiers,
+                      const QString& text) {
     QPointer<QWindow> handle = window != nullptr ? window->windowHandle() : nullptr;
     if (handle == nullptr) {
         return;
@@ -195,18 +170,6 @@ void UserActions::PressKey(QWidget* window, int key, Qt::KeyboardModifiers modif
     qt_handleKeyEvent(handle, QEvent::KeyPress, key, modifiers, text);
     if (handle != nullptr) {  // the key may have closed the window
         qt_handleKeyEvent(handle, QEvent::KeyRelease, key, modifiers, text);
-    }
-}
-
-void UserActions::Type(QWidget* window, const QString& text) {
-    QPointer<QWidget> guard = window;
-    for (const QChar character : text) {
-        if (guard == nullptr) {
-            return;
-        }
-        const bool upper = character.isLetter() && character.isUpper();
-        PressKey(guard, KeyOf(character), upper ? Qt::ShiftModifier : Qt::NoModifier,
-                 QString(character));
     }
 }
 
@@ -222,32 +185,27 @@ void UserActions::Click(QWidget* window, QPointF at, Qt::MouseButton button,
 }
 
 void UserActions::RandomKey(QWidget* window) {
-    if (m_random.Chance(0.2)) {
-        const QChar letter(u'a' + m_random.Below(26));
-        PressKey(window, KeyOf(letter), Qt::NoModifier, QString(letter));
-        return;
-    }
-    const KeyStroke& stroke = m_random.Pick(std::span<const KeyStroke>(kKeys));
-    PressKey(window, stroke.key, stroke.modifiers, QString::fromLatin1(stroke.text));
+    PressKey(window,
+             m_random.Chance(0.2) ? Qt::Key(Qt::Key_A + m_random.Below(26)) : m_random.Pick(kKeys));
 }
 
 void UserActions::TypeText(QWidget* window) {
     const QString text = UserText();
     if (text.size() > 16) {
         QGuiApplication::clipboard()->setText(text);
-        PressKey(window, Qt::Key_V, Qt::ControlModifier);
-    } else {
-        Type(window, text);
+        PressKey(window, Qt::CTRL | Qt::Key_V);
+        return;
+    }
+    QPointer<QWidget> guard = window;
+    for (const QChar character : text) {
+        const bool upper = character.isLetter() && character.isUpper();
+        Key(guard, KeyOf(character), upper ? Qt::ShiftModifier : Qt::NoModifier, character);
     }
 }
 
 void UserActions::Paste(QWidget* window) {
     QGuiApplication::clipboard()->setText(UserText());
-    if (m_random.Chance(0.2)) {
-        PressKey(window, Qt::Key_Insert, Qt::ShiftModifier);
-    } else {
-        PressKey(window, Qt::Key_V, Qt::ControlModifier);
-    }
+    PressKey(window, m_random.Chance(0.2) ? Qt::SHIFT | Qt::Key_Insert : Qt::CTRL | Qt::Key_V);
 }
 
 void UserActions::ClickSomewhere(QWidget* window) {
@@ -258,9 +216,12 @@ void UserActions::ClickSomewhere(QWidget* window) {
     Click(window, AnyPoint(window), button, AnyModifiers());
 }
 
-void UserActions::DoubleClick(QWidget* window) {
+void UserActions::DoubleClickSomewhere(QWidget* window) {
+    DoubleClick(window, AnyPoint(window));
+}
+
+void UserActions::DoubleClick(QWidget* window, QPointF at) {
     QPointer<QWidget> guard = window;
-    const QPointF at = AnyPoint(window);
     Click(window, at);
     m_time += 50;  // well inside any double-click interval
     if (guard != nullptr) {
@@ -322,16 +283,14 @@ void UserActions::ChangeCombo(QWidget* window) {
     QComboBox* combo = AnyOf(m_random, Usable<QComboBox>(window));
     if (combo == nullptr) {
         RandomKey(window);
-        return;
-    }
-    if (m_random.Chance(0.3)) {
+    } else if (m_random.Chance(0.3)) {
         Click(window, PointIn(window, combo));  // opens the list; answered as a popup
-        return;
+    } else {
+        combo->setFocus(Qt::TabFocusReason);
+        static constexpr std::array kMoves = {Qt::Key_Up,  Qt::Key_Down,   Qt::Key_Home,
+                                              Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown};
+        PressKey(window, m_random.Pick(kMoves));
     }
-    combo->setFocus(Qt::TabFocusReason);
-    static const std::array kMoves = {Qt::Key_Up,  Qt::Key_Down,   Qt::Key_Home,
-                                      Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown};
-    PressKey(window, m_random.Pick(std::span<const Qt::Key>(kMoves)));
 }
 
 void UserActions::ChangeTab(QWidget* window) {
@@ -340,8 +299,7 @@ void UserActions::ChangeTab(QWidget* window) {
         ClickSomewhere(window);
         return;
     }
-    const QRect tab = bar->tabRect(m_random.Below(bar->count()));
-    Click(window, bar->mapTo(window, tab.center()));
+    Click(window, bar->mapTo(window, bar->tabRect(m_random.Below(bar->count())).center()));
 }
 
 // A cell edited as a user edits it: its editor opened (by the view or a double click), text
@@ -363,10 +321,7 @@ void UserActions::EditCell(QWidget* window) {
     const QModelIndex cell = model->index(m_random.Below(rows), m_random.Below(columns), root);
     view->scrollTo(cell);
     if (view != nullptr && m_random.Chance(0.3)) {
-        const QPointF at = view->viewport()->mapTo(window, view->visualRect(cell).center());
-        Click(window, at);
-        m_time += 50;
-        Click(window, at);
+        DoubleClick(window, view->viewport()->mapTo(window, view->visualRect(cell).center()));
     } else if (view != nullptr) {
         view->setCurrentIndex(cell);
         if (view != nullptr) {
@@ -378,36 +333,22 @@ void UserActions::EditCell(QWidget* window) {
     } else {
         TypeText(window);
     }
-    Commit(window);
-}
-
-void UserActions::Commit(QWidget* window) {
-    switch (m_random.Below(5)) {
-        case 0:
-            PressKey(window, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
-            break;
-        case 1:
-            PressKey(window, Qt::Key_Tab, Qt::NoModifier, QStringLiteral("\t"));
-            break;
-        case 2:
-            PressKey(window, Qt::Key_Escape, Qt::NoModifier, QStringLiteral("\x1b"));
-            break;
-        case 3:
-            PressKey(window, Qt::Key_Enter, Qt::KeypadModifier, QStringLiteral("\r"));
-            break;
-        default:
-            Click(window, AnyPoint(window));
-            break;
+    static constexpr std::array<QKeyCombination, 4> kEnds = {
+        Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape, Qt::KeypadModifier | Qt::Key_Enter};
+    const int end = m_random.Below(5);
+    if (end < 4) {
+        PressKey(window, kEnds[static_cast<std::size_t>(end)]);
+    } else {
+        Click(window, AnyPoint(window));
     }
 }
 
 void UserActions::ClickButton(QWidget* window) {
-    QAbstractButton* button = AnyOf(m_random, Usable<QAbstractButton>(window));
-    if (button == nullptr) {
+    if (QAbstractButton* button = AnyOf(m_random, Usable<QAbstractButton>(window))) {
+        Click(window, PointIn(window, button));
+    } else {
         ClickSomewhere(window);
-        return;
     }
-    Click(window, PointIn(window, button));
 }
 
 QPointF UserActions::AnyPoint(QWidget* window) {
@@ -416,15 +357,14 @@ QPointF UserActions::AnyPoint(QWidget* window) {
         return {m_random.Real(0.0, window->width()), m_random.Real(0.0, window->height())};
     }
     if (roll < 9) {
-        QList<QWidget*> children = Usable<QWidget>(window);
-        if (QWidget* child = AnyOf(m_random, children)) {
+        if (QWidget* child = AnyOf(m_random, Usable<QWidget>(window))) {
             return PointIn(window, child);
         }
     }
     // The very edges and just outside them.
     const double xs[] = {-3.0, 0.0, window->width() - 1.0, window->width() + 2.0};
     const double ys[] = {-3.0, 0.0, window->height() - 1.0, window->height() + 2.0};
-    return {xs[m_random.Below(4)], ys[m_random.Below(4)]};
+    return {m_random.Pick(xs), m_random.Pick(ys)};
 }
 
 QPointF UserActions::PointIn(QWidget* window, QWidget* child) {
@@ -438,11 +378,9 @@ Qt::KeyboardModifiers UserActions::AnyModifiers() {
     static const std::array<Qt::KeyboardModifiers, 6> kModifiers = {
         Qt::ShiftModifier, Qt::ControlModifier,
         Qt::AltModifier,   Qt::ShiftModifier | Qt::ControlModifier,
-        Qt::NoModifier,    Qt::NoModifier,
-    };
-    return m_random.Chance(0.75)
-               ? Qt::KeyboardModifiers(Qt::NoModifier)
-               : m_random.Pick(std::span<const Qt::KeyboardModifiers>(kModifiers));
+        Qt::NoModifier,    Qt::NoModifier};
+    return m_random.Chance(0.75) ? Qt::KeyboardModifiers(Qt::NoModifier)
+                                 : m_random.Pick(kModifiers);
 }
 
 void UserActions::Mouse(QWidget* window, QPointF at, QEvent::Type type, Qt::MouseButton button,

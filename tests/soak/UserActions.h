@@ -1,16 +1,13 @@
 #pragma once
 
 #include <QEvent>
+#include <QKeyCombination>
 #include <QPointF>
-#include <QPointer>
-#include <Qt>
-#include <QtGlobal>
-#include <string>
+#include <QString>
 
 #include "tests/soak/SoakRandom.h"
 
 class QWidget;
-class QWindow;
 
 namespace kv::soak {
 
@@ -30,22 +27,20 @@ public:
     // inside it.
     void ActOn(QWidget* window);
 
-    // The single steps, also used to answer windows that wait for the user.
-    void PressKey(QWidget* window, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
-                  const QString& text = {});
-    void Type(QWidget* window, const QString& text);
+    // The single steps, also used to answer windows that wait for the user. A key types the
+    // character it stands for, if any.
+    void PressKey(QWidget* window, QKeyCombination key);
     void Click(QWidget* window, QPointF at, Qt::MouseButton button = Qt::LeftButton,
                Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
-    // What users type and paste: numbers in every spelling, nothing, garbage, 40000 ones.
-    QString UserText();
-
 private:
+    void Key(QWidget* window, int key, Qt::KeyboardModifiers modifiers, const QString& text);
     void RandomKey(QWidget* window);
     void TypeText(QWidget* window);
     void Paste(QWidget* window);
     void ClickSomewhere(QWidget* window);
-    void DoubleClick(QWidget* window);
+    void DoubleClickSomewhere(QWidget* window);
+    void DoubleClick(QWidget* window, QPointF at);
     void Drag(QWidget* window);
     void Hover(QWidget* window);
     void Wheel(QWidget* window);
@@ -54,12 +49,13 @@ private:
     void EditCell(QWidget* window);
     void ClickButton(QWidget* window);
 
+    // What users type and paste: numbers in every spelling, nothing, garbage, 40000 ones.
+    QString UserText();
     QPointF AnyPoint(QWidget* window);
     QPointF PointIn(QWidget* window, QWidget* child);
     Qt::KeyboardModifiers AnyModifiers();
     void Mouse(QWidget* window, QPointF at, QEvent::Type type, Qt::MouseButton button,
                Qt::KeyboardModifiers modifiers);
-    void Commit(QWidget* window);
 
     SoakRandom& m_random;
     bool m_trace = false;
