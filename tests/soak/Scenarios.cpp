@@ -17,11 +17,6 @@
 namespace kv::soak {
 namespace {
 
-// Objects the library deleted later are gone once the host's loop has run again.
-void Settle() {
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
 // A window of the host's own, up on the screen.
 std::unique_ptr<QWidget> HostWindow() {
     auto window = std::make_unique<QWidget>();
@@ -104,7 +99,6 @@ void RunSheet(Session& session) {
             byFlag ? sheet->EditWithPageFlag(data, parent, 1 << (page & 3), flags, argA, argB)
                    : sheet->Edit(data, parent, page, flags, argA, argB);
         session.driver.End();
-        Settle();
         (void)sheet->GetLastPageFlag();
         (void)sheet->GetLastPageIndex();
         ReadBack(*data);
@@ -203,7 +197,6 @@ void RunVia(Session& session) {
             control->ExportToSpiceFile(AnyFile(random, session.files, ".cir").c_str());
         }
         session.driver.RunModeless(session.driver.NextShare());
-        Settle();
     }
     session.factory.DestroyViaVisualizerCtrl(control);  // before the host window it lives in
 }
@@ -225,7 +218,6 @@ void RunPadstack(Session& session) {
         editor->Edit(random.Chance(0.5) ? host.get() : nullptr,
                      hostile && random.Chance(0.05) ? nullptr : &data);
         session.driver.End();
-        Settle();
         PADDATA back{};
         editor->GetDefaultPad(random.Chance(0.9) ? &back : nullptr);
         (void)editor->IsModified();
@@ -332,7 +324,7 @@ private:
         }
         m_walker->RefreshNets();
         HostBoard board = MakeBoard(random, hostile);
-        const STACKUPARRAY stackup = StackupOf(board);
+        const STACKUPARRAY stackup = board.Stackup();
         const Counted<CROSSSECTIONTRACE> traces =
             MakeTraces(random, hostile, static_cast<int32_t>(board.layers.records.size()));
         m_walker->SetCrossSection(hostile && random.Chance(0.1) ? nullptr : &stackup, traces.Data(),
@@ -361,7 +353,6 @@ void RunWalker(Session& session) {
         session.driver.RunModeless(
             session.driver.NextShare(), [&host](bool insist) { host.Close(insist); },
             [&host] { return host.Closed(); });
-        Settle();
     }
 }
 
@@ -387,17 +378,18 @@ void RunProgressBar(Session& session) {
     session.factory.Destroy(bar);
 }
 
-// A host's dialog with two text lines and a place for the bar, and under an id a host may pass
-// by mistake a control of another kind.
+// The host's progress dialog, of the fixed size its resource gives it: two text lines and a
+// place for the bar, and under an id a host may pass by mistake a control of another kind.
 std::unique_ptr<QDialog> ReportDialog() {
     auto dialog = std::make_unique<QDialog>();
+    dialog->setFixedSize(360, 160);
     auto* layout = new QVBoxLayout(dialog.get());
-    for (QWidget* control :
-         {static_cast<QWidget*>(new QLabel(dialog.get())),
-          static_cast<QWidget*>(new QLabel(dialog.get())), new QWidget(dialog.get()),
-          static_cast<QWidget*>(new QPushButton("not a text line", dialog.get()))}) {
-        control->setObjectName(
-            QStringLiteral("ctl%1").arg(layout->count() < 3 ? 1001 + layout->count() : 7));
+    const std::pair<QWidget*, int> controls[] = {{new QLabel, 1001},
+                                                 {new QLabel, 1002},
+                                                 {new QWidget, 1003},
+                                                 {new QPushButton("not a text line"), 7}};
+    for (const auto& [control, id] : controls) {
+        control->setObjectName(QStringLiteral("ctl%1").arg(id));
         control->setMinimumHeight(20);
         layout->addWidget(control);
     }
@@ -509,7 +501,7 @@ void RunProgressDialog(Session& session) {
         if (random.Chance(0.9)) {
             progress->Destroy();
         }
-        Settle();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     session.factory.Destroy(progress);  // it takes its window down if the host did not
 }
