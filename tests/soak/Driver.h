@@ -24,11 +24,12 @@ class Driver : public QObject {
 public:
     // Closes the component; insisting after a few tries that did not close it.
     using Close = std::function<void(bool insist)>;
+    using Deadline = std::optional<std::chrono::steady_clock::time_point>;
 
     // `actionLimit` user actions at most; with a deadline, also none after it. File dialogs
     // are answered with names in `files`.
     Driver(SoakRandom& random, UserActions& actions, QDir files, uint64_t actionLimit,
-           std::optional<std::chrono::steady_clock::time_point> deadline)
+           Deadline deadline)
         : m_random(random),
           m_userActions(actions),
           m_files(std::move(files)),
@@ -43,11 +44,11 @@ public:
     // Whether the host opens the component again. The opening is one action of the run, so
     // that every session ends even when a component refuses to open.
     bool NextRound() {
-        if (!HasActionsLeft()) {
-            return false;
+        const bool more = HasActionsLeft();
+        if (more) {
+            Count();
         }
-        Count();
-        return true;
+        return more;
     }
     // How many actions the next run of the component gets.
     int NextShare() { return m_random.Between(10, 120); }
@@ -102,7 +103,8 @@ private:
     void Step() {
         Post();  // first, so that a modal loop this step opens is driven too
         Beat();
-        if (Answer(m_closeAttempts > kInsistAfter)) {
+        const bool insist = m_closeAttempts > kInsistAfter;
+        if (Answer(insist)) {
             ++m_events;
         } else if (!m_running) {
             return;
@@ -122,24 +124,21 @@ private:
                 "questions");
         } else {
             ++m_events;
-            m_userActions.Trace(m_closeAttempts > kInsistAfter ? "close, insisting" : "close",
-                                Target());
-            m_close(m_closeAttempts > kInsistAfter);
+            m_userActions.Trace(insist ? "close, insisting" : "close", Target());
+            m_close(insist);
         }
     }
 
     // The window a user can work in now: a modal window takes all input; otherwise any window
-    // that is up. (Popups are answered before.)
+    // that is up. (Popups are answered first.)
     QWidget* Target() {
-        if (QWidget* modal = QApplication::activeModalWidget()) {
-            return modal;
-        }
-        QList<QWidget*> windows;
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (window->isVisible() && window->windowType() != Qt::ToolTip &&
-                window->windowHandle() != nullptr) {
-                windows << window;
-            }
+        QList<QWidget*> windows = {QApplication::activeModalWidget()};
+        if (windows[0] == nullptr) {
+            windows = QApplication::topLevelWidgets();
+            windows.removeIf([](QWidget* window) {
+                return !window->isVisible() || window->windowType() == Qt::ToolTip ||
+                       window->windowHandle() == nullptr;
+            });
         }
         return windows.isEmpty() ? nullptr : m_random.Pick(windows);
     }
@@ -152,57 +151,49 @@ private:
         return answers;
     }
 
-    // Answers the window that waits for the user, if any: message boxes with a random one of
-    // their buttons (with `insist`, the affirmative one, so that a closing component can go),
-    // file dialogs with a random file, folder or new name in the work folder (or no answer at
-    // all), menus and other popups with a random item or Escape.
+    // Answers the window that waits for the user, if any.
     bool Answer(bool insist) {
+        QWidget* modal = QApplication::activeModalWidget();
         if (QWidget* popup = QApplication::activePopupWidget()) {
             m_userActions.Trace("answer popup", popup);
             AnswerPopup(*popup);
-            return true;
-        }
-        QWidget* modal = QApplication::activeModalWidget();
-        if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+        } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
             m_userActions.Trace(qPrintable("answer box \"" + box->text() + '"'), box);
             AnswerBox(*box, insist);
-            return true;
-        }
-        if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
+        } else if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
             m_userActions.Trace("answer file dialog", dialog);
             AnswerFileDialog(*dialog);
-            return true;
-        }
-        return false;
-    }
-
-    void AnswerBox(QMessageBox& box, bool insist) {
-        const QList<QAbstractButton*> buttons = box.buttons();
-        if (CountAnswer(box) < 4 && !insist && m_random.Chance(0.15)) {
-            // Escape or Enter instead of a button, as a user at the keyboard answers.
-            m_userActions.PressKey(&box, m_random.Chance(0.5) ? Qt::Key_Escape : Qt::Key_Return);
-        } else if (buttons.isEmpty()) {
-            box.done(QMessageBox::Cancel);
         } else {
-            QAbstractButton* chosen = m_random.Pick(buttons);
-            for (QAbstractButton* button : buttons) {
-                const QMessageBox::ButtonRole role = box.buttonRole(button);
-                if (insist && (role == QMessageBox::AcceptRole || role == QMessageBox::YesRole)) {
-                    chosen = button;
-                }
-            }
-            chosen->click();
+            return false;
         }
+        return true;
     }
 
-    void AnswerFileDialog(QFileDialog& dialog) {
-        // A folder chosen in an open dialog only opens the folder, and a missing file is
-        // refused with a box of the dialog's own: after a few answers the user gives up.
-        if (CountAnswer(dialog) > 6 || m_random.Chance(0.25)) {
-            dialog.reject();
+    // A random button, or Escape or Enter as a user at the keyboard answers; when insisting,
+    // the affirmative button, so that a closing component can go.
+    void AnswerBox(QMessageBox& box, bool insist) {
+        QList<QAbstractButton*> buttons = box.buttons();
+        if (CountAnswer(box) < 4 && !insist && m_random.Chance(0.15)) {
+            m_userActions.PressKey(&box, m_random.Chance(0.5) ? Qt::Key_Escape : Qt::Key_Return);
             return;
         }
-        // The files made for the run, names that are new, and names no file can have.
+        if (insist) {
+            buttons.removeIf([&box](QAbstractButton* button) {
+                const QMessageBox::ButtonRole role = box.buttonRole(button);
+                return role != QMessageBox::AcceptRole && role != QMessageBox::YesRole;
+            });
+        }
+        if (buttons.isEmpty()) {
+            box.done(QMessageBox::Cancel);
+        } else {
+            m_random.Pick(buttons)->click();
+        }
+    }
+
+    // A file, a folder, a new name or one no file can have, in the work folder; or no answer.
+    // A folder chosen in an open dialog only opens the folder, and a missing file is refused
+    // with a box of the dialog's own: after a few answers the user gives up.
+    void AnswerFileDialog(QFileDialog& dialog) {
         static const QStringList kNames =
             QStringLiteral(
                 "valid.bit|bad.bit|long.bit|empty.bit|name with blanks.bit|garbage.bin|"
@@ -210,6 +201,10 @@ private:
                 "new.cir|new stimulus.ini|missing folder/new.bit|trailing blank .bit")
                 .split(u'|')
             << QString(240, u'n') + ".bit";
+        if (CountAnswer(dialog) > 6 || m_random.Chance(0.25)) {
+            dialog.reject();
+            return;
+        }
         const QString path = m_files.absoluteFilePath(m_random.Pick(kNames));
         if (auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
             edit->setText(path);
@@ -219,27 +214,27 @@ private:
         QMetaObject::invokeMethod(&dialog, "accept");  // what the Open or Save button does
     }
 
+    // A menu's item, or in a drop-down list or any other popup a move, a pick or a click; after
+    // a few answers Escape, and after a few more the popup is closed.
     void AnswerPopup(QWidget& popup) {
         static constexpr Qt::Key kKeys[] = {Qt::Key_Down, Qt::Key_PageDown, Qt::Key_Return,
                                             Qt::Key_Escape};
         const int answers = CountAnswer(popup);
         auto* menu = qobject_cast<QMenu*>(&popup);
-        QList<QAction*> choices;
-        for (QAction* action : menu != nullptr ? menu->actions() : QList<QAction*>()) {
-            if (!action->isSeparator() && action->isEnabled() && action->isVisible()) {
-                choices << action;
-            }
-        }
         if (answers > 8) {
             popup.close();
-        } else if (answers > 4 ||
-                   (menu != nullptr && (choices.isEmpty() || m_random.Chance(0.25)))) {
+        } else if (answers > 4) {
             m_userActions.PressKey(&popup, Qt::Key_Escape);
-        } else if (menu != nullptr) {
-            menu->setActiveAction(m_random.Pick(choices));
-            m_userActions.PressKey(menu, Qt::Key_Return);
-        } else if (m_random.Chance(0.25)) {
-            // A drop-down list or any other popup: click into it, move in it, pick or leave it.
+        } else if (menu != nullptr && m_random.Chance(0.75)) {
+            QList<QAction*> items = menu->actions();
+            items.removeIf([](QAction* item) {
+                return item->isSeparator() || !item->isEnabled() || !item->isVisible();
+            });
+            if (!items.isEmpty()) {
+                menu->setActiveAction(m_random.Pick(items));
+            }
+            m_userActions.PressKey(menu, items.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+        } else if (m_random.Chance(0.2)) {
             m_userActions.Click(&popup, QPointF(m_random.Real(0.0, popup.width()),
                                                 m_random.Real(0.0, popup.height())));
         } else {
@@ -251,7 +246,7 @@ private:
     UserActions& m_userActions;
     QDir m_files;
     uint64_t m_actionLimit;
-    std::optional<std::chrono::steady_clock::time_point> m_deadline;
+    Deadline m_deadline;
     uint64_t m_actions = 0;
     uint64_t m_events = 0;
     bool m_running = false;

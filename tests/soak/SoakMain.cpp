@@ -7,18 +7,13 @@
 #include <dlfcn.h>
 
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <chrono>
+#include <charconv>
+#include <cinttypes>
 #include <cstdio>
-#include <cstdlib>
-#include <optional>
 #include <random>
-#include <string>
 #include <string_view>
 
-#include "tests/soak/Driver.h"
-#include "tests/soak/FailureReport.h"
 #include "tests/soak/Scenarios.h"
 
 namespace {
@@ -27,17 +22,17 @@ using namespace kv::soak;
 
 struct Options {
     uint64_t seed = std::random_device{}() % 1000000000u;
-    std::string component = "all";
+    std::string_view component = "all";
     uint64_t events = 300;
     uint64_t seconds = 0;  // when given, the session length instead of the event count
-    std::string work;
+    QString work;
     bool trace = false;
 };
 
 [[noreturn]] void Usage() {
     std::fprintf(stderr,
-                 "usage: soak_driver [--seed S] [--component NAME|all] [--events N | --seconds T]"
-                 " [--work FOLDER] [--trace]\ncomponents:");
+                 "usage: soak_driver [--seed S] [--component NAME|all] [--events N | "
+                 "--seconds T] [--work FOLDER] [--trace]\ncomponents:");
     for (const Component& component : Components()) {
         std::fprintf(stderr, " %s", component.name);
     }
@@ -45,10 +40,10 @@ struct Options {
     std::exit(2);
 }
 
-uint64_t Number(const char* text) {
-    char* end = nullptr;
-    const unsigned long long value = std::strtoull(text, &end, 10);
-    if (end == text || *end != '\0') {
+uint64_t Number(std::string_view text) {
+    uint64_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size()) {
         Usage();
     }
     return value;
@@ -58,11 +53,7 @@ Options Parse(int argc, char** argv) {
     Options options;
     for (int i = 1; i < argc; ++i) {
         const std::string_view option = argv[i];
-        if (option == "--trace") {
-            options.trace = true;
-            continue;
-        }
-        const char* value = i + 1 < argc ? argv[++i] : "";
+        const std::string_view value = option != "--trace" && i + 1 < argc ? argv[++i] : "";
         if (option == "--seed") {
             options.seed = Number(value);
         } else if (option == "--component") {
@@ -71,8 +62,10 @@ Options Parse(int argc, char** argv) {
             options.events = Number(value);
         } else if (option == "--seconds") {
             options.seconds = Number(value);
-        } else if (option == "--work" && *value != '\0') {
-            options.work = value;
+        } else if (option == "--work") {
+            options.work = QString::fromUtf8(value);
+        } else if (option == "--trace") {
+            options.trace = true;
         } else {
             Usage();
         }
@@ -80,23 +73,14 @@ Options Parse(int argc, char** argv) {
     return options;
 }
 
-// Each component draws from its own stream, so that one replays without the others.
-uint64_t ComponentSeed(uint64_t seed, std::size_t index) {
-    uint64_t mixed = seed + 0x9E3779B97F4A7C15ull * (index + 1);
-    mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9ull;
-    mixed = (mixed ^ (mixed >> 27)) * 0x94D049BB133111EBull;
-    return mixed ^ (mixed >> 31);
-}
-
 // The work folder holds the library's settings and everything it writes; never the source tree.
 QDir MakeWorkFolder(const Options& options) {
-    QDir work(options.work.empty()
-                  ? QDir::temp().filePath(QStringLiteral("kv-soak-%1").arg(options.seed))
-                  : QString::fromStdString(options.work));
+    QDir work(options.work.isEmpty()
+                  ? QDir::temp().filePath(QString("kv-soak-%1").arg(options.seed))
+                  : options.work);
     work.removeRecursively();
-    work.mkpath(QStringLiteral("."));
     for (const char* variable : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"}) {
-        const QString folder = work.absoluteFilePath(QString::fromLatin1(variable).toLower());
+        const QString folder = work.absoluteFilePath(QString(variable).toLower());
         work.mkpath(folder);
         qputenv(variable, folder.toUtf8());
     }
@@ -104,7 +88,8 @@ QDir MakeWorkFolder(const Options& options) {
 }
 
 // The files a user picks from: valid, invalid, empty and 40000-bit sequence files, stimulus
-// files with numbers no page allows, garbage, a folder, names with blanks.
+// files with numbers no page allows, a period of 0 and a sequence that is not one, garbage, a
+// folder, names with blanks.
 QDir MakeFiles(const QDir& work, const char* component, SoakRandom& random) {
     QDir files(work.absoluteFilePath(QStringLiteral("files-") + component));
     files.mkpath(QStringLiteral("folder with blanks"));
@@ -125,7 +110,7 @@ QDir MakeFiles(const QDir& work, const char* component, SoakRandom& random) {
         {"period zero.ini", "[EYEDIAGRAM]\nPERIOD=0\n"},
         {"garbage.bin", garbage}};
     for (const auto& [name, bytes] : kFiles) {
-        QFile file(files.filePath(QString::fromUtf8(name)));
+        QFile file(files.filePath(name));
         if (file.open(QIODevice::WriteOnly)) {
             file.write(bytes);
         }
@@ -154,39 +139,31 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "soak_driver: cannot load %s: %s\n", KV_LIBRARY_PATH, dlerror());
         return 2;
     }
-    const std::span<const Component> components = Components();
-    std::size_t chosen = 0;
-    for (const Component& component : components) {
-        chosen += options.component == "all" || options.component == component.name ? 1 : 0;
+    std::vector<std::size_t> chosen;
+    for (std::size_t index = 0; index < Components().size(); ++index) {
+        if (options.component == "all" || options.component == Components()[index].name) {
+            chosen.push_back(index);
+        }
     }
-    if (chosen == 0) {
+    if (chosen.empty()) {
         Usage();
     }
-    std::printf(
-        "soak_driver: seed %llu, component %s, %s %llu\n",
-        static_cast<unsigned long long>(options.seed), options.component.c_str(),
-        options.seconds > 0 ? "seconds" : "events per component",
-        static_cast<unsigned long long>(options.seconds > 0 ? options.seconds : options.events));
-    std::fflush(stdout);
-
+    std::printf("soak_driver: seed %" PRIu64 ", component %s, %s %" PRIu64 "\n", options.seed,
+                options.component.data(), options.seconds > 0 ? "seconds" : "events per component",
+                options.seconds > 0 ? options.seconds : options.events);
     uint64_t events = 0;
     uint64_t actions = 0;
-    QElapsedTimer total;
-    total.start();
-    for (std::size_t index = 0; index < components.size(); ++index) {
-        const Component& component = components[index];
-        if (options.component != "all" && options.component != component.name) {
-            continue;
-        }
+    for (const std::size_t index : chosen) {
+        const Component& component = Components()[index];
         ReportPosition(options.seed, component.name);
-        SoakRandom random(ComponentSeed(options.seed, index));
+        SoakRandom random(options.seed, index);  // each component replays without the others
         const QDir files = MakeFiles(work, component.name, random);
         UserActions userActions(random);
         userActions.SetTrace(options.trace);
         std::optional<std::chrono::steady_clock::time_point> deadline;
         if (options.seconds > 0) {
             deadline = std::chrono::steady_clock::now() +
-                       std::chrono::milliseconds(options.seconds * 1000 / chosen);
+                       std::chrono::milliseconds(options.seconds * 1000 / chosen.size());
         }
         QElapsedTimer elapsed;
         elapsed.start();
@@ -196,20 +173,17 @@ int main(int argc, char** argv) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         events += driver.Events();
         actions += driver.Actions();
-        std::printf("soak_driver: %s: %llu user actions, %llu events in %.1f s\n", component.name,
-                    static_cast<unsigned long long>(driver.Actions()),
-                    static_cast<unsigned long long>(driver.Events()),
-                    static_cast<double>(elapsed.elapsed()) / 1000.0);
+        std::printf("soak_driver: %s: %" PRIu64 " user actions, %" PRIu64 " events in %.1f s\n",
+                    component.name, driver.Actions(), driver.Events(), elapsed.elapsed() / 1000.0);
         std::fflush(stdout);
     }
     // What is found at exit (a leak) belongs to no one component.
-    ReportPosition(options.seed, options.component.c_str());
+    ReportPosition(options.seed, options.component.data());
     ReportAction(options.events);
     dlclose(library);
     work.removeRecursively();
-    std::printf("soak_driver: passed: %llu events (%llu user actions) in %.1f s, seed %llu\n",
-                static_cast<unsigned long long>(events), static_cast<unsigned long long>(actions),
-                static_cast<double>(total.elapsed()) / 1000.0,
-                static_cast<unsigned long long>(options.seed));
+    std::printf("soak_driver: passed: %" PRIu64 " events (%" PRIu64 " user actions), seed %" PRIu64
+                "\n",
+                events, actions, options.seed);
     return 0;
 }

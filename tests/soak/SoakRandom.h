@@ -9,7 +9,11 @@ namespace kv::soak {
 // The one source of every choice the driver makes: a run is replayed exactly from its seed.
 class SoakRandom {
 public:
-    explicit SoakRandom(uint64_t seed) : m_engine(seed) {}
+    // One stream of many, each replayed without the others.
+    SoakRandom(uint64_t seed, uint64_t stream) {
+        std::seed_seq sequence{seed, seed >> 32, stream};
+        m_engine.seed(sequence);
+    }
 
     // A whole number in [0, count); 0 when count is not positive.
     int Below(int count) {

@@ -59,18 +59,19 @@ public:
             const char* name;
             void (UserActions::*act)(Window);
         };
-        static constexpr Choice kChoices[] = {{28, "key", &UserActions::RandomKey},
-                                              {8, "type", &UserActions::TypeText},
-                                              {6, "paste", &UserActions::Paste},
-                                              {16, "click", &UserActions::ClickSomewhere},
-                                              {5, "double-click", &UserActions::DoubleClick},
-                                              {7, "drag", &UserActions::Drag},
-                                              {5, "hover", &UserActions::Hover},
-                                              {5, "wheel", &UserActions::Wheel},
-                                              {5, "combo", &UserActions::ChangeCombo},
-                                              {3, "tab", &UserActions::ChangeTab},
-                                              {7, "cell", &UserActions::EditCell},
-                                              {5, "button", &UserActions::ClickButton}};
+        static constexpr Choice kChoices[] = {
+            {28, "key", &UserActions::RandomKey},
+            {8, "type", &UserActions::TypeText},
+            {6, "paste", &UserActions::Paste},
+            {16, "click", &UserActions::ClickSomewhere},
+            {5, "double-click", &UserActions::DoubleClick},
+            {7, "drag", &UserActions::Drag},
+            {5, "hover", &UserActions::Hover},
+            {5, "wheel", &UserActions::Wheel},
+            {5, "combo", &UserActions::ChangeCombo},
+            {3, "tab", &UserActions::ClickOn<QTabBar>},
+            {7, "cell", &UserActions::EditCell},
+            {5, "button", &UserActions::ClickOn<QAbstractButton>}};
         int roll = m_random.Below(100);
         for (const Choice& choice : kChoices) {
             if (roll < choice.weight) {
@@ -284,18 +285,11 @@ private:
         }
     }
 
-    void ChangeTab(Window window) {
-        QTabBar* bar = AnyOf<QTabBar>(window);
-        if (bar == nullptr || bar->count() == 0) {
-            ClickSomewhere(window);
-        } else {
-            Click(window, bar->mapTo(window, bar->tabRect(m_random.Below(bar->count())).center()));
-        }
-    }
-
-    void ClickButton(Window window) {
-        if (QAbstractButton* button = AnyOf<QAbstractButton>(window)) {
-            Click(window, PointIn(window, button));
+    // A click into a control of the kind (a tab, a button), or anywhere when there is none.
+    template <class Control>
+    void ClickOn(Window window) {
+        if (Control* control = AnyOf<Control>(window)) {
+            Click(window, PointIn(window, control));
         } else {
             ClickSomewhere(window);
         }
@@ -304,20 +298,17 @@ private:
     // A cell edited as a user edits it: its editor opened (by the view or a double click), text
     // typed or pasted into it, and the edit ended by Enter, Tab, Escape or a click elsewhere.
     void EditCell(Window window) {
+        static constexpr QKeyCombination kEnds[] = {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape,
+                                                    Qt::KeypadModifier | Qt::Key_Enter};
         QPointer<QAbstractItemView> view = AnyOf<QAbstractItemView>(window);
         QAbstractItemModel* model = view != nullptr ? view->model() : nullptr;
-        if (model == nullptr) {
-            ClickSomewhere(window);
+        const QModelIndex root = view != nullptr ? view->rootIndex() : QModelIndex();
+        if (model == nullptr || model->rowCount(root) <= 0 || model->columnCount(root) <= 0) {
+            ClickOn<QAbstractItemView>(window);
             return;
         }
-        const int rows = model->rowCount(view->rootIndex());
-        const int columns = model->columnCount(view->rootIndex());
-        if (rows <= 0 || columns <= 0) {
-            Click(window, PointIn(window, view->viewport()));
-            return;
-        }
-        const QModelIndex cell =
-            model->index(m_random.Below(rows), m_random.Below(columns), view->rootIndex());
+        const QModelIndex cell = model->index(m_random.Below(model->rowCount(root)),
+                                              m_random.Below(model->columnCount(root)), root);
         view->scrollTo(cell);
         if (view != nullptr && m_random.Chance(0.3)) {
             DoubleClickAt(window, view->viewport()->mapTo(window, view->visualRect(cell).center()));
@@ -332,8 +323,6 @@ private:
         } else {
             TypeText(window);
         }
-        static constexpr QKeyCombination kEnds[] = {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape,
-                                                    Qt::KeypadModifier | Qt::Key_Enter};
         if (m_random.Chance(0.8)) {
             PressKey(window, m_random.Pick(kEnds));
         } else {
