@@ -10,12 +10,11 @@
 #include <cstring>
 #include <thread>
 
-// Present in the sanitizer build only: called when a sanitizer report ends the process.
-extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__((weak));
-
-// The undefined-behaviour sanitizer keeps a run time of its own, which does not call the
-// callback above: its reports end the run with an abort instead, which the signal handler
-// turns into the replay command. The environment's options still come first.
+// A sanitizer's report ends the run with an abort, which the signal handler below turns into
+// the replay command. The environment's options still come first.
+extern "C" __attribute__((visibility("default"), used)) const char* __asan_default_options() {
+    return "abort_on_error=1";
+}
 extern "C" __attribute__((visibility("default"), used)) const char* __ubsan_default_options() {
     return "abort_on_error=1:print_stacktrace=1";
 }
@@ -38,29 +37,20 @@ void Put(const char* text) {
     (void)ignored;
 }
 
-void PutNumber(uint64_t value) {
-    char digits[24];
-    *std::to_chars(digits, digits + sizeof digits - 1, value).ptr = '\0';
-    Put(digits);
-}
-
 void PrintReplay(const char* why) {
     if (g_reported.exchange(true)) {
         return;
     }
-    Put("\nsoak_driver: ");
-    Put(why);
-    Put("\nsoak_driver: replay with: soak_driver --seed ");
-    PutNumber(g_seed.load());
-    Put(" --component ");
-    Put(g_component.load());
-    Put(" --events ");
-    PutNumber(g_actions.load());
-    Put("\n");
-}
-
-void OnSanitizerDeath() {
-    PrintReplay("a sanitizer report ended the run");
+    char seed[24] = {};
+    char actions[24] = {};
+    std::to_chars(seed, seed + sizeof seed - 1, g_seed.load());
+    std::to_chars(actions, actions + sizeof actions - 1, g_actions.load());
+    for (const char* part :
+         {"\nsoak_driver: ", why, "\nsoak_driver: replay with: soak_driver --seed ",
+          static_cast<const char*>(seed), " --component ", g_component.load(), " --events ",
+          static_cast<const char*>(actions), "\n"}) {
+        Put(part);
+    }
 }
 
 void OnSignal(int signal) {
@@ -86,16 +76,12 @@ void InstallFailureReport() {
         sigemptyset(&action.sa_mask);
         sigaction(kSignals[i], &action, &g_previous[i]);
     }
-    if (__sanitizer_set_death_callback != nullptr) {
-        __sanitizer_set_death_callback(OnSanitizerDeath);
-    }
 }
 
 void ReportPosition(uint64_t seed, const char* component) {
     g_seed = seed;
     g_component = component;
-    g_actions = 0;
-    Beat();
+    ReportAction(0);
 }
 
 void ReportAction(uint64_t actions) {

@@ -94,39 +94,23 @@ Counted<Record> MakeCounted(SoakRandom& random, bool hostile, int size, Make mak
     return list;
 }
 
-// The bits the data generated, or a host's: short, longer than any sequence, just past the
-// longest register's, or a null array and counts that disagree with it.
+// The bits the data generated, or a host's: short, just past the longest register's, longer
+// than any sequence, or an array and a count that disagree.
 inline void FillBits(SoakRandom& random, bool hostile, IEyeDiagramData& data) {
-    const bool one = true;
-    std::vector<char> bits;
-    switch (random.Below(hostile ? 8 : 3)) {
-        case 0:
-            return;
-        case 1:
-        case 2:
-            bits.resize(static_cast<std::size_t>(random.Between(1, 64)));
-            break;
-        case 3:
-            bits.resize(random.Chance(0.5) ? 32768 : 32769);
-            break;
-        case 4:
-            bits.resize(static_cast<std::size_t>(random.Between(1, 5)));
-            break;
-        case 5:
-            bits.assign(40000, 1);
-            break;
-        case 6:
-            data.SetBits(nullptr, random.Chance(0.5) ? 0 : random.Between(1, 40));
-            return;
-        default:
-            data.SetBits(&one, random.Chance(0.5) ? 0 : -1);
-            return;
+    static constexpr int kLengths[] = {0, -1, 1, 5, 32768, 32769, 40000};
+    if (random.Chance(0.3)) {
+        return;
     }
+    const int length =
+        hostile && random.Chance(0.6) ? random.Pick(kLengths) : random.Between(1, 64);
+    std::vector<char> bits(static_cast<std::size_t>(std::max(1, length)));
     for (char& bit : bits) {
-        bit = static_cast<char>(bits.size() == 40000 ? 1 : random.Below(2));
+        bit = static_cast<char>(random.Below(2));
     }
     // A bool array is what the contract takes; char holds the same 0 and 1.
-    data.SetBits(reinterpret_cast<const bool*>(bits.data()), static_cast<int>(bits.size()));
+    const bool null = hostile && random.Chance(0.2);
+    data.SetBits(null ? nullptr : reinterpret_cast<const bool*>(bits.data()),
+                 null ? random.Between(0, 40) : length);
 }
 
 inline void FillStimulus(SoakRandom& random, bool hostile, IEyeDiagramData& data) {

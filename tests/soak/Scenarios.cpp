@@ -1,14 +1,9 @@
 #include "tests/soak/Scenarios.h"
 
-#include <QAbstractButton>
-#include <QApplication>
 #include <QDialog>
 #include <QLabel>
-#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
-#include <QWidget>
-#include <climits>
 #include <memory>
 #include <stdexcept>
 
@@ -26,6 +21,7 @@ std::unique_ptr<QWidget> HostWindow() {
     return window;
 }
 
+// Where the host writes: a new name, one with blanks, a folder, or one no file can have.
 std::string AnyFile(SoakRandom& random, const QDir& files, const char* extension) {
     static const char* const kNames[] = {"out", "name with blanks", "missing folder/out", "",
                                          "folder with blanks"};
@@ -37,16 +33,14 @@ std::string AnyFile(SoakRandom& random, const QDir& files, const char* extension
 // Closes the modal component with OK or Cancel, as the user chooses; insisting, with Cancel.
 Driver::Close CloseModal(SoakRandom& random) {
     return [&random](bool insist) {
-        QWidget* dialog = QApplication::activeModalWidget();
-        if (dialog == nullptr) {
-            return;
-        }
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         const bool ok = !insist && random.Chance(0.5);
-        auto* button = dialog->findChild<QAbstractButton*>(ok ? "ctl1" : "ctl2");
+        auto* button =
+            dialog != nullptr ? dialog->findChild<QAbstractButton*>(ok ? "ctl1" : "ctl2") : nullptr;
         if (button != nullptr && button->isVisible() && button->isEnabled()) {
             button->click();
-        } else if (auto* modal = qobject_cast<QDialog*>(dialog)) {
-            modal->reject();
+        } else if (dialog != nullptr) {
+            dialog->reject();
         }
     };
 }
@@ -64,7 +58,6 @@ void ReadBack(IEyeDiagramData& data) {
     try {
         (void)data.GetBit(count);
     } catch (const std::out_of_range&) {
-        return;
     }
 }
 
@@ -74,6 +67,7 @@ struct SheetHost final : IEyeDiagramHelpHandler, IEyeDiagramEditHook {
 };
 
 void RunSheet(Session& session) {
+    static constexpr int kFlags[] = {0x80, 0x10, 0x01, 0x02, 0x03, 0x13, 0x82, 0x00, 0xFF, INT_MIN};
     SoakRandom& random = session.random;
     IEyeDiagramData* data = session.factory.CreateStimulusData();
     IEyeDiagramData* loaded = session.factory.CreateStimulusData();
@@ -82,7 +76,6 @@ void RunSheet(Session& session) {
     sheet->SetHelpHandler(random.Chance(0.7) ? &sheetHost : nullptr);
     sheet->SetEditHook(random.Chance(0.7) ? &sheetHost : nullptr);
     const auto host = HostWindow();
-    static constexpr int kFlags[] = {0x80, 0x10, 0x01, 0x02, 0x03, 0x13, 0x82, 0x00, 0xFF, INT_MIN};
     while (session.driver.NextRound()) {
         const bool hostile = random.Chance(0.6);
         if (random.Chance(0.7)) {
@@ -99,16 +92,13 @@ void RunSheet(Session& session) {
             byFlag ? sheet->EditWithPageFlag(data, parent, 1 << (page & 3), flags, argA, argB)
                    : sheet->Edit(data, parent, page, flags, argA, argB);
         session.driver.End();
-        (void)sheet->GetLastPageFlag();
-        (void)sheet->GetLastPageIndex();
+        (void)(sheet->GetLastPageFlag() + sheet->GetLastPageIndex());
         ReadBack(*data);
-        if (ok && random.Chance(0.4)) {
-            // The host keeps what the user confirmed and reads it back in, as on its next start.
-            const std::string path = AnyFile(random, session.files, ".ini");
-            if (data->Save(path.c_str(), true)) {
-                loaded->Load(path.c_str(), true);
-                ReadBack(*loaded);
-            }
+        // The host keeps what the user confirmed and reads it back in, as on its next start.
+        const std::string path = AnyFile(random, session.files, ".ini");
+        if (ok && random.Chance(0.4) && data->Save(path.c_str(), true)) {
+            loaded->Load(path.c_str(), true);
+            ReadBack(*loaded);
         }
     }
     session.factory.Destroy(sheet);
@@ -133,14 +123,14 @@ void RunAdaptor(Session& session) {
         for (int32_t i = 0; points != nullptr && i < adaptor->GetPointCount(); ++i) {
             sum += points[i].time + points[i].level;
         }
-        (void)sum;
         const auto source = AnyText(random, hostile, "VSOAK");
         const auto node = AnyText(random, hostile, "in");
-        if (adaptor->GetPointCount() > 200000) {
-            continue;  // a waveform of millions of corners is a valid file of hundreds of MB
+        (void)sum;
+        // A waveform of millions of corners is a valid file of hundreds of MB.
+        if (adaptor->GetPointCount() <= 200000) {
+            adaptor->WritePwl(AnyFile(random, session.files, ".pwl").c_str(), Pointer(source),
+                              Pointer(node));
         }
-        adaptor->WritePwl(AnyFile(random, session.files, ".pwl").c_str(), Pointer(source),
-                          Pointer(node));
         if (random.Chance(0.3)) {
             adaptor->Clear();
         }
@@ -229,50 +219,44 @@ void RunPadstack(Session& session) {
 // sometimes gives the walker back to the factory as soon as the user closes it.
 class WalkerHost final : public ICRWDHost {
 public:
-    WalkerHost(Session& session, QWidget* owner) : m_session(session), m_owner(owner) {}
+    WalkerHost(Session& session, QWidget* owner)
+        : m_session(session), m_random(session.random), m_owner(owner) {}
     ~WalkerHost() { m_session.factory.Destroy(m_walker); }
 
     void Open(bool hostile) {
-        SoakRandom& random = m_session.random;
         m_hostile = hostile;
         m_closed = false;
         if (m_walker == nullptr) {
             m_walker = m_session.factory.CreateCoupRgnWalkerDlg();
             m_window = nullptr;
         }
-        if (m_window == nullptr || random.Chance(0.1)) {
+        if (m_window == nullptr || m_random.Chance(0.1)) {
             // The contract gives no window: the walker's is the dialog its creation adds.
             const QWidgetList before = QApplication::topLevelWidgets();
-            m_walker->CreateWindow(random.Chance(0.7) ? m_owner : nullptr,
-                                   random.Chance(0.9) ? this : nullptr);
+            m_walker->CreateWindow(m_random.Chance(0.7) ? m_owner : nullptr,
+                                   m_random.Chance(0.9) ? this : nullptr);
             for (QWidget* window : QApplication::topLevelWidgets()) {
                 if (!before.contains(window) && window->inherits("QDialog")) {
                     m_window = window;
                 }
             }
         }
-        LoadRegion(random.Below(5));
+        LoadRegion(m_random.Below(5));
         m_walker->Show(true);
     }
 
     bool Closed() const { return m_walker == nullptr || m_window == nullptr || m_closed; }
 
-    // With the Close button, Escape or the title bar's close button.
+    // With the Close button, Escape or the title bar's close button; insisting, with all.
     void Close(bool insist) {
-        if (m_window == nullptr) {
-            return;
-        }
-        const int choice = insist ? 0 : m_session.random.Below(3);
-        if (choice == 0) {
-            if (auto* close = m_window->findChild<QAbstractButton*>(QStringLiteral("ctl2"))) {
-                close->click();
-            }
-        } else if (choice == 1) {
+        const int way = insist ? 0 : m_random.Below(3);
+        auto* button = m_window ? m_window->findChild<QAbstractButton*>("ctl2") : nullptr;
+        if (way == 0 && button != nullptr) {
+            button->click();
+        } else if (way == 1) {
             m_session.actions.PressKey(m_window, Qt::Key_Escape);
-        } else {
-            m_window->close();
         }
-        if (insist && m_window != nullptr && m_window->isVisible()) {
+        if (m_window != nullptr && m_window->isVisible() && (way == 2 || insist)) {
             m_window->close();
         }
         m_closed = m_closed || m_window == nullptr || !m_window->isVisible();
@@ -280,13 +264,13 @@ public:
 
     void OnRegionStep(int32_t step) override { LoadRegion(m_region + step); }
     void OnNetSelected(int32_t) override {
-        if (m_walker != nullptr && m_session.random.Chance(0.2)) {
-            m_walker->SelectNet(AnyInt(m_session.random, m_hostile, 0));
+        if (m_walker != nullptr && m_random.Chance(0.2)) {
+            m_walker->SelectNet(AnyInt(m_random, m_hostile, 0));
         }
     }
     void OnWalkerClosed() override {
         m_closed = true;
-        if (m_session.random.Chance(0.4)) {
+        if (m_random.Chance(0.4)) {
             m_session.factory.Destroy(m_walker);  // the usual host: gone as soon as it closes
             m_walker = nullptr;
         }
@@ -297,46 +281,43 @@ private:
         if (m_walker == nullptr) {
             return;
         }
-        SoakRandom& random = m_session.random;
         const bool hostile = m_hostile;
         m_region = region;
-        const auto net = AnyText(random, hostile, "DDR_DQ3");
+        const auto net = AnyText(m_random, hostile, "DDR_DQ3");
         m_walker->SetCurrentNet(Pointer(net));
-        const auto title = AnyText(random, hostile, "Breakout");
-        m_walker->SetRegion(AnyInt(random, hostile, region), AnyInt(random, hostile, 5),
+        const auto title = AnyText(m_random, hostile, "Breakout");
+        m_walker->SetRegion(AnyInt(m_random, hostile, region), AnyInt(m_random, hostile, 5),
                             Pointer(title));
         if (ICRWDCoupledNetsList* nets = m_walker->GetNetsList()) {
             nets->RemoveAll();
-            const int count = hostile && random.Chance(0.03) ? 100000 : random.Between(0, 30);
+            const int count = hostile && m_random.Chance(0.03) ? 100000 : m_random.Between(0, 30);
             m_session.actions.Trace(count == 100000 ? "host fills 100000 nets" : "host fills nets",
                                     m_window);
             for (int i = 0; i < count; ++i) {
-                const auto name = AnyText(random, hostile && i < 50, "NET" + std::to_string(i));
-                const auto separation = AnyText(random, hostile && i < 50, "0.15 mm");
+                const auto name = AnyText(m_random, hostile && i < 50, "NET" + std::to_string(i));
+                const auto separation = AnyText(m_random, hostile && i < 50, "0.15 mm");
                 nets->AddNet(Pointer(name), Pointer(separation), "TOP",
-                             random.Chance(0.1) ? nullptr : "0.1 mm");
-            }
-            if (random.Chance(0.1)) {
-                nets->CopyFrom(random.Chance(0.5) ? nets : nullptr);
+                             m_random.Chance(0.1) ? nullptr : "0.1 mm");
             }
             nets->AddRef();
             nets->Release();
         }
         m_walker->RefreshNets();
-        HostBoard board = MakeBoard(random, hostile);
+        HostBoard board = MakeBoard(m_random, hostile);
         const STACKUPARRAY stackup = board.Stackup();
         const Counted<CROSSSECTIONTRACE> traces =
-            MakeTraces(random, hostile, static_cast<int32_t>(board.layers.records.size()));
-        m_walker->SetCrossSection(hostile && random.Chance(0.1) ? nullptr : &stackup, traces.Data(),
-                                  traces.count);
-        const auto report = AnyText(random, hostile, "Closest approach: 4 mil.");
+            MakeTraces(m_random, hostile, static_cast<int32_t>(board.layers.records.size()));
+        m_walker->SetCrossSection(hostile && m_random.Chance(0.1) ? nullptr : &stackup,
+                                  traces.Data(), traces.count);
+        const auto report = AnyText(m_random, hostile, "Closest approach: 4 mil.");
         m_walker->SetReport(Pointer(report));
-        if (random.Chance(0.2)) {
-            m_walker->SelectNet(AnyInt(random, hostile, random.Below(5)));
+        if (m_random.Chance(0.2)) {
+            m_walker->SelectNet(AnyInt(m_random, hostile, m_random.Below(5)));
         }
     }
 
     Session& m_session;
+    SoakRandom& m_random;
     QWidget* m_owner;
     ICouplingRgnWalkerDlg* m_walker = nullptr;
     QPointer<QWidget> m_window;
@@ -390,7 +371,6 @@ std::unique_ptr<QDialog> ReportDialog() {
                                                  {new QPushButton("not a text line"), 7}};
     for (const auto& [control, id] : controls) {
         control->setObjectName(QStringLiteral("ctl%1").arg(id));
-        control->setMinimumHeight(20);
         layout->addWidget(control);
     }
     return dialog;
@@ -408,6 +388,7 @@ void RunProgressReport(Session& session) {
                            AnyInt(random, hostile, 1001), AnyInt(random, hostile, 1002),
                            AnyInt(random, hostile, 1003));
         }
+        // The host's job, reporting as it goes.
         const int work = random.Between(1, 20);
         for (int step = 0; step < work; ++step) {
             const auto first = AnyText(random, hostile, "Simulating");
@@ -431,10 +412,8 @@ void RunProgressReport(Session& session) {
                     break;
                 default:
                     report->SetAll(Pointer(first), Pointer(second), percent);
-                    break;
             }
-            (void)report->IsCancelled();
-            (void)report->GetPercent();
+            (void)(report->IsCancelled() + report->GetPercent());
         }
         if (IProgressBarInterface* bar = report->GetProgressBar()) {
             bar->SetPos(AnyInt(random, hostile, 50), random.Chance(0.5));
@@ -449,10 +428,10 @@ void RunProgressReport(Session& session) {
 }
 
 void RunProgressDialog(Session& session) {
+    static constexpr uint32_t kDelays[] = {0, 1, 200, 1000, 0xFFFFFFFFu};
     SoakRandom& random = session.random;
     const auto owner = HostWindow();
     IProgressDialogInterface* progress = session.factory.CreateProgressDlg();
-    static constexpr uint32_t kDelays[] = {0, 1, 200, 1000, 0xFFFFFFFFu};
     if (random.Chance(0.7)) {
         progress->SetCancelCallback([](int32_t) {}, static_cast<int32_t>(random.Next()));
     }
@@ -478,8 +457,8 @@ void RunProgressDialog(Session& session) {
         if (random.Chance(0.1)) {
             progress->Enable(random.Chance(0.5));
         }
-        IProgressReportInterface* report = progress->GetReport();
         // The host's long job: every update lets the user's input through.
+        IProgressReportInterface* report = progress->GetReport();
         const int share = session.driver.NextShare();
         session.driver.Begin(share, nullptr);
         for (int step = 0; session.driver.InShare() && step < 3 * share; ++step) {
