@@ -95,7 +95,7 @@ Counted<Record> MakeCounted(SoakRandom& random, bool hostile, int size, Make mak
 }
 
 // The bits the data generated, or a host's: short, just past the longest register's, longer
-// than any sequence, or an array and a count that disagree.
+// than any sequence and constant, or an array and a count that disagree.
 inline void FillBits(SoakRandom& random, bool hostile, IEyeDiagramData& data) {
     static constexpr int kLengths[] = {0, -1, 1, 5, 32768, 32769, 40000};
     if (random.Chance(0.3)) {
@@ -105,7 +105,7 @@ inline void FillBits(SoakRandom& random, bool hostile, IEyeDiagramData& data) {
         hostile && random.Chance(0.6) ? random.Pick(kLengths) : random.Between(1, 64);
     std::vector<char> bits(static_cast<std::size_t>(std::max(1, length)));
     for (char& bit : bits) {
-        bit = static_cast<char>(random.Below(2));
+        bit = static_cast<char>(length == 40000 || random.Below(2) == 1);  // the longest, constant
     }
     // A bool array is what the contract takes; char holds the same 0 and 1.
     const bool null = hostile && random.Chance(0.2);

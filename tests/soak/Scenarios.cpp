@@ -226,20 +226,21 @@ public:
     void Open(bool hostile) {
         m_hostile = hostile;
         m_closed = false;
-        if (m_walker == nullptr) {
+        const bool created = m_walker == nullptr;
+        if (created) {
+            // The contract gives no window: the walker's is the one its creation adds.
+            const QWidgetList before = QApplication::topLevelWidgets();
             m_walker = m_session.factory.CreateCoupRgnWalkerDlg();
             m_window = nullptr;
-        }
-        if (m_window == nullptr || m_random.Chance(0.1)) {
-            // The contract gives no window: the walker's is the dialog its creation adds.
-            const QWidgetList before = QApplication::topLevelWidgets();
-            m_walker->CreateWindow(m_random.Chance(0.7) ? m_owner : nullptr,
-                                   m_random.Chance(0.9) ? this : nullptr);
             for (QWidget* window : QApplication::topLevelWidgets()) {
-                if (!before.contains(window) && window->inherits("QDialog")) {
+                if (!before.contains(window)) {
                     m_window = window;
                 }
             }
+        }
+        if (created || m_random.Chance(0.1)) {  // again, which a walker refuses
+            m_walker->CreateWindow(m_random.Chance(0.7) ? m_owner : nullptr,
+                                   m_random.Chance(0.9) ? this : nullptr);
         }
         LoadRegion(m_random.Below(5));
         m_walker->Show(true);
