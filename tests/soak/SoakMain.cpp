@@ -148,9 +148,6 @@ int main(int argc, char** argv) {
     if (chosen.empty()) {
         Usage();
     }
-    std::printf("soak_driver: seed %" PRIu64 ", component %s, %s %" PRIu64 "\n", options.seed,
-                options.component.data(), options.seconds > 0 ? "seconds" : "events per component",
-                options.seconds > 0 ? options.seconds : options.events);
     uint64_t events = 0;
     uint64_t actions = 0;
     for (const std::size_t index : chosen) {
