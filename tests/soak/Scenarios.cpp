@@ -210,7 +210,10 @@ public:
             m_walker->CreateWindow(m_random.Chance(0.7) ? m_owner : nullptr,
                                    m_random.Chance(0.9) ? this : nullptr);
         }
-        LoadRegion(m_random.Below(5));
+        // The regions the host passes on its way to the one it shows.
+        for (int region = m_random.Between(1, 8); region > 0; --region) {
+            LoadRegion(m_random.Below(5));
+        }
         m_walker->Show(true);
     }
 
@@ -298,9 +301,12 @@ void RunWalker(Session& session) {
     WalkerHost host(session, owner.get());
     while (session.driver.NextRound()) {
         host.Open(session.random.Chance(0.6));
-        session.driver.RunModeless(
-            session.driver.NextShare(), [&host](bool insist) { host.Close(insist); },
-            [&host] { return host.Closed(); });
+        // A few actions in a region; then the user closes the walker, or leaves it open for the
+        // next region the host loads.
+        Driver::Close close = [&host](bool insist) { host.Close(insist); };
+        session.driver.RunModeless(session.driver.NextShare() / 4,
+                                   session.random.Chance(0.5) ? close : nullptr,
+                                   [&host] { return host.Closed(); });
     }
 }
 
