@@ -3,18 +3,18 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <charconv>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <thread>
 
-// Present in the sanitizer build only: called when a sanitizer report ends the process.
-extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__((weak));
-
-// The undefined-behaviour sanitizer keeps a run time of its own, which does not call the
-// callback above: its reports end the run with an abort instead, which the signal handler
-// turns into the replay command. The environment's options still come first.
+// A sanitizer's report ends the run with an abort, which the signal handler below turns into
+// the replay command. The environment's options still come first.
+extern "C" __attribute__((visibility("default"), used)) const char* __asan_default_options() {
+    return "abort_on_error=1";
+}
 extern "C" __attribute__((visibility("default"), used)) const char* __ubsan_default_options() {
     return "abort_on_error=1:print_stacktrace=1";
 }
@@ -31,40 +31,26 @@ std::atomic<bool> g_reported{false};
 constexpr int kSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
 struct sigaction g_previous[std::size(kSignals)];
 
-// Signal handlers may only write: numbers are spelled out by hand.
+// Signal handlers may only write; std::to_chars neither allocates nor locks.
 void Put(const char* text) {
     const ssize_t ignored = write(STDERR_FILENO, text, std::strlen(text));
     (void)ignored;
-}
-
-void PutNumber(uint64_t value) {
-    char digits[24];
-    int at = sizeof digits;
-    digits[--at] = '\0';
-    do {
-        digits[--at] = static_cast<char>('0' + value % 10);
-        value /= 10;
-    } while (value != 0);
-    Put(digits + at);
 }
 
 void PrintReplay(const char* why) {
     if (g_reported.exchange(true)) {
         return;
     }
-    Put("\nsoak_driver: ");
-    Put(why);
-    Put("\nsoak_driver: replay with: soak_driver --seed ");
-    PutNumber(g_seed.load());
-    Put(" --component ");
-    Put(g_component.load());
-    Put(" --events ");
-    PutNumber(g_actions.load());
-    Put("\n");
-}
-
-void OnSanitizerDeath() {
-    PrintReplay("a sanitizer report ended the run");
+    char seed[24] = {};
+    char actions[24] = {};
+    std::to_chars(seed, seed + sizeof seed - 1, g_seed.load());
+    std::to_chars(actions, actions + sizeof actions - 1, g_actions.load());
+    for (const char* part :
+         {"\nsoak_driver: ", why, "\nsoak_driver: replay with: soak_driver --seed ",
+          static_cast<const char*>(seed), " --component ", g_component.load(), " --events ",
+          static_cast<const char*>(actions), "\n"}) {
+        Put(part);
+    }
 }
 
 void OnSignal(int signal) {
@@ -90,16 +76,12 @@ void InstallFailureReport() {
         sigemptyset(&action.sa_mask);
         sigaction(kSignals[i], &action, &g_previous[i]);
     }
-    if (__sanitizer_set_death_callback != nullptr) {
-        __sanitizer_set_death_callback(OnSanitizerDeath);
-    }
 }
 
 void ReportPosition(uint64_t seed, const char* component) {
     g_seed = seed;
     g_component = component;
-    g_actions = 0;
-    Beat();
+    ReportAction(0);
 }
 
 void ReportAction(uint64_t actions) {

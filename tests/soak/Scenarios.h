@@ -5,8 +5,6 @@
 
 #include "kvcomctl/kvcomctl.h"
 #include "tests/soak/Driver.h"
-#include "tests/soak/SoakRandom.h"
-#include "tests/soak/UserActions.h"
 
 namespace kv::soak {
 
@@ -26,7 +24,6 @@ struct Component {
     const char* name;
     void (*run)(Session& session);
 };
-
 std::span<const Component> Components();
 
 }  // namespace kv::soak

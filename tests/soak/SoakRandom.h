@@ -1,16 +1,19 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <random>
-#include <span>
 
 namespace kv::soak {
 
 // The one source of every choice the driver makes: a run is replayed exactly from its seed.
 class SoakRandom {
 public:
-    explicit SoakRandom(uint64_t seed) : m_engine(seed) {}
+    // One stream of many, each replayed without the others.
+    SoakRandom(uint64_t seed, uint64_t stream) {
+        std::seed_seq sequence{seed, seed >> 32, stream};
+        m_engine.seed(sequence);
+    }
 
     // A whole number in [0, count); 0 when count is not positive.
     int Below(int count) {
@@ -20,15 +23,14 @@ public:
         return std::uniform_int_distribution<int>(0, count - 1)(m_engine);
     }
     int Between(int low, int high) { return low + Below(high - low + 1); }
-    bool Chance(double probability) {
-        return std::uniform_real_distribution<double>(0.0, 1.0)(m_engine) < probability;
-    }
+    bool Chance(double probability) { return Real(0.0, 1.0) < probability; }
     double Real(double low, double high) {
         return std::uniform_real_distribution<double>(low, high)(m_engine);
     }
-    template <class T>
-    const T& Pick(std::span<const T> choices) {
-        return choices[static_cast<std::size_t>(Below(static_cast<int>(choices.size())))];
+    // One element of an array or list, which must not be empty.
+    template <class Choices>
+    const auto& Pick(const Choices& choices) {
+        return *(std::begin(choices) + Below(static_cast<int>(std::size(choices))));
     }
     uint64_t Next() { return m_engine(); }
 

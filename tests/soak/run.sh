@@ -6,36 +6,27 @@
 set -uo pipefail
 cd "$(dirname "$0")/../.."
 
-seconds="${1:-60}"
-per_run="${KV_SOAK_RUN_SECONDS:-40}"
 build=build
-if [ -x build-sanitize/tests/soak/soak_driver ]; then
-    build=build-sanitize
-fi
+[ -x build-sanitize/tests/soak/soak_driver ] && build=build-sanitize
 driver="$build/tests/soak/soak_driver"
 if [ ! -x "$driver" ]; then
     echo "soak: no $driver; build it first: cmake --build $build --target soak_driver" >&2
     exit 2
 fi
 work="$(mktemp -d "${TMPDIR:-/tmp}/kv-soak.XXXXXX")"
-export QT_QPA_PLATFORM=offscreen
+export QT_QPA_PLATFORM=offscreen UBSAN_OPTIONS=print_stacktrace=1
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1
 export LSAN_OPTIONS="suppressions=$PWD/tests/sanitizers/lsan.supp:print_suppressions=0"
-export UBSAN_OPTIONS=print_stacktrace=1
-echo "soak: $driver for $seconds s, logs in $work"
+echo "soak: $driver for ${1:-60} s, logs in $work"
 
-runs=0
-failures=0
-events=0
-end=$((SECONDS + seconds))
+runs=0 failures=0 events=0
+end=$((SECONDS + ${1:-60}))
 while [ "$SECONDS" -lt "$end" ]; do
-    left=$((end - SECONDS))
-    run=$((left < per_run ? left : per_run))
-    run=$((run < 8 ? 8 : run))
+    run=$((end - SECONDS < ${KV_SOAK_RUN_SECONDS:-40} ? end - SECONDS : ${KV_SOAK_RUN_SECONDS:-40}))
     seed="$(od -An -N4 -tu4 /dev/urandom | tr -d ' ')"
     log="$work/seed-$seed.log"
     runs=$((runs + 1))
-    if "$driver" --seed "$seed" --seconds "$run" --work "$work/work-$seed" >"$log" 2>&1; then
+    if "$driver" --seed "$seed" --seconds $((run < 8 ? 8 : run)) --work "$work/work-$seed" >"$log" 2>&1; then
         count="$(sed -n 's/^soak_driver: passed: \([0-9]*\) events.*/\1/p' "$log")"
         events=$((events + ${count:-0}))
         echo "soak: seed $seed passed, ${count:-0} events"
@@ -47,8 +38,5 @@ while [ "$SECONDS" -lt "$end" ]; do
     fi
 done
 echo "soak: $runs runs, $events events in passed runs, $failures failed"
-if [ "$failures" -eq 0 ]; then
-    rm -rf "$work"
-    exit 0
-fi
-exit 1
+[ "$failures" -eq 0 ] && rm -rf "$work"
+[ "$failures" -eq 0 ]
