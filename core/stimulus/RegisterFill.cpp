@@ -56,21 +56,19 @@ constexpr std::size_t kBlockBytes = kLinesPerBlock * kLineBytes;
 // (32) reads the slot that the new block is about to replace.
 constexpr std::size_t kRingBlocks = 32;
 
-// From this size on the output no longer stays in the cache between one use
-// and the next, so it is written past it: plain stores would first read every
-// line in from memory only to overwrite it. Smaller outputs go through the
-// cache, where the reader finds them and where streaming them out to memory
-// makes the fill slower, not faster. On a core with a 32 MiB last-level cache
-// shared with others, 8 MiB still came from the cache (streaming it cost a
-// tenth) and 16 MiB no longer did (streaming it gained a sixth); the same
-// size also starts the two runs below.
-constexpr std::size_t kStreamFromBytes = std::size_t{12} << 20;
+// From this size on, twice the last-level cache one core of common processors
+// reaches, the output cannot stay in the cache, so it is written past it:
+// plain stores would first read every line in from memory only to overwrite
+// it. Smaller outputs go through the cache, where the reader finds them and
+// where streaming them out to memory would make the fill slower, not faster.
+constexpr std::size_t kStreamFromBytes = std::size_t{64} << 20;
 
 // From this size on the output is written as two runs at once, its first and
 // its second half. Once most lines come from memory rather than the cache,
 // two runs keep more of the memory busy than one; while they come from the
-// cache, one run is faster.
-constexpr std::size_t kTwoRunsFromBytes = kStreamFromBytes;
+// cache, one run is faster. On a core with a 32 MiB last-level cache shared
+// with others, 8 MiB still came from the cache and 16 MiB no longer did.
+constexpr std::size_t kTwoRunsFromBytes = std::size_t{8} << 20;
 
 KV_WIDE_CLONES void XorTwo(Byte* __restrict dst, const Byte* __restrict a, const Byte* __restrict b,
                            std::size_t length, Byte invert) {
