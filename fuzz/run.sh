@@ -12,8 +12,7 @@ set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"
 
-all_targets=(IniDocumentFuzzer EngineeringTextFuzzer BitFileFuzzer UudecodeFuzzer
-             StimulusRoundTripFuzzer CheckStreamFuzzer ViaJsonFuzzer WaveformFileFuzzer)
+mapfile -t all_targets < <(grep -v '^#' fuzz/Targets.txt)
 
 usage() {
     echo "usage: fuzz/run.sh TARGET|all [SECONDS]" >&2
