@@ -45,7 +45,7 @@ fi
 
 build="${KV_FUZZ_BUILD:-$root/build-fuzz}"
 if [ ! -f "$build/build.ninja" ]; then
-    cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++
+    cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DKV_PRECOMPILED_HEADERS=ON
 fi
 cmake --build "$build" -j"$(nproc)" --target "${targets[@]}"
 
