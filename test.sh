@@ -28,7 +28,8 @@ ctest --test-dir build --output-on-failure -j"$(nproc)"
 # are set in tests/; the package, Python, acceptance and source checks run
 # once, above.
 echo "== core, command-line, widget, host and soak tests under AddressSanitizer and UndefinedBehaviorSanitizer"
-kv_build build-sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKV_SANITIZE=ON -DKV_BENCHMARKS=OFF
+kv_build build-sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKV_SANITIZE=ON -DKV_BENCHMARKS=OFF \
+    -DKV_PRECOMPILED_HEADERS=ON
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
     LSAN_OPTIONS="suppressions=$PWD/tests/sanitizers/lsan.supp:print_suppressions=0" \
     UBSAN_OPTIONS=print_stacktrace=1 \

@@ -12,8 +12,7 @@ set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"
 
-all_targets=(IniDocumentFuzzer EngineeringTextFuzzer BitFileFuzzer UudecodeFuzzer
-             StimulusRoundTripFuzzer CheckStreamFuzzer ViaJsonFuzzer WaveformFileFuzzer)
+mapfile -t all_targets < <(grep -v '^#' fuzz/Targets.txt)
 
 usage() {
     echo "usage: fuzz/run.sh TARGET|all [SECONDS]" >&2
@@ -46,18 +45,19 @@ fi
 
 build="${KV_FUZZ_BUILD:-$root/build-fuzz}"
 if [ ! -f "$build/build.ninja" ]; then
-    cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++
+    cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DKV_PRECOMPILED_HEADERS=ON
 fi
 cmake --build "$build" -j"$(nproc)" --target "${targets[@]}"
 
 export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1}"
 export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
-failed=()
-for target in "${targets[@]}"; do
-    work="$(mktemp -d "${TMPDIR:-/tmp}/kvfuzz-$target-XXXXXX")"
+# fuzz TARGET WORK: one run over a copy of the target's corpus in WORK; its
+# output goes to WORK/log and its status to WORK/status.
+fuzz() {
+    local target="$1" work="$2"
     mkdir "$work/corpus"
     cp -R "fuzz/corpus/$target/." "$work/corpus/"
-    options=()
+    local options=()
     # A fixed seed (KV_FUZZ_SEED) makes a short run try the same inputs on
     # every machine, a prefix of the same sequence on a slower one, so that a
     # test run cannot fail by luck; a run without it explores anew.
@@ -68,8 +68,29 @@ for target in "${targets[@]}"; do
         options+=(-dict="fuzz/dict/$target.dict")
     fi
     # The targets keep their scratch files under $TMPDIR: inside the work folder.
-    if TMPDIR="$work" "$build/$target" "${options[@]}" -max_total_time="$seconds" \
-        -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$work/" "$work/corpus" >"$work/log" 2>&1; then
+    local status=0
+    TMPDIR="$work" "$build/$target" "${options[@]}" -max_total_time="$seconds" \
+        -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$work/" \
+        "$work/corpus" >"$work/log" 2>&1 || status=$?
+    echo "$status" >"$work/status"
+}
+
+# A target runs on one core: as many run at once as there are cores, and
+# their reports follow in the order of the list.
+declare -A works
+for target in "${targets[@]}"; do
+    while [ "$(jobs -pr | wc -l)" -ge "$(nproc)" ]; do
+        wait -n || true
+    done
+    works[$target]="$(mktemp -d "${TMPDIR:-/tmp}/kvfuzz-$target-XXXXXX")"
+    fuzz "$target" "${works[$target]}" &
+done
+wait || true
+
+failed=()
+for target in "${targets[@]}"; do
+    work="${works[$target]}"
+    if [ "$(cat "$work/status" 2>/dev/null)" = 0 ]; then
         runs="$(sed -n 's/^stat::number_of_executed_units: *//p' "$work/log")"
         echo "$target: ${runs:-?} inputs in ${seconds} s, nothing found"
         rm -rf "$work"

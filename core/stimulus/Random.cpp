@@ -145,7 +145,7 @@ double Ran1(int32_t& seedWord) {
     return RawToUniform(Draw(seedWord));
 }
 
-Ran1Block::Ran1Block(int32_t& seedWord, std::size_t count) : m_seedWord(seedWord), m_count(count) {
+Ran1Block::Ran1Block(int32_t& seedWord, std::size_t count) : m_count(count) {
     // A restart, or a seed word the congruence cannot continue from, goes
     // one draw at a time until the generator is in its usual state.
     while (m_drawnAhead < count && (RestartDue(seedWord) || seedWord >= kModulus)) {

@@ -62,7 +62,6 @@ public:
 private:
     static constexpr int kIndexShift = 26;  // 2^31 / 32 entries
 
-    int32_t& m_seedWord;
     std::size_t m_count = 0;
     std::size_t m_drawnAhead = 0;  // draws that went one by one through a restart
     std::size_t m_index = 0;       // the entry the next draw takes
