@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDialog>
 #include <QFile>
 #include <QLabel>
@@ -453,10 +454,15 @@ TEST(HostileViaControl, AnyStackupPadstackAndModelIsDrawnAndExportedOrRefused) {
     EXPECT_TRUE(text.contains("* Padstack: \"" + QByteArray(64, 'P') + "\"   Drill="));
     EXPECT_TRUE(text.contains("*** connection to layer \"" + QByteArray(64, 'A') + "\"\n"));
     EXPECT_TRUE(text.contains("  " + QByteArray(64, 'C') + "  \n"));
-    // The file dialog proposes the padstack's name, cut at its 64 bytes.
+    // The file dialog proposes the padstack's name, cut at its 64 bytes. The dialog may fill its
+    // name field only after its folder has been read, on a thread of its own.
     QString proposed;
     ModalAnswers dialog({[&proposed](QWidget* window) {
-        proposed = window->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
+        const auto* name = window->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        for (QDeadlineTimer patience(2000); name->text().isEmpty() && !patience.hasExpired();) {
+            QApplication::processEvents(QEventLoop::AllEvents, 10);
+        }
+        proposed = name->text();
         qobject_cast<QDialog*>(window)->reject();
     }});
     EXPECT_FALSE(control->ExportToSpice());
