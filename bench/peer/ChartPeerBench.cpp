@@ -22,6 +22,7 @@
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <utility>
@@ -92,6 +93,7 @@ public:
     void Fit() {
         m_ours.Fit();
         m_peer.rescaleAxes();
+        m_peerCentre.reset();
         m_zoomIn = true;
     }
 
@@ -108,9 +110,17 @@ public:
 
     void Peer(Step step) {
         if (step == Step::Zoom) {
+            // About the point first under the pointer: the peer's margins
+            // follow its tick labels, so the same pixel drifts across the
+            // data from one step to the next, and the view would wander off
+            // the curve to an empty plot.
+            if (!m_peerCentre) {
+                m_peerCentre = QPointF(m_peer.xAxis->pixelToCoord(kZoomAt.x()),
+                                       m_peer.yAxis->pixelToCoord(kZoomAt.y()));
+            }
             const double factor = m_zoomIn ? kWheelZoom : 1.0 / kWheelZoom;
-            m_peer.xAxis->scaleRange(factor, m_peer.xAxis->pixelToCoord(kZoomAt.x()));
-            m_peer.yAxis->scaleRange(factor, m_peer.yAxis->pixelToCoord(kZoomAt.y()));
+            m_peer.xAxis->scaleRange(factor, m_peerCentre->x());
+            m_peer.yAxis->scaleRange(factor, m_peerCentre->y());
         }
         m_peer.replot(QCustomPlot::rpImmediateRefresh);
     }
@@ -122,6 +132,7 @@ private:
     int m_count;
     kv::ui::CChartControl m_ours;
     QCustomPlot m_peer;
+    std::optional<QPointF> m_peerCentre;
     bool m_zoomIn = true;
 };
 
