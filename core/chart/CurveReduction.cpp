@@ -7,6 +7,15 @@
 namespace kv {
 namespace {
 
+int Sign(int value) {
+    return (value > 0) - (value < 0);
+}
+
+// Whether a pixel lies between the mapping's first and last.
+bool Inside(const AxisMapping& axis, int pixel) {
+    return pixel >= std::min(axis.From(), axis.To()) && pixel <= std::max(axis.From(), axis.To());
+}
+
 // The first point after `begin` whose x reaches `edge`, with x rising:
 // looked for outward from `hint`, so a good hint costs two points, which
 // lie next to each other.
@@ -221,13 +230,16 @@ void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const Curv
             continue;
         }
         // The rasteriser decides the pixel where two lines meet from both
-        // lines, looking past lines of no length. So each end of the run
-        // keeps its point, a repeat of that place if there is one, and the
-        // nearest point elsewhere, as they are. Between those every line is
-        // vertical in this column, and together they cover every row from
-        // the lowest to the highest point there: one line from the first of
-        // them to the last, and a rectangle over that stretch, paint the
-        // same.
+        // lines. Where no line is cut at the edge of the picture (which
+        // makes the rasteriser forget the line before), a vertical line's
+        // pixels and what it leaves for the next line follow from its
+        // direction and where it ends, not from its length. So each end of
+        // the run keeps its point, and the line that leaves the first point
+        // and the one that reaches the last keep their directions. Between
+        // those every line is vertical in this column, and together they
+        // cover every row from the lowest to the highest point there: other
+        // lines that do the same, with a rectangle over that stretch, paint
+        // the same.
         const size_t last = end - 1;
         const int firstRow = row(i);
         const int lastRow = row(last);
@@ -241,26 +253,43 @@ void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const Curv
         while (arrive > leave && arriveRow == lastRow) {
             arriveRow = row(--arrive);
         }
-        // Every point before `leave` is on the first row, every one after
-        // `arrive` on the last.
+        const size_t start = i;
+        i = end;
+        out.polyline.push_back({column, firstRow});
+        if (leave <= arrive) {
+            // Every point before `leave` is on the first row, every one
+            // after `arrive` on the last.
+            const auto [top, bottom] = RowSpan(points, leave, arrive, index, y);
+            out.columns.push_back({column, top, column + 1, bottom + 1});
+            const bool inPlot = Inside(x, column) && Inside(y, firstRow) && Inside(y, lastRow) &&
+                                Inside(y, top) && Inside(y, bottom);
+            const int leaving = Sign(leaveRow - firstRow);
+            const int arriving = arriveRow != lastRow ? Sign(lastRow - arriveRow) : leaving;
+            if (inPlot && leaving == arriving && Sign(lastRow - firstRow) == leaving) {
+                out.polyline.push_back({column, lastRow});
+                continue;
+            }
+            if (inPlot && leaving != arriving) {
+                // Down to the lowest row and back up, or the other way.
+                out.polyline.push_back({column, leaving > 0 ? bottom : top});
+                out.polyline.push_back({column, lastRow});
+                continue;
+            }
+        }
+        // Otherwise the points where the rows change, with a repeat of the
+        // first and last place if there is one.
         const std::pair<size_t, int> kept[] = {{leave - 1, firstRow},
                                                {leave, leaveRow},
                                                {arrive, arriveRow},
                                                {arrive + 1, lastRow},
                                                {last, lastRow}};
-        size_t added = i;
-        out.polyline.push_back({column, firstRow});
+        size_t added = start;
         for (const auto& [k, keptRow] : kept) {
             if (k > added) {
                 out.polyline.push_back({column, keptRow});
                 added = k;
             }
         }
-        if (leave <= arrive) {
-            const auto [top, bottom] = RowSpan(points, leave, arrive, index, y);
-            out.columns.push_back({column, top, column + 1, bottom + 1});
-        }
-        i = end;
     }
 }
 

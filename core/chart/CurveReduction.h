@@ -12,9 +12,10 @@
 // points that land in the same pixel column are joined by vertical lines
 // in that column only, so a run of them paints one unbroken stretch of the
 // column, from its lowest to its highest point, and where it enters and
-// leaves the column. The run is drawn as its two first and two last points
-// and that stretch filled as a one-pixel-wide rectangle: at most six
-// points and one rectangle per column across a million points, and the
+// leaves the column. The run is drawn as its first and last points, with
+// at most four between them where the lines turn, and that stretch filled
+// as a one-pixel-wide rectangle: at most six points and one rectangle per
+// column across a million points, mostly two or three points, and the
 // picture stays the same pixel for pixel.
 
 namespace kv {
