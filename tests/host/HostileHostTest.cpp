@@ -454,6 +454,9 @@ TEST(HostileViaControl, AnyStackupPadstackAndModelIsDrawnAndExportedOrRefused) {
     EXPECT_TRUE(text.contains("* Padstack: \"" + QByteArray(64, 'P') + "\"   Drill="));
     EXPECT_TRUE(text.contains("*** connection to layer \"" + QByteArray(64, 'A') + "\"\n"));
     EXPECT_TRUE(text.contains("  " + QByteArray(64, 'C') + "  \n"));
+    // A pad array shorter than the stackup: the layers past it have no pad.
+    FillVia(*control->GetViaData(0), 3, 1, 1e-4, 1);
+    EXPECT_TRUE(control->ExportToSpiceFile(exportPath.c_str()));
     // The file dialog proposes the padstack's name, cut at its 64 bytes. The dialog may fill its
     // name field only after its folder has been read, on a thread of its own.
     QString proposed;
