@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDialog>
 #include <QMessageBox>
 #include <QPointer>
@@ -23,8 +24,8 @@ namespace kv::test {
 
 // Answers the modal windows that open while it lives, as a user would: every message box with
 // its default button, keeping its text, and every other window with the next step. A window
-// that opens after the last step is cancelled and counted, so that it fails the test instead of
-// hanging it.
+// that opens after the last step is cancelled and counted, and one still open five seconds after
+// its answer is cancelled and fails the test, so that neither hangs it.
 class ModalAnswers {
 public:
     using Step = std::function<void(QWidget* window)>;
@@ -39,10 +40,22 @@ public:
 private:
     void Poll() {
         QWidget* modal = QApplication::activeModalWidget();
-        if (modal == nullptr || modal == m_last) {
+        if (modal == nullptr) {
+            return;
+        }
+        if (modal == m_last) {
+            // A step whose check failed before it closed its window would
+            // leave the test waiting for the test driver's timeout.
+            if (m_patience.hasExpired()) {
+                ADD_FAILURE() << "A window stayed open after its answer: "
+                              << modal->windowTitle().toStdString();
+                m_patience = QDeadlineTimer(kPatienceMs);
+                Cancel(modal);
+            }
             return;
         }
         m_last = modal;
+        m_patience = QDeadlineTimer(kPatienceMs);
         Step step = Cancel;
         if (auto* box = qobject_cast<QMessageBox*>(modal)) {
             m_texts << box->text();
@@ -70,9 +83,12 @@ private:
         }
     }
 
+    static constexpr int kPatienceMs = 5000;
+
     std::deque<Step> m_steps;
     QStringList m_texts;
     QPointer<QWidget> m_last;
+    QDeadlineTimer m_patience;
     int m_unexpected = 0;
     QTimer m_timer;
 };
