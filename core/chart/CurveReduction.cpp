@@ -16,6 +16,26 @@ bool Inside(const AxisMapping& axis, int pixel) {
     return pixel >= std::min(axis.From(), axis.To()) && pixel <= std::max(axis.From(), axis.To());
 }
 
+// After a run's first point, the lines of the run to its last one in
+// `column`, if two or three points leave the first point and reach the
+// last in the directions (+1 down, -1 up) the run's own lines take: one
+// line, or a turn at the far end of the stretch `rows` (top, bottom) the
+// run covers. False, with nothing added, when neither does.
+bool AddRunLines(std::vector<Point>& polyline, int column, int firstRow, int lastRow, int leaving,
+                 int arriving, std::pair<int, int> rows) {
+    if (leaving == arriving && Sign(lastRow - firstRow) == leaving) {
+        polyline.push_back({column, lastRow});
+        return true;
+    }
+    if (leaving != arriving) {
+        // Down to the lowest row and back up, or up to the highest and down.
+        polyline.push_back({column, leaving > 0 ? rows.second : rows.first});
+        polyline.push_back({column, lastRow});
+        return true;
+    }
+    return false;
+}
+
 // The first point after `begin` whose x reaches `edge`, with x rising:
 // looked for outward from `hint`, so a good hint costs two points, which
 // lie next to each other.
@@ -253,9 +273,8 @@ void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const Curv
         while (arrive > leave && arriveRow == lastRow) {
             arriveRow = row(--arrive);
         }
-        const size_t start = i;
-        i = end;
         out.polyline.push_back({column, firstRow});
+        bool drawn = false;
         if (leave <= arrive) {
             // Every point before `leave` is on the first row, every one
             // after `arrive` on the last.
@@ -265,31 +284,26 @@ void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const Curv
                                 Inside(y, top) && Inside(y, bottom);
             const int leaving = Sign(leaveRow - firstRow);
             const int arriving = arriveRow != lastRow ? Sign(lastRow - arriveRow) : leaving;
-            if (inPlot && leaving == arriving && Sign(lastRow - firstRow) == leaving) {
-                out.polyline.push_back({column, lastRow});
-                continue;
-            }
-            if (inPlot && leaving != arriving) {
-                // Down to the lowest row and back up, or the other way.
-                out.polyline.push_back({column, leaving > 0 ? bottom : top});
-                out.polyline.push_back({column, lastRow});
-                continue;
+            drawn = inPlot && AddRunLines(out.polyline, column, firstRow, lastRow, leaving,
+                                          arriving, {top, bottom});
+        }
+        if (!drawn) {
+            // The points where the rows change, with a repeat of the first
+            // and last place if there is one.
+            const std::pair<size_t, int> kept[] = {{leave - 1, firstRow},
+                                                   {leave, leaveRow},
+                                                   {arrive, arriveRow},
+                                                   {arrive + 1, lastRow},
+                                                   {last, lastRow}};
+            size_t added = i;
+            for (const auto& [k, keptRow] : kept) {
+                if (k > added) {
+                    out.polyline.push_back({column, keptRow});
+                    added = k;
+                }
             }
         }
-        // Otherwise the points where the rows change, with a repeat of the
-        // first and last place if there is one.
-        const std::pair<size_t, int> kept[] = {{leave - 1, firstRow},
-                                               {leave, leaveRow},
-                                               {arrive, arriveRow},
-                                               {arrive + 1, lastRow},
-                                               {last, lastRow}};
-        size_t added = start;
-        for (const auto& [k, keptRow] : kept) {
-            if (k > added) {
-                out.polyline.push_back({column, keptRow});
-                added = k;
-            }
-        }
+        i = end;
     }
 }
 
