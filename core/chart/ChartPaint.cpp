@@ -117,8 +117,8 @@ void Chart::PaintCurves(ICanvas& canvas) const {
             MapAllPoints(points, x, y, m_scratch);
         }
         const std::vector<Point>& polyline = m_scratch.polyline;
-        canvas.FillRects(m_scratch.columns, m_curves[c].m_colour);
         canvas.SelectPen(m_curves[c].m_colour, 0);
+        canvas.Lines(m_scratch.stretches);
         if (polyline.size() == 1) {
             canvas.FillRect({polyline[0].x, polyline[0].y, polyline[0].x + 1, polyline[0].y + 1},
                             m_curves[c].m_colour);

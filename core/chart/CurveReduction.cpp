@@ -215,7 +215,7 @@ IndexRange VisibleIndexRange(std::span<const VEC2> points, const AxisMapping& x,
 void MapAllPoints(std::span<const VEC2> points, const AxisMapping& x, const AxisMapping& y,
                   CurvePicture& out) {
     out.polyline.clear();
-    out.columns.clear();
+    out.stretches.clear();
     out.polyline.reserve(points.size());
     for (const VEC2& point : points) {
         out.polyline.push_back({x.ToPixel(point.x), y.ToPixel(point.y)});
@@ -225,7 +225,7 @@ void MapAllPoints(std::span<const VEC2> points, const AxisMapping& x, const Axis
 void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const CurveIndex& index,
                       const AxisMapping& x, const AxisMapping& y, CurvePicture& out) {
     out.polyline.clear();
-    out.columns.clear();
+    out.stretches.clear();
     const auto row = [&](size_t k) { return y.ToPixel(points[k].y); };
     points = points.first(range.end);
     size_t i = range.begin;
@@ -258,8 +258,8 @@ void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const Curv
         // and the one that reaches the last keep their directions. Between
         // those every line is vertical in this column, and together they
         // cover every row from the lowest to the highest point there: other
-        // lines that do the same, with a rectangle over that stretch, paint
-        // the same.
+        // lines that do the same, with one line over that stretch, paint the
+        // same.
         const size_t last = end - 1;
         const int firstRow = row(i);
         const int lastRow = row(last);
@@ -279,7 +279,7 @@ void MapReducedPoints(std::span<const VEC2> points, IndexRange range, const Curv
             // Every point before `leave` is on the first row, every one
             // after `arrive` on the last.
             const auto [top, bottom] = RowSpan(points, leave, arrive, index, y);
-            out.columns.push_back({column, top, column + 1, bottom + 1});
+            out.stretches.push_back({{column, top}, {column, bottom}});
             const bool inPlot = Inside(x, column) && Inside(y, firstRow) && Inside(y, lastRow) &&
                                 Inside(y, top) && Inside(y, bottom);
             const int leaving = Sign(leaveRow - firstRow);

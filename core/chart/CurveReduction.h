@@ -13,10 +13,10 @@
 // in that column only, so a run of them paints one unbroken stretch of the
 // column, from its lowest to its highest point, and where it enters and
 // leaves the column. The run is drawn as its first and last points, with
-// at most four between them where the lines turn, and that stretch filled
-// as a one-pixel-wide rectangle: at most six points and one rectangle per
-// column across a million points, mostly two or three points, and the
-// picture stays the same pixel for pixel.
+// at most four between them where the lines turn, and one vertical line
+// over that stretch: at most six points and one line per column across a
+// million points, mostly two or three points, and the picture stays the
+// same pixel for pixel at any scale.
 
 namespace kv {
 
@@ -65,11 +65,11 @@ struct IndexRange {
 IndexRange VisibleIndexRange(std::span<const VEC2> points, const AxisMapping& x, int firstColumn,
                              int lastColumn);
 
-// A curve as it is drawn: a polyline, and one-pixel-wide rectangles in the
-// curve's colour for the stretches of columns the polyline leaves out.
+// A curve as it is drawn with its pen: a polyline, and vertical lines over
+// the stretches of columns the polyline leaves out.
 struct CurvePicture {
     std::vector<Point> polyline;
-    std::vector<Rect> columns;
+    std::vector<LineSegment> stretches;
 };
 
 // Every point mapped to its pixel: the naive polyline.

@@ -2,10 +2,13 @@
 
 namespace kv {
 
-void ICanvas::FillRects(std::span<const Rect> rects, uint32_t color) {
-    for (const Rect& rect : rects) {
-        FillRect(rect, color);
+void ICanvas::Lines(std::span<const LineSegment> lines) {
+    const Point position = CurrentPosition();
+    for (const LineSegment& line : lines) {
+        MoveTo(line.from);
+        LineTo(line.to);
     }
+    MoveTo(position);
 }
 
 }  // namespace kv

@@ -32,6 +32,13 @@ struct Rect {
     friend bool operator==(const Rect&, const Rect&) = default;
 };
 
+// A straight line between two points.
+struct LineSegment {
+    Point from;
+    Point to;
+    friend bool operator==(const LineSegment&, const LineSegment&) = default;
+};
+
 struct Extent {
     int width = 0;
     int height = 0;
@@ -79,10 +86,12 @@ public:
     // Lines through every point with the pen; the current position stays.
     virtual void Polyline(std::span<const Point> points) = 0;
 
+    // Each line with the pen, as MoveTo and LineTo draw it, in one call for
+    // many; the current position stays.
+    virtual void Lines(std::span<const LineSegment> lines);
+
     // Fills with a colour, without any outline.
     virtual void FillRect(const Rect& rect, uint32_t color) = 0;
-    // Fills each rectangle as FillRect does; one call for many small ones.
-    virtual void FillRects(std::span<const Rect> rects, uint32_t color);
     // Outline with the pen, inside with the brush.
     virtual void Rectangle(const Rect& rect) = 0;
     // Fills the closed polygon through `points` (even-odd rule) with a colour, without any

@@ -183,19 +183,26 @@ void QtCanvas::MoveTo(Point to) {
 }
 
 void QtCanvas::LineTo(Point to) {
-    const Point from = m_position;
+    const LineSegment line{m_position, to};
     m_position = to;
-    if (from.x == to.x || from.y == to.y) {
-        // A one-pixel line with round caps covers both of its ends.
-        if (const auto pixels = OwnPixelAccess(); pixels && ThinOpaquePen()) {
+    Lines(std::span(&line, 1));
+}
+
+void QtCanvas::Lines(std::span<const LineSegment> lines) {
+    const std::optional<OwnPixels> pixels =
+        ThinOpaquePen() ? OwnPixelAccess() : std::optional<OwnPixels>();
+    const QRgb color = m_painter.pen().color().rgba();
+    for (const auto& [from, to] : lines) {
+        if (pixels && (from.x == to.x || from.y == to.y)) {
+            // A one-pixel line with round caps covers both of its ends.
             SetPixels(*pixels,
                       QRect(QPoint(std::min(from.x, to.x), std::min(from.y, to.y)),
                             QPoint(std::max(from.x, to.x), std::max(from.y, to.y))),
-                      m_painter.pen().color().rgba());
-            return;
+                      color);
+        } else {
+            m_painter.drawLine(from.x, from.y, to.x, to.y);
         }
     }
-    m_painter.drawLine(from.x, from.y, to.x, to.y);
 }
 
 Point QtCanvas::CurrentPosition() const {
@@ -220,37 +227,6 @@ void QtCanvas::FillRect(const Rect& rect, uint32_t color) {
         return;
     }
     m_painter.fillRect(ToQRect(rect), ColorFromColorRef(color));
-}
-
-void QtCanvas::FillRects(std::span<const Rect> rects, uint32_t color) {
-    if (rects.empty()) {
-        return;
-    }
-    const QColor qtColor = ColorFromColorRef(color);
-    if (const auto pixels = OwnPixelAccess()) {
-        for (const Rect& rect : rects) {
-            if (rect.Width() > 0 && rect.Height() > 0) {
-                SetPixels(*pixels, ToQRect(rect), qtColor.rgba());
-            }
-        }
-        return;
-    }
-    // Rectangles without a pen fill exactly their pixels, as fillRect does,
-    // and the paint engine takes them all in one call.
-    std::vector<QRect> qtRects;
-    qtRects.reserve(rects.size());
-    for (const Rect& rect : rects) {
-        if (rect.Width() > 0 && rect.Height() > 0) {
-            qtRects.push_back(ToQRect(rect));
-        }
-    }
-    const QPen pen = m_painter.pen();
-    const QBrush brush = m_painter.brush();
-    m_painter.setPen(Qt::NoPen);
-    m_painter.setBrush(qtColor);
-    m_painter.drawRects(qtRects.data(), static_cast<int>(qtRects.size()));
-    m_painter.setPen(pen);
-    m_painter.setBrush(brush);
 }
 
 void QtCanvas::Rectangle(const Rect& rect) {

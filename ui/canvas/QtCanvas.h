@@ -40,10 +40,10 @@ public:
     void SelectDefaultBrush() override;
     void MoveTo(Point to) override;
     void LineTo(Point to) override;
+    void Lines(std::span<const LineSegment> lines) override;
     Point CurrentPosition() const override;
     void Polyline(std::span<const Point> points) override;
     void FillRect(const Rect& rect, uint32_t color) override;
-    void FillRects(std::span<const Rect> rects, uint32_t color) override;
     void Rectangle(const Rect& rect) override;
     void FillPolygon(std::span<const Point> points, uint32_t color) override;
     void DrawImage(Point at, const ArgbImage& image) override;

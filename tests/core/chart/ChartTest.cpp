@@ -63,7 +63,7 @@ TEST(ChartCurveTest, BoxFromBothConstructorsAndItsEqualValueRule) {
 }
 
 // What a curve's picture puts in each column: the vertical extent of its
-// points and rectangles there, and the segments that cross from one column
+// points and stretches there, and the segments that cross from one column
 // to another.
 struct ColumnPicture {
     std::map<int, std::pair<int, int>> extent;
@@ -85,9 +85,9 @@ ColumnPicture PictureOf(const CurvePicture& curve) {
             picture.crossings.emplace_back(points[i - 1], points[i]);
         }
     }
-    for (const Rect& column : curve.columns) {
-        EXPECT_EQ(column.Width(), 1);
-        reach(column.left, column.top, column.bottom - 1);
+    for (const auto& [from, to] : curve.stretches) {
+        EXPECT_EQ(from.x, to.x);
+        reach(from.x, std::min(from.y, to.y), std::max(from.y, to.y));
     }
     return picture;
 }
@@ -110,7 +110,7 @@ TEST(ChartReductionTest, ReducedCurveDrawsWhatEveryPointDraws) {
         MapAllPoints(points, x, y, all);
         MapReducedPoints(points, {0, points.size()}, index, x, y, reduced);
         EXPECT_LE(reduced.polyline.size(), 6u * 800u);
-        EXPECT_LE(reduced.columns.size(), 800u);
+        EXPECT_LE(reduced.stretches.size(), 800u);
         EXPECT_EQ(PictureOf(reduced), PictureOf(all));
         EXPECT_EQ(reduced.polyline.front(), all.polyline.front());
         EXPECT_EQ(reduced.polyline.back(), all.polyline.back());
@@ -135,7 +135,7 @@ TEST(ChartReductionTest, ReducedCurveDrawsWhatEveryPointDraws) {
     CurvePicture walkedPicture;
     MapReducedPoints(points, window, walked, x, y, walkedPicture);
     EXPECT_EQ(walkedPicture.polyline, searched.polyline);
-    EXPECT_EQ(walkedPicture.columns, searched.columns);
+    EXPECT_EQ(walkedPicture.stretches, searched.stretches);
     // Extremes from whole blocks are those of the points themselves.
     const Range range = index.YRange(points, 1000, 5000);
     const auto byY = [](const VEC2& a, const VEC2& b) { return a.y < b.y; };

@@ -11,6 +11,7 @@
 #include "ui/canvas/QtCanvas.h"
 #include "ui/canvas/TextLayoutCache.h"
 
+using kv::LineSegment;
 using kv::Point;
 using kv::Rect;
 using kv::ui::QtCanvas;
@@ -112,16 +113,17 @@ private slots:
                         b.y = a.y;
                     }
                     painter.drawLine(a.x, a.y, b.x, b.y);
-                    canvas.MoveTo(a);
-                    canvas.LineTo(b);
+                    if (shape % 2 == 0) {
+                        canvas.MoveTo(a);
+                        canvas.LineTo(b);
+                    } else {
+                        const LineSegment line{a, b};
+                        canvas.Lines(std::span(&line, 1));
+                    }
                     const Rect fill{b.x, b.y, b.x + 1 + shape * 7 % 24, b.y + 1 + shape % 3};
                     painter.fillRect(QRect(fill.left, fill.top, fill.Width(), fill.Height()),
                                      QColor(kGreenRgb));
-                    if (shape % 2 == 0) {
-                        canvas.FillRect(fill, kGreen);
-                    } else {
-                        canvas.FillRects(std::span(&fill, 1), kGreen);
-                    }
+                    canvas.FillRect(fill, kGreen);
                 }
                 painter.end();
                 canvas.Painter().end();

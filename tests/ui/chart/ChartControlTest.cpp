@@ -16,6 +16,7 @@
 
 #include "tests/support/RecordingMessagePort.h"
 #include "tests/support/ScriptedFileChooser.h"
+#include "ui/canvas/QtCanvas.h"
 #include "ui/chart/ChartControl.h"
 
 using kv::ChartAxis;
@@ -50,6 +51,15 @@ void MoveMouse(QWidget& widget, QPoint at) {
     QMouseEvent event(QEvent::MouseMove, at, widget.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
                       Qt::NoModifier);
     QApplication::sendEvent(&widget, &event);
+}
+
+// The chart's picture on a screen of two device pixels to the pixel.
+QImage AtDoubleDensity(CChartControl& control) {
+    QImage image(control.size() * 2, QImage::Format_RGB32);
+    image.setDevicePixelRatio(2.0);
+    kv::ui::QtCanvas canvas(image, control.font());
+    control.GetChart().Paint(canvas);
+    return image;
 }
 
 int CountColour(const QImage& image, const QRect& area, const QColor& colour) {
@@ -130,9 +140,10 @@ private slots:
     }
 
     // The window shows the picture the chart paints, as an exported image has
-    // it, and the reduced curves paint what every point paints. A gap in a
-    // measurement: NaN has a place of its own above the plot, which no lowest
-    // or highest value stands for.
+    // it, and the reduced curves paint what every point paints, on a screen
+    // of two device pixels to the pixel too. A gap in a measurement: NaN has
+    // a place of its own above the plot, which no lowest or highest value
+    // stands for.
     void showsTheChartsPictureReducedToItsPixels() {
         std::vector<VEC2> gaps = NoisySine(300000, 0.5, kBlue, 3).m_points;
         for (size_t i = 5000; i < gaps.size(); i += 7919) {
@@ -145,8 +156,10 @@ private slots:
         QVERIFY(CountColour(shown, ToQRect(plot), Qt::red) > plot.Width() / 2);
         QVERIFY(CountColour(shown, ToQRect(plot), Qt::blue) > plot.Width() / 2);
         QCOMPARE(m_control->RenderImage(), shown);
+        const QImage doubled = AtDoubleDensity(*m_control);
         m_control->GetChart().SetReduceCurves(false);
         QCOMPARE(m_control->RenderImage(), shown);
+        QCOMPARE(AtDoubleDensity(*m_control), doubled);
     }
 
     void contextMenuSwitchesScalesAndSavesImages() {
