@@ -206,9 +206,10 @@ IndexRange VisibleIndexRange(std::span<const VEC2> points, const AxisMapping& x,
     if (range.begin > 0) {
         --range.begin;
     }
-    if (range.end < points.size()) {
-        ++range.end;
-    }
+    // Two after: a polyline's last line is drawn to its very end, which on
+    // a device of more than one pixel to the pixel lies inside the last
+    // column; a line that goes on from there leaves that end to the next.
+    range.end = std::min(points.size(), range.end + 2);
     return range;
 }
 

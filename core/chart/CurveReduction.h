@@ -57,7 +57,7 @@ private:
 
 // The index range [begin, end) of points whose lines can reach the pixel
 // columns [firstColumn, lastColumn] of a curve with rising x: the points in
-// those columns and one beyond each side.
+// those columns, one before them and two after.
 struct IndexRange {
     size_t begin = 0;
     size_t end = 0;

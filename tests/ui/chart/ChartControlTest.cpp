@@ -162,6 +162,30 @@ private slots:
         QCOMPARE(AtDoubleDensity(*m_control), doubled);
     }
 
+    // A curve that goes on past the plot's right edge, at many slopes. At
+    // two device pixels to the pixel the last line of a polyline, drawn to
+    // its very end, may end inside the plot's last column: the reduced curve
+    // goes on there as the whole one does.
+    void reducedCurveLeavesThePlotAsTheWholeOneDoes() {
+        kv::Chart& chart = m_control->GetChart();
+        const int past = chart.PlotRect().right;  // the first column past the plot
+        const int high = chart.PlotRect().top + 10;
+        for (int drop = 20; drop < 300; drop += 7) {
+            std::vector<VEC2> points;
+            for (const kv::Point pixel : {kv::Point{past - 3, high}, kv::Point{past - 1, high},
+                                          kv::Point{past, high + drop}, kv::Point{past, high},
+                                          kv::Point{past + 2, high + drop}}) {
+                points.push_back(chart.ToValue(pixel));
+            }
+            m_control->RemoveAllCurves();
+            m_control->AddCurve(kv::Curve(points.data(), static_cast<int>(points.size()), kRed));
+            chart.SetReduceCurves(true);
+            const QImage reduced = AtDoubleDensity(*m_control);
+            chart.SetReduceCurves(false);
+            QVERIFY2(AtDoubleDensity(*m_control) == reduced, QByteArray::number(drop));
+        }
+    }
+
     void contextMenuSwitchesScalesAndSavesImages() {
         QStringList offered;
         QTimer::singleShot(0, this, [&offered] {
