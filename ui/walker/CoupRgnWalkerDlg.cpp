@@ -7,8 +7,10 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QShowEvent>
+#include <QSizeGrip>
 #include <QSplitter>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include "core/ports/MessagePort.h"
 #include "core/walker/RegionCaption.h"
@@ -28,6 +30,22 @@ QString FromHost(const char* text) {
     return text != nullptr ? QString::fromUtf8(text) : QString();
 }
 
+// Qt 6.4's size grip asks its window's platform window to start a resize
+// without checking that there is one, and crashes on a press while the
+// window has none (between its native window being destroyed and made
+// again). There is nothing to resize then: such a press is dropped.
+class SizeGripGuard final : public QObject {
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::MouseButtonPress) {
+            return false;
+        }
+        const QWindow* window = static_cast<QWidget*>(watched)->window()->windowHandle();
+        return window != nullptr && window->handle() == nullptr;
+    }
+};
+
 }  // namespace
 
 CCoupRgnWalkerDlg::CCoupRgnWalkerDlg() : m_list(new CCoupledNetsList) {
@@ -36,6 +54,9 @@ CCoupRgnWalkerDlg::CCoupRgnWalkerDlg() : m_list(new CCoupledNetsList) {
     setWindowTitle(QString::fromLatin1(kWindowTitle));
     setWindowIcon(ModuleWindowIcon());
     setSizeGripEnabled(true);
+    if (auto* grip = findChild<QSizeGrip*>()) {
+        grip->installEventFilter(new SizeGripGuard(grip));
+    }
     BuildLayout();
     resize(kInitialSize);
     // The Nets pane starts with a little over half the width, room for its

@@ -7,6 +7,8 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSizeGrip>
+#include <QWindow>
 #include <QtTest>
 #include <numeric>
 #include <string>
@@ -208,6 +210,19 @@ private slots:
         QVERIFY(!dialog.HasWindow());
         QVERIFY(!dialog.isVisible());
         QVERIFY(m_port.Requests().empty());
+    }
+
+    // A press on the size grip while the window has no native window (as
+    // between a host's re-parenting and the next show) does nothing.
+    void sizeGripWithoutANativeWindowIgnoresThePointer() {
+        CCoupRgnWalkerDlg dialog;
+        dialog.show();
+        auto* grip = dialog.findChild<QSizeGrip*>();
+        QVERIFY(grip != nullptr);
+        dialog.windowHandle()->destroy();
+        QTest::mousePress(grip, Qt::LeftButton, {}, grip->rect().center());
+        QTest::mouseRelease(grip, Qt::LeftButton, {}, grip->rect().center());
+        QCOMPARE(dialog.size(), QSize(1000, 560));
     }
 
     void crossSectionIsCopiedAndAListOutlivesItsDialog() {
