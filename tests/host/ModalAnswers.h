@@ -24,7 +24,7 @@ namespace kv::test {
 
 // Answers the modal windows that open while it lives, as a user would: every message box with
 // its default button, keeping its text, and every other window with the next step. A window
-// that opens after the last step is cancelled and counted, and one still open five seconds after
+// that opens after the last step is cancelled and counted, and one still open two seconds after
 // its answer is cancelled and fails the test, so that neither hangs it.
 class ModalAnswers {
 public:
@@ -46,7 +46,7 @@ private:
         if (modal == m_last) {
             // A step whose check failed before it closed its window would
             // leave the test waiting for the test driver's timeout.
-            if (m_patience.hasExpired()) {
+            if (m_answering == 0 && m_patience.hasExpired()) {
                 ADD_FAILURE() << "A window stayed open after its answer: "
                               << modal->windowTitle().toStdString();
                 m_patience = QDeadlineTimer(kPatienceMs);
@@ -55,7 +55,7 @@ private:
             return;
         }
         m_last = modal;
-        m_patience = QDeadlineTimer(kPatienceMs);
+        m_patience = QDeadlineTimer(QDeadlineTimer::Forever);  // until its step is done
         Step step = Cancel;
         if (auto* box = qobject_cast<QMessageBox*>(modal)) {
             m_texts << box->text();
@@ -67,8 +67,16 @@ private:
             m_steps.pop_front();
         }
         // Run from a timer of its own: Qt does not fire this poll again while it runs, so a
-        // window the step opens would never be answered.
-        QTimer::singleShot(0, modal, [step = std::move(step), modal] { step(modal); });
+        // window the step opens would never be answered. The patience starts when the step is
+        // done: a slow step (a sanitizer build paints slowly) is no stuck window.
+        QTimer::singleShot(0, &m_timer, [this, step = std::move(step), window = QPointer(modal)] {
+            if (window != nullptr) {
+                ++m_answering;
+                step(window);
+                --m_answering;
+                m_patience = QDeadlineTimer(kPatienceMs);
+            }
+        });
     }
     static void AnswerBox(QWidget* modal) {
         auto* box = static_cast<QMessageBox*>(modal);
@@ -83,12 +91,13 @@ private:
         }
     }
 
-    static constexpr int kPatienceMs = 5000;
+    static constexpr int kPatienceMs = 2000;
 
     std::deque<Step> m_steps;
     QStringList m_texts;
     QPointer<QWidget> m_last;
     QDeadlineTimer m_patience;
+    int m_answering = 0;  // steps running, the innermost last
     int m_unexpected = 0;
     QTimer m_timer;
 };
