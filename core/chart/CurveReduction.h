@@ -16,7 +16,8 @@
 // at most four between them where the lines turn, and one vertical line
 // over that stretch: at most six points and one line per column across a
 // million points, mostly two or three points, and the picture stays the
-// same pixel for pixel at any scale.
+// same pixel for pixel at whole-number scales (at fractional ones some
+// pixels differ).
 
 namespace kv {
 
